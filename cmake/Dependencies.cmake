@@ -1,0 +1,28 @@
+# The libraries the project stands on, each as one target deps::NAME, found where it is first needed.
+
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+
+# deps::NAME for a pkg-config module; its headers count as system headers.
+function(vamba_pkg_config_dependency name module)
+  pkg_check_modules(${name} REQUIRED IMPORTED_TARGET GLOBAL ${module})
+  add_library(deps::${name} ALIAS PkgConfig::${name})
+endfunction()
+
+vamba_pkg_config_dependency(curl libcurl)
+vamba_pkg_config_dependency(simdjson simdjson)
+vamba_pkg_config_dependency(uriparser liburiparser)
+vamba_pkg_config_dependency(utf8proc libutf8proc)
+vamba_pkg_config_dependency(uuid uuid)
+vamba_pkg_config_dependency(systemd libsystemd)
+
+find_package(nlohmann_json 3.11 REQUIRED)
+add_library(deps::nlohmann_json ALIAS nlohmann_json::nlohmann_json)
+
+find_package(CLI11 2.1 REQUIRED)
+add_library(deps::cli11 ALIAS CLI11::CLI11)
+
+find_package(absl REQUIRED)
+add_library(absl_time INTERFACE)
+target_link_libraries(absl_time INTERFACE absl::time absl::strings)
+add_library(deps::absl_time ALIAS absl_time)

@@ -1,0 +1,33 @@
+# What a builder may choose, and the compiler settings that every target shares.
+
+option(VAMBA_TESTS "Build the tests" ON)
+option(VAMBA_BENCHES "Build the benchmarks" OFF)
+option(VAMBA_FUZZERS "Build the fuzzers (clang only)" OFF)
+option(VAMBA_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
+set(VAMBA_SANITIZE "" CACHE STRING "Sanitizers to build with: 'address,undefined' or 'thread'")
+
+set(CMAKE_CXX_STANDARD 23)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "" FORCE)
+endif()
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+
+add_library(vamba_compile_options INTERFACE)
+target_compile_options(vamba_compile_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-qual
+  -Wconversion -Wsign-conversion -Woverloaded-virtual
+  -Wno-missing-field-initializers # designated initialisers leave defaulted members out on purpose
+  $<$<BOOL:${VAMBA_WARNINGS_AS_ERRORS}>:-Werror>)
+if(VAMBA_SANITIZE)
+  target_compile_options(vamba_compile_options INTERFACE
+    -fsanitize=${VAMBA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(vamba_compile_options INTERFACE -fsanitize=${VAMBA_SANITIZE})
+endif()

@@ -1,0 +1,32 @@
+# One target a folder. Each function lists its sources and what it may use, so a wrong include fails to link.
+
+# vamba_library(NAME SOURCES file... [DEPENDS target...] [PRIVATE_DEPENDS target...])
+# A static library; includes are written from src/ ("platform/calendar/calendar.hpp").
+function(vamba_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE_DEPENDS} vamba_compile_options)
+endfunction()
+
+# vamba_program(NAME SOURCES file... DEPENDS target...)
+function(vamba_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src)
+  target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} vamba_compile_options)
+endfunction()
+
+# vamba_test(NAME SOURCES file... DEPENDS target... [LABELS label...])
+# A GoogleTest program; each of its tests is a ctest test of its own.
+function(vamba_test name)
+  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 120)
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/tests)
+  target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} GTest::gmock GTest::gtest_main vamba_compile_options)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
+endfunction()
