@@ -24,5 +24,5 @@ add_library(deps::cli11 ALIAS CLI11::CLI11)
 
 find_package(absl REQUIRED)
 add_library(absl_time INTERFACE)
-target_link_libraries(absl_time INTERFACE absl::time absl::strings)
+target_link_libraries(absl_time INTERFACE absl::time absl::strings absl::str_format)
 add_library(deps::absl_time ALIAS absl_time)

@@ -25,6 +25,7 @@ target_compile_options(vamba_compile_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-qual
   -Wconversion -Wsign-conversion -Woverloaded-virtual
   -Wno-missing-field-initializers # designated initialisers leave defaulted members out on purpose
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> # g++ 12 sees moved-from variants as uninitialised
   $<$<BOOL:${VAMBA_WARNINGS_AS_ERRORS}>:-Werror>)
 if(VAMBA_SANITIZE)
   target_compile_options(vamba_compile_options INTERFACE

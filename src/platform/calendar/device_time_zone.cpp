@@ -1,0 +1,69 @@
+#include "platform/calendar/device_time_zone.hpp"
+
+#include <array>
+#include <cctype>
+#include <cstdlib>
+#include <ctime>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <unistd.h>
+
+namespace platform {
+namespace {
+
+constexpr const char* localTimeFile = "/etc/localtime";
+
+/// Zones that the C library alone can read: POSIX rules, and a file that no name leads to. Its conversions follow every
+/// later change of the zone by themselves, at the price of being slower.
+absl::TimeZone zoneOfTheCLibrary() {
+  tzset();
+  absl::TimeZone zone;
+  return absl::LoadTimeZone("libc:localtime", &zone) ? zone : absl::UTCTimeZone();
+}
+
+/// Whether `name` can be handed to the zone loader. Zone names are folders and words; the loader has names of its own
+/// ("localtime", "libc:...", "Fixed/UTC+01:00:00") that no C library knows.
+bool isZoneName(std::string_view name) {
+  if (name.empty() || name.front() == '/' || name == "localtime" || name.starts_with("Fixed/")) return false;
+  if (name.find("..") != std::string_view::npos) return false;
+  for (const char c : name) {
+    const bool allowed =
+        std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '/' || c == '_' || c == '-' || c == '+';
+    if (!allowed) return false;
+  }
+  return true;
+}
+
+std::optional<absl::TimeZone> loadByName(std::string_view name) {
+  absl::TimeZone zone;
+  if (isZoneName(name) && absl::LoadTimeZone(std::string(name), &zone)) return zone;
+  return std::nullopt;
+}
+
+/// The name behind a link such as /usr/share/zoneinfo/Europe/Warsaw; empty where the file is no such link.
+std::string nameBehindLink(const char* path) {
+  std::array<char, 4096> target{};
+  const auto length = readlink(path, target.data(), target.size());
+  if (length <= 0) return {};
+  const std::string_view text(target.data(), static_cast<std::size_t>(length));
+  constexpr std::string_view folder = "/zoneinfo/";
+  const auto at = text.rfind(folder);
+  return at == std::string_view::npos ? std::string{} : std::string(text.substr(at + folder.size()));
+}
+
+}  // namespace
+
+absl::TimeZone deviceTimeZone() {
+  if (const char* value = std::getenv("TZ")) {
+    std::string_view name(value);
+    if (name.starts_with(':')) name.remove_prefix(1);
+    if (const auto zone = loadByName(name)) return *zone;
+    return zoneOfTheCLibrary();
+  }
+  if (const auto zone = loadByName(nameBehindLink(localTimeFile))) return *zone;
+  return zoneOfTheCLibrary();
+}
+
+}  // namespace platform

@@ -1,0 +1,67 @@
+#include "platform/calendar/device_time_zone.hpp"
+
+#include <array>
+#include <cstring>
+#include <ctime>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "support/environment.hpp"
+
+namespace platform {
+namespace {
+
+std::string inDeviceZone(absl::Time instant) {
+  return absl::FormatTime("%Y-%m-%d %H:%M %Ez", instant, deviceTimeZone());
+}
+
+/// The peer: what the system's own C library makes of the instant under the same `TZ`.
+std::string inCLibrary(absl::Time instant) {
+  const std::time_t seconds = absl::ToTimeT(instant);
+  std::tm broken{};
+  tzset();
+  localtime_r(&seconds, &broken);
+  std::array<char, 64> text{};
+  std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M %z", &broken);
+  return std::string(text.data()).insert(std::strlen(text.data()) - 2, ":");
+}
+
+class DeviceTimeZone : public testing::TestWithParam<const char*> {};
+
+TEST_P(DeviceTimeZone, ReadsTheVariableAsTheCLibraryDoes) {
+  support::ScopedEnvironment environment;
+  environment.set("TZ", GetParam());
+  for (int month = 1; month <= 12; ++month) {
+    const absl::Time instant = absl::FromCivil(absl::CivilHour(2025, month, 15, 12), absl::UTCTimeZone());
+    EXPECT_EQ(inDeviceZone(instant), inCLibrary(instant)) << GetParam() << " in month " << month;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Values, DeviceTimeZone,
+                         testing::Values("Europe/Warsaw", ":Europe/Vilnius", "America/Santiago", "UTC", "", ":",
+                                         "CET-1CEST,M3.5.0,M10.5.0/3", "EST5EDT", "EST5", "<+0330>-3:30",
+                                         "NZST-12NZDT,M9.5.0,M4.1.0/3", "No/Such/Zone", "localtime",
+                                         "Fixed/UTC+05:00:00", "libc:localtime", "/usr/share/zoneinfo/Asia/Beirut",
+                                         ":/usr/share/zoneinfo/Asia/Beirut", "../zoneinfo/Europe/Warsaw"));
+
+TEST(DeviceTimeZone, FollowsAChangeInARunningProcess) {
+  support::ScopedEnvironment environment;
+  const absl::Time instant = absl::FromCivil(absl::CivilHour(2025, 7, 1, 12), absl::UTCTimeZone());
+  environment.set("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
+  EXPECT_EQ(inDeviceZone(instant), "2025-07-01 14:00 +02:00");
+  environment.set("TZ", "EST5EDT,M3.2.0,M11.1.0");
+  EXPECT_EQ(inDeviceZone(instant), "2025-07-01 08:00 -04:00");
+  environment.set("TZ", "Asia/Beirut");
+  EXPECT_EQ(inDeviceZone(instant), "2025-07-01 15:00 +03:00");
+}
+
+TEST(DeviceTimeZone, ReadsTheSystemsZoneWithoutTheVariable) {
+  support::ScopedEnvironment environment;
+  environment.unset("TZ");
+  const absl::Time instant = absl::FromCivil(absl::CivilHour(2025, 7, 1, 12), absl::UTCTimeZone());
+  EXPECT_EQ(inDeviceZone(instant), inCLibrary(instant));
+}
+
+}  // namespace
+}  // namespace platform
