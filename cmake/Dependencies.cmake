@@ -26,3 +26,5 @@ find_package(absl REQUIRED)
 add_library(absl_time INTERFACE)
 target_link_libraries(absl_time INTERFACE absl::time absl::strings absl::str_format)
 add_library(deps::absl_time ALIAS absl_time)
+
+vamba_pkg_config_dependency(httplib cpp-httplib)
