@@ -10,15 +10,18 @@ function(vamba_library name)
 endfunction()
 
 # vamba_program(NAME SOURCES file... DEPENDS target...)
+# All programs of a build stand together in its folder bin/.
 function(vamba_program name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src)
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} vamba_compile_options)
 endfunction()
 
 # vamba_test(NAME SOURCES file... DEPENDS target... [LABELS label...])
-# A GoogleTest program; each of its tests is a ctest test of its own.
+# A GoogleTest program; each of its tests is a ctest test of its own. The label `threads` marks those worth running
+# under ThreadSanitizer; the target threads_tests builds them.
 function(vamba_test name)
   cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
   if(NOT ARG_TIMEOUT)
@@ -29,4 +32,10 @@ function(vamba_test name)
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} GTest::gmock GTest::gtest_main vamba_compile_options)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
     PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
+  if("threads" IN_LIST ARG_LABELS)
+    if(NOT TARGET threads_tests)
+      add_custom_target(threads_tests)
+    endif()
+    add_dependencies(threads_tests ${name})
+  endif()
 endfunction()
