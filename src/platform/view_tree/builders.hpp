@@ -8,6 +8,7 @@
 //   })
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -86,6 +87,7 @@ struct Children {
   std::vector<Node> nodes;
 
   template <typename... Each>
+    requires(std::convertible_to<Each, Views> && ...)
   Children(Each&&... each) {
     (append(Views(std::forward<Each>(each))), ...);
   }

@@ -1,0 +1,61 @@
+// A keychain in memory for tests that are about something else; it counts what it is asked.
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "platform/keychain/keychain.hpp"
+
+namespace support {
+
+class MemoryKeychain final : public platform::Keychain {
+ public:
+  void store(const std::string& account, std::string bytes) {
+    const std::lock_guard lock(mutex_);
+    items_[account] = std::move(bytes);
+  }
+  bool holds(const std::string& account) const {
+    const std::lock_guard lock(mutex_);
+    return items_.contains(account);
+  }
+  int reads() const {
+    const std::lock_guard lock(mutex_);
+    return reads_;
+  }
+  std::vector<platform::KeychainQuery> queries() const {
+    const std::lock_guard lock(mutex_);
+    return queries_;
+  }
+
+  platform::KeychainResult copyMatching(const platform::KeychainQuery& query) override {
+    const std::lock_guard lock(mutex_);
+    ++reads_;
+    queries_.push_back(query);
+    const auto item = items_.find(accountOf(query));
+    if (item == items_.end()) return {platform::KeychainStatus::itemNotFound, std::nullopt};
+    return {platform::KeychainStatus::success, item->second};
+  }
+
+  platform::KeychainStatus deleteItems(const platform::KeychainQuery& query) override {
+    const std::lock_guard lock(mutex_);
+    queries_.push_back(query);
+    return items_.erase(accountOf(query)) > 0 ? platform::KeychainStatus::success
+                                              : platform::KeychainStatus::itemNotFound;
+  }
+
+ private:
+  static std::string accountOf(const platform::KeychainQuery& query) {
+    for (const auto& [key, value] : query) {
+      if (key == platform::KeychainKey::account) return std::get<std::string>(value);
+    }
+    return {};
+  }
+
+  mutable std::mutex mutex_;
+  std::map<std::string, std::string> items_;
+  std::vector<platform::KeychainQuery> queries_;
+  int reads_ = 0;
+};
+
+}  // namespace support
