@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2154 # $root is the caller's
 # What ./run, ./test and the scripts beside this file share; sourced by them, with $root set to the checkout.
 
 jobs=$(nproc)
@@ -50,10 +51,13 @@ install_missing() {
     fail "apt-get could not install the packages; its message is above"
 }
 
-# configure PRESET: CMake's own report is shown only when it fails.
+# configure PRESET: CMake's own report is shown only when it fails. A checkout that was moved starts its build anew.
 configure() {
-  local log
-  if ! log=$(cmake -S "$root" --preset "$1" 2>&1 </dev/null); then
+  local log fresh=() cache=$root/build/$1/CMakeCache.txt
+  if [ -f "$cache" ] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$cache"; then
+    fresh=(--fresh)
+  fi
+  if ! log=$(cmake "${fresh[@]}" -S "$root" --preset "$1" 2>&1 </dev/null); then
     printf '%s\n' "$log" >&2
     return 1
   fi

@@ -46,8 +46,9 @@ std::string written(std::time_t instant, DateForm form) {
     case DateForm::Offset:
       break;
   }
-  std::string text = formatted(inDeviceZone(instant), "%Y-%m-%dT%H:%M:%S%z");
-  return text.insert(text.size() - 2, ":");  // %z writes +0100
+  const std::tm time = inDeviceZone(instant);
+  const std::string offset = formatted(time, "%z");  // +0100
+  return formatted(time, "%Y-%m-%dT%H:%M:%S") + offset.substr(0, 3) + ":" + offset.substr(3);
 }
 
 }  // namespace sample
