@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# install_test.sh BUILD: installs the build into an empty place and runs what arrived there.
+set -euo pipefail
+build=$1
+place=$(mktemp -d)
+trap 'rm -rf -- "$place"' EXIT
+
+cmake --install "$build" --prefix "$place/usr" >/dev/null
+
+for file in bin/vamba-host libexec/vamba/vamba-widzety share/man/man1/vamba-host.1; do
+  [ -s "$place/usr/$file" ] || { echo "not installed: $file" >&2; exit 1; }
+done
+if find "$place" -name 'vamba-sample-service' | grep -q .; then
+  echo "the sample service was installed" >&2
+  exit 1
+fi
+
+# Without --extension: the installed host finds the installed extension, wherever both were put.
+gallery=$(LANGUAGE=pl "$place/usr/bin/vamba-host" gallery)
+grep -qF 'Vamba — spotkania i zadania' <<<"$gallery" || { echo "gallery said: $gallery" >&2; exit 1; }
+board=$(LANGUAGE=pl "$place/usr/bin/vamba-host" show --entry preview)
+grep -qF 'Narada zespołu' <<<"$board" || { echo "show said: $board" >&2; exit 1; }
