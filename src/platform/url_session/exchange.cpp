@@ -1,0 +1,181 @@
+#include "platform/url_session/exchange.hpp"
+
+#include <algorithm>
+#include <new>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include <openssl/ssl.h>
+
+#include "platform/url_session/curl_error.hpp"
+
+namespace platform {
+namespace {
+
+constexpr long receiveBufferBytes = 64 * 1024;
+
+// Sets options until one fails, and remembers that.
+class Options {
+ public:
+  explicit Options(CURL* handle) : handle_(handle) {}
+
+  template <typename Value>
+  Options& set(CURLoption option, Value value) {
+    if (allSet_) allSet_ = curl_easy_setopt(handle_, option, value) == CURLE_OK;
+    return *this;
+  }
+
+  bool allSet() const { return allSet_; }
+
+ private:
+  CURL* handle_;
+  bool allSet_ = true;
+};
+
+}  // namespace
+
+Exchange::Exchange(std::shared_ptr<PendingLoad> load, std::size_t longestBody)
+    : load_(std::move(load)), response_(longestBody, load_->limits().begin), easy_(curl_easy_init()) {}
+
+std::unique_ptr<Exchange> Exchange::create(std::shared_ptr<PendingLoad> load, std::size_t longestBody,
+                                           const TrustedRoots& roots, Multiplexing multiplexing) {
+  std::unique_ptr<Exchange> exchange(new Exchange(std::move(load), longestBody));
+  if (!exchange->easy_ || !exchange->setHeaders() || !exchange->setOptions(roots, multiplexing, longestBody)) {
+    return nullptr;
+  }
+  return exchange;
+}
+
+bool Exchange::setHeaders() {
+  for (const std::string& line : load_->headers().lines) {
+    curl_slist* const longer = curl_slist_append(headers_.get(), line.c_str());
+    if (longer == nullptr) return false;
+    headers_.release();  // the longer list begins with the shorter one
+    headers_.reset(longer);
+  }
+  return true;
+}
+
+bool Exchange::setOptions(const TrustedRoots& roots, Multiplexing multiplexing, std::size_t longestBody) {
+  Options options(easy_.get());
+  options.set(CURLOPT_URL, load_->url().text().c_str())
+      .set(CURLOPT_PRIVATE, static_cast<void*>(this))
+      .set(CURLOPT_ERRORBUFFER, errorText_.data())
+      .set(CURLOPT_NOSIGNAL, 1L)
+      .set(CURLOPT_NOPROGRESS, 1L)
+      .set(CURLOPT_BUFFERSIZE, receiveBufferBytes)
+      // A silent resolver's thread is left to itself instead of waited for when the load is given up.
+      .set(CURLOPT_QUICK_EXIT, 1L)
+      // The loop keeps the limits; the library's own five minutes for connecting must not come before them.
+      .set(CURLOPT_CONNECTTIMEOUT_MS, 0x7fffffffL);
+
+  // What is asked for, and how.
+  options.set(CURLOPT_PROTOCOLS_STR, "http,https")
+      .set(CURLOPT_PATH_AS_IS, 1L)
+      .set(CURLOPT_HTTPGET, 1L)
+      .set(CURLOPT_HTTPHEADER, headers_.get())
+      .set(CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE))  // a proxy's CONNECT gets no Authorization
+      .set(CURLOPT_FOLLOWLOCATION, 0L)
+      .set(CURLOPT_HTTPAUTH, static_cast<long>(CURLAUTH_NONE))  // a user in the URL makes no Authorization of its own
+      .set(CURLOPT_NETRC, static_cast<long>(CURL_NETRC_IGNORED))
+      .set(CURLOPT_HTTP09_ALLOWED, 1L)
+      .set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L)
+      .set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(longestBody))
+      .set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS))
+      .set(CURLOPT_PIPEWAIT, multiplexing == Multiplexing::waitForConnection ? 1L : 0L);
+
+  if (!roots.file.empty()) {
+    // The folder must go: with one set, the library parses the file anew for every connection.
+    options.set(CURLOPT_CAINFO, roots.file.c_str())
+        .set(CURLOPT_CAPATH, static_cast<char*>(nullptr))
+        .set(CURLOPT_PROXY_CAINFO, roots.file.c_str())
+        .set(CURLOPT_PROXY_CAPATH, static_cast<char*>(nullptr));
+  } else if (!roots.folder.empty()) {
+    options.set(CURLOPT_CAINFO, static_cast<char*>(nullptr))
+        .set(CURLOPT_CAPATH, roots.folder.c_str())
+        .set(CURLOPT_PROXY_CAINFO, static_cast<char*>(nullptr))
+        .set(CURLOPT_PROXY_CAPATH, roots.folder.c_str());
+  }
+
+  if (load_->headers().endsInLineEnd) {
+    // Servers differ in where they see this request end, so nothing else may follow it on its connection.
+    options.set(CURLOPT_FORBID_REUSE, 1L)
+        .set(CURLOPT_PREREQFUNCTION, &Exchange::onConnected)
+        .set(CURLOPT_PREREQDATA, static_cast<void*>(this));
+  }
+
+  options.set(CURLOPT_HEADERFUNCTION, &Exchange::onHeader)
+      .set(CURLOPT_HEADERDATA, static_cast<void*>(this))
+      .set(CURLOPT_WRITEFUNCTION, &Exchange::onBody)
+      .set(CURLOPT_WRITEDATA, static_cast<void*>(this));
+  return options.allSet();
+}
+
+TimeLimits::Clock::time_point Exchange::deadline() const {
+  return std::min(load_->limits().idleDeadline(response_.lastByte()), load_->limits().end);
+}
+
+LoadResult Exchange::result(CURLcode code) {
+  using Kind = TransportError::Kind;
+  if (response_.isTooLarge()) return std::unexpected(TransportError{Kind::tooLarge, code, "the answer is too large"});
+  if (headerCannotBeSent_) {
+    return std::unexpected(TransportError{Kind::badHeader, code, "HTTP/2 cannot carry a line end in a header value"});
+  }
+  // The library counts no byte of a 101 and then says that nothing came; its header was whole all the same.
+  const bool nothingButHeader = code == CURLE_GOT_NOTHING && response_.hasWholeHeader();
+  if (code != CURLE_OK && !nothingButHeader) return std::unexpected(transportError(code, errorText_.data()));
+  if (!response_.hasWholeHeader() && response_.isEmpty()) {
+    // The library calls an answer that was cut inside its header section a success.
+    return std::unexpected(TransportError{Kind::connectionLost, code, "the connection ended inside the header"});
+  }
+  UrlResponse response;
+  long status = 0;
+  if (response_.hasWholeHeader() && curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status) == CURLE_OK &&
+      status != 0) {
+    response.statusCode = status;
+  }
+  return DataAndResponse{response_.takeBody(), response};
+}
+
+bool Exchange::usedHttp2() const {
+  long version = CURL_HTTP_VERSION_NONE;
+  return curl_easy_getinfo(handle(), CURLINFO_HTTP_VERSION, &version) == CURLE_OK && version == CURL_HTTP_VERSION_2_0;
+}
+
+bool Exchange::connectionSpeaksHttp2() const {
+  if (load_->url().scheme() != "https") return false;
+  const curl_tlssessioninfo* tls = nullptr;
+  if (curl_easy_getinfo(handle(), CURLINFO_TLS_SSL_PTR, &tls) != CURLE_OK || tls == nullptr ||
+      tls->backend != CURLSSLBACKEND_OPENSSL || tls->internals == nullptr) {
+    return true;  // cannot be told, so the careful answer
+  }
+  const unsigned char* protocol = nullptr;
+  unsigned int length = 0;
+  SSL_get0_alpn_selected(static_cast<const SSL*>(tls->internals), &protocol, &length);
+  return std::equal(protocol, protocol + length, "h2", "h2" + 2);
+}
+
+std::size_t Exchange::onHeader(char* bytes, std::size_t size, std::size_t count, void* self) {
+  return static_cast<Exchange*>(self)->response_.takeHeaderLine({bytes, size * count}) ? size * count : 0;
+}
+
+std::size_t Exchange::onBody(char* bytes, std::size_t size, std::size_t count, void* self) try {
+  auto& exchange = *static_cast<Exchange*>(self);
+  const auto expectedLength = [&exchange]() -> std::optional<std::size_t> {
+    curl_off_t length = -1;
+    curl_easy_getinfo(exchange.handle(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+    return length > 0 ? std::optional(static_cast<std::size_t>(length)) : std::nullopt;
+  };
+  return exchange.response_.takeBodyPiece({bytes, size * count}, expectedLength) ? size * count : 0;
+} catch (const std::bad_alloc&) {
+  return 0;  // no exception may cross the C library
+}
+
+int Exchange::onConnected(void* self, char*, char*, int, int) {
+  auto& exchange = *static_cast<Exchange*>(self);
+  exchange.headerCannotBeSent_ = exchange.connectionSpeaksHttp2();
+  return exchange.headerCannotBeSent_ ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
+}
+
+}  // namespace platform

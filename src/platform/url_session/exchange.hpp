@@ -1,0 +1,74 @@
+// One load on the worker thread: the HTTP library's handle with every option set, and the response that it gathers.
+// When it starts, is driven and is given up is decided by the transfer loop.
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <memory>
+
+#include <curl/curl.h>
+
+#include "platform/url_session/pending_load.hpp"
+#include "platform/url_session/response_collector.hpp"
+#include "platform/url_session/trusted_roots.hpp"
+
+namespace platform {
+
+enum class Multiplexing {
+  /// Open a connection of its own at once: waiting for another's handshake costs two round trips where the server
+  /// turns out to speak HTTP/1.1 only.
+  ifConnected,
+  /// The origin is known to speak HTTP/2: rather wait for a connection that is being opened.
+  waitForConnection,
+};
+
+class Exchange {
+ public:
+  /// Null when the library refuses an option or memory runs out.
+  static std::unique_ptr<Exchange> create(std::shared_ptr<PendingLoad> load, std::size_t longestBody,
+                                          const TrustedRoots& roots, Multiplexing multiplexing);
+
+  Exchange(const Exchange&) = delete;
+  Exchange& operator=(const Exchange&) = delete;
+
+  CURL* handle() const { return easy_.get(); }
+  PendingLoad& load() const { return *load_; }
+
+  /// When the load must be given up unless another byte comes before.
+  TimeLimits::Clock::time_point deadline() const;
+
+  /// What the library's final code and the gathered response make together. Call once.
+  LoadResult result(CURLcode code);
+
+  /// Whether the answer came over HTTP/2.
+  bool usedHttp2() const;
+
+ private:
+  struct FreeHandle {
+    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+  };
+  struct FreeList {
+    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+  };
+
+  Exchange(std::shared_ptr<PendingLoad> load, std::size_t longestBody);
+
+  bool setOptions(const TrustedRoots& roots, Multiplexing multiplexing, std::size_t longestBody);
+  bool setHeaders();
+  bool connectionSpeaksHttp2() const;
+
+  static std::size_t onHeader(char* bytes, std::size_t size, std::size_t count, void* self);
+  static std::size_t onBody(char* bytes, std::size_t size, std::size_t count, void* self);
+  static int onConnected(void* self, char* remoteAddress, char* localAddress, int remotePort, int localPort);
+
+  const std::shared_ptr<PendingLoad> load_;
+  ResponseCollector response_;
+  bool headerCannotBeSent_ = false;
+  std::array<char, CURL_ERROR_SIZE> errorText_{};
+  // The handle refers to the members above, so it goes first.
+  std::unique_ptr<curl_slist, FreeList> headers_;
+  std::unique_ptr<CURL, FreeHandle> easy_;
+};
+
+}  // namespace platform

@@ -1,0 +1,28 @@
+// Header fields in the form in which the HTTP library takes them, refusing those that could become more than one field.
+#pragma once
+
+#include <expected>
+#include <string>
+#include <vector>
+
+#include "platform/url_session/transport_error.hpp"
+#include "platform/url_session/url_request.hpp"
+
+namespace platform {
+
+struct RequestHeaders {
+  /// One text a field, in the order of the wire.
+  std::vector<std::string> lines;
+
+  /// Whether the last field's value ends in a line end. It can be sent over HTTP/1.1 only: HTTP/2 forbids it
+  /// (RFC 9113, 8.2.1), and the library would split it there.
+  bool endsInLineEnd = false;
+
+  /// `badHeader` for a name that is no token (RFC 9110, 5.1) and for a value with a NUL or with anything behind a line
+  /// end. A value may end in one line end (CR LF, LF or CR). Such a field is moved to the end, where a server that
+  /// takes the bare line end for the end of the field meets only the blank line that ends the header section; a second
+  /// one would be followed by another field, so it is `badHeader`.
+  static std::expected<RequestHeaders, TransportError> encode(const std::vector<HeaderField>& fields);
+};
+
+}  // namespace platform

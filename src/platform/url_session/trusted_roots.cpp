@@ -1,0 +1,68 @@
+#include "platform/url_session/trusted_roots.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+#include <system_error>
+
+#include <curl/curl.h>
+
+#include "platform/url_session/ascii.hpp"
+
+namespace platform {
+namespace {
+
+// "5ed36f99.0": eight lower-case hexadecimal digits and a number that tells equal hashes apart.
+bool isHashName(std::string_view name) {
+  constexpr std::size_t digits = 8;
+  if (name.size() < digits + 2 || name[digits] != '.') return false;
+  const auto isHex = [](char c) { return ascii::isDigit(c) || (c >= 'a' && c <= 'f'); };
+  const std::string_view number = name.substr(digits + 1);
+  return std::all_of(name.begin(), name.begin() + digits, isHex) &&
+         std::all_of(number.begin(), number.end(), ascii::isDigit);
+}
+
+std::size_t hashedCertificates(const std::string& folder) {
+  std::size_t count = 0;
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    if (isHashName(entry->path().filename().native())) ++count;
+  }
+  return count;
+}
+
+std::size_t certificatesInFile(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  const std::string text(std::istreambuf_iterator<char>(stream), {});
+  constexpr std::string_view beginning = "-----BEGIN CERTIFICATE-----";
+  std::size_t count = 0;
+  for (auto at = text.find(beginning); at != std::string::npos; at = text.find(beginning, at + beginning.size())) {
+    ++count;
+  }
+  return count;
+}
+
+std::string textOrEmpty(const char* text) { return text == nullptr ? std::string() : std::string(text); }
+
+}  // namespace
+
+TrustedRoots TrustedRoots::choose(const std::string& chosenFile, const std::string& defaultFile,
+                                  const std::string& defaultFolder) {
+  if (!chosenFile.empty()) return {.file = chosenFile, .folder = {}};
+  if (defaultFolder.empty()) return {};
+  const std::size_t inFolder = hashedCertificates(defaultFolder);
+  if (inFolder == 0 || inFolder < certificatesInFile(defaultFile)) return {};
+  return {.file = {}, .folder = defaultFolder};
+}
+
+TrustedRoots TrustedRoots::choose(const std::string& chosenFile) {
+  if (!chosenFile.empty()) return {.file = chosenFile, .folder = {}};
+  const curl_version_info_data* const library = curl_version_info(CURLVERSION_NOW);
+  if (library->age < CURLVERSION_SEVENTH) return {};  // older libraries do not tell their defaults
+  return choose(chosenFile, textOrEmpty(library->cainfo), textOrEmpty(library->capath));
+}
+
+}  // namespace platform

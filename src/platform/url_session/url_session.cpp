@@ -1,0 +1,54 @@
+#include "platform/url_session/url_session.hpp"
+
+#include <cstdlib>
+#include <utility>
+
+#include "platform/url_session/pending_load.hpp"
+#include "platform/url_session/request_headers.hpp"
+#include "platform/url_session/transfer_loop.hpp"
+
+namespace platform {
+namespace {
+
+bool canBeLoaded(const Url& url) { return (url.scheme() == "http" || url.scheme() == "https") && url.host(); }
+
+}  // namespace
+
+UrlSessionConfiguration UrlSessionConfiguration::ephemeral() {
+  UrlSessionConfiguration configuration;
+  if (const char* const file = std::getenv("SSL_CERT_FILE")) configuration.trustedRootsFile = file;
+  return configuration;
+}
+
+UrlSession::UrlSession(UrlSessionConfiguration configuration) : configuration_(std::move(configuration)) {}
+
+UrlSession::~UrlSession() = default;
+
+TransferLoop* UrlSession::loop() const {
+  std::call_once(loopOnce_, [this] {
+    loop_ = TransferLoop::start(
+        {.longestBody = configuration_.longestBody, .trustedRootsFile = configuration_.trustedRootsFile});
+  });
+  return loop_.get();
+}
+
+std::expected<DataAndResponse, TransportError> UrlSession::data(const UrlRequest& request, std::stop_token stop) const {
+  using Kind = TransportError::Kind;
+  if (!canBeLoaded(request.url)) {
+    return std::unexpected(TransportError{Kind::unsupportedUrl, 0, "not an http or https URL with a host"});
+  }
+  auto headers = RequestHeaders::encode(request.headers);
+  if (!headers) return std::unexpected(std::move(headers).error());
+  // Shared, because a cancelled caller leaves at once, while the worker still lets go of what it had begun.
+  const auto load = std::make_shared<PendingLoad>(
+      request.url, *std::move(headers),
+      TimeLimits::from(std::min(request.timeoutInterval, configuration_.timeoutIntervalForRequest),
+                       configuration_.timeoutIntervalForResource));
+  if (stop.stop_requested()) return std::unexpected(cancelledError());
+  TransferLoop* const transfers = loop();
+  if (transfers == nullptr) return std::unexpected(TransportError{Kind::other, 0, "the HTTP library did not start"});
+  transfers->submit(load);
+  return load->await(stop, [transfers] { transfers->wake(); });
+}
+
+}  // namespace platform

@@ -1,0 +1,76 @@
+// An ephemeral HTTP session: GET requests over HTTP/1.1 and HTTP/2, connections shared between loads, nothing kept on
+// disk, no cookies, no redirects. What an answer's status means is left to the caller.
+#pragma once
+
+#include <cstddef>
+#include <expected>
+#include <memory>
+#include <mutex>
+#include <stop_token>
+#include <string>
+
+#include <absl/time/time.h>
+
+#include "platform/url_session/transport_error.hpp"
+#include "platform/url_session/url_request.hpp"
+#include "platform/url_session/url_response.hpp"
+
+namespace platform {
+
+/// Numbered as the widget platform numbers them.
+enum class CookieAcceptPolicy {
+  /// Cookies that a server sets are dropped.
+  never = 1,
+};
+
+struct UrlSessionConfiguration {
+  /// Longest wait without a byte from the server; each byte of an answer starts it anew. Name look-up, connecting and
+  /// the TLS handshake count as waiting.
+  absl::Duration timeoutIntervalForRequest = absl::Seconds(60);
+
+  /// Longest time for a whole load, from the call to the last byte.
+  absl::Duration timeoutIntervalForResource = absl::Hours(7 * 24);
+
+  CookieAcceptPolicy cookieAcceptPolicy = CookieAcceptPolicy::never;
+
+  /// Whether stored cookies are sent. A session that accepts none has none to send.
+  bool shouldSetCookies = false;
+
+  /// A longer body ends its load with `tooLarge`.
+  std::size_t longestBody = std::size_t{64} << 20;
+
+  /// A file of trusted root certificates (PEM); empty for the system's.
+  std::string trustedRootsFile;
+
+  /// The defaults above, with the trusted roots that the environment variable SSL_CERT_FILE names.
+  static UrlSessionConfiguration ephemeral();
+};
+
+class TransferLoop;
+
+class UrlSession {
+ public:
+  /// Costs nothing: the worker thread and the HTTP library start with the first load.
+  explicit UrlSession(UrlSessionConfiguration configuration);
+
+  /// Ends loads under way with `cancelled` and joins the worker thread.
+  ~UrlSession();
+
+  UrlSession(const UrlSession&) = delete;
+  UrlSession& operator=(const UrlSession&) = delete;
+
+  /// Loads and waits for the whole answer. Any number of threads may load at once. A stop request ends the load with
+  /// `cancelled` in whatever phase it is.
+  std::expected<DataAndResponse, TransportError> data(const UrlRequest& request, std::stop_token stop = {}) const;
+
+  const UrlSessionConfiguration& configuration() const { return configuration_; }
+
+ private:
+  TransferLoop* loop() const;
+
+  const UrlSessionConfiguration configuration_;
+  mutable std::once_flag loopOnce_;
+  mutable std::unique_ptr<TransferLoop> loop_;
+};
+
+}  // namespace platform

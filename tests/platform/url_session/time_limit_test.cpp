@@ -1,0 +1,221 @@
+#include <functional>
+#include <future>
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include "loading.hpp"
+#include "silent_resolver.hpp"
+#include "support/scripted_http_server.hpp"
+
+namespace platform {
+namespace {
+
+using Kind = TransportError::Kind;
+using std::chrono::milliseconds;
+using support::Drip;
+using support::Send;
+using support::Stall;
+
+constexpr milliseconds limit(150);
+// What a busy machine may add to a limit before a test says that it was missed.
+constexpr milliseconds slack(2000);
+
+// A server, or the lack of one, that leaves a load waiting in one phase for ever.
+struct Silence {
+  support::ScriptedHttpServer server;
+  support::FullListener full;
+  SilentResolver resolver;
+  std::string url;
+  std::function<bool()> reached = [] { return true; };
+};
+
+struct Phase {
+  std::string name;
+  std::function<void(Silence&)> prepare;
+};
+
+const std::vector<Phase>& phases() {
+  static const std::vector<Phase> all{
+      {"looking the name up",
+       [](Silence& silence) {
+         silence.url = "http://service.silent/x";
+         silence.reached = [] { return SilentResolver::waitForLookUp(); };
+       }},
+      {"connecting",
+       [](Silence& silence) { silence.url = "http://127.0.0.1:" + std::to_string(silence.full.port()) + "/x"; }},
+      {"TLS handshake",
+       [](Silence& silence) {
+         silence.server.onAccept({Stall{}});
+         silence.url = "https://127.0.0.1:" + std::to_string(silence.server.port()) + "/x";
+         silence.reached = [&silence] { return silence.server.waitForConnections(1); };
+       }},
+      {"waiting for the header",
+       [](Silence& silence) {
+         silence.server.script("/x", {Stall{}});
+         silence.url = silence.server.url("/x");
+         silence.reached = [&silence] { return silence.server.waitForRequests(1); };
+       }},
+      {"inside the header",
+       [](Silence& silence) {
+         silence.server.script("/x", {Send{"HTTP/1.1 200 OK\r\nA: b\r\n"}, Stall{}});
+         silence.url = silence.server.url("/x");
+         silence.reached = [&silence] { return silence.server.waitForRequests(1); };
+       }},
+      {"inside the body",
+       [](Silence& silence) {
+         silence.server.script("/x", {Send{"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nbody"}, Stall{}});
+         silence.url = silence.server.url("/x");
+         silence.reached = [&silence] { return silence.server.waitForRequests(1); };
+       }},
+  };
+  return all;
+}
+
+TEST(TimeLimit, OfIdlenessEndsALoadInEveryPhase) {
+  for (const Phase& phase : phases()) {
+    Silence silence;
+    phase.prepare(silence);
+    auto configuration = patientConfiguration();
+    configuration.timeoutIntervalForRequest = absl::FromChrono(limit);
+    const UrlSession session(configuration);
+    const Stopwatch stopwatch;
+    EXPECT_EQ(errorOf(session.data(requestFor(silence.url))).kind, Kind::timedOut) << phase.name;
+    EXPECT_GE(stopwatch.elapsed(), limit) << phase.name;
+    EXPECT_LT(stopwatch.elapsed(), limit + slack) << phase.name;
+  }
+}
+
+TEST(TimeLimit, OfTheWholeLoadEndsItInEveryPhase) {
+  for (const Phase& phase : phases()) {
+    Silence silence;
+    phase.prepare(silence);
+    auto configuration = patientConfiguration();
+    configuration.timeoutIntervalForResource = absl::FromChrono(limit);
+    const UrlSession session(configuration);
+    const Stopwatch stopwatch;
+    EXPECT_EQ(errorOf(session.data(requestFor(silence.url))).kind, Kind::timedOut) << phase.name;
+    EXPECT_GE(stopwatch.elapsed(), limit) << phase.name;
+    EXPECT_LT(stopwatch.elapsed(), limit + slack) << phase.name;
+  }
+}
+
+TEST(TimeLimit, OfTheRequestHoldsWhereItIsTheShorter) {
+  support::ScriptedHttpServer server;
+  server.script("/x", {Stall{}});
+  UrlRequest request = requestFor(server.url("/x"));
+  request.timeoutInterval = absl::FromChrono(limit);
+  const UrlSession session(patientConfiguration());
+  const Stopwatch stopwatch;
+  EXPECT_EQ(errorOf(session.data(request)).kind, Kind::timedOut);
+  EXPECT_LT(stopwatch.elapsed(), limit + slack);
+}
+
+TEST(TimeLimit, OfIdlenessStartsAnewWithEachByteOfTheBody) {
+  support::ScriptedHttpServer server;
+  const std::string body(40, 'x');
+  server.script("/x", {Send{"HTTP/1.1 200 OK\r\nContent-Length: 40\r\n\r\n"}, Drip{body, milliseconds(20)}});
+  auto configuration = patientConfiguration();
+  configuration.timeoutIntervalForRequest = absl::Milliseconds(400);  // the whole takes 800 ms
+  const UrlSession session(configuration);
+  EXPECT_EQ(summary(session.data(requestFor(server.url("/x")))), "200 " + body);
+}
+
+TEST(TimeLimit, OfTheWholeLoadEndsABodyThatKeepsDripping) {
+  support::ScriptedHttpServer server;
+  server.script("/x", {Send{"HTTP/1.1 200 OK\r\nContent-Length: 99999\r\n\r\n"},
+                       Drip{std::string(99'999, 'x'), milliseconds(5)}});
+  auto configuration = patientConfiguration();
+  configuration.timeoutIntervalForResource = absl::FromChrono(limit);
+  const UrlSession session(configuration);
+  const Stopwatch stopwatch;
+  EXPECT_EQ(errorOf(session.data(requestFor(server.url("/x")))).kind, Kind::timedOut);
+  EXPECT_LT(stopwatch.elapsed(), limit + slack);
+}
+
+TEST(Cancelling, EndsALoadInEveryPhase) {
+  for (const Phase& phase : phases()) {
+    Silence silence;
+    phase.prepare(silence);
+    const UrlSession session(patientConfiguration());
+    std::stop_source stop;
+    auto loaded =
+        std::async(std::launch::async, [&] { return session.data(requestFor(silence.url), stop.get_token()); });
+    ASSERT_TRUE(silence.reached()) << phase.name;
+    const Stopwatch stopwatch;
+    stop.request_stop();
+    EXPECT_EQ(errorOf(loaded.get()).kind, Kind::cancelled) << phase.name;
+    // 50 ms is what is promised; the rest is for sanitizers on a busy machine.
+    EXPECT_LT(stopwatch.elapsed(), milliseconds(250)) << phase.name;
+  }
+}
+
+TEST(Cancelling, EndsTheTransferItselfToo) {
+  support::ScriptedHttpServer server;
+  server.script("/x", {Stall{}});
+  const UrlSession session(patientConfiguration());
+  std::stop_source stop;
+  auto loaded =
+      std::async(std::launch::async, [&] { return session.data(requestFor(server.url("/x")), stop.get_token()); });
+  ASSERT_TRUE(server.waitForRequests(1));
+  stop.request_stop();
+  EXPECT_TRUE(server.waitForHangUps(1));
+  EXPECT_EQ(errorOf(loaded.get()).kind, Kind::cancelled);
+}
+
+TEST(Cancelling, BeforeTheLoadSendsNothing) {
+  support::ScriptedHttpServer server;
+  const UrlSession session(patientConfiguration());
+  std::stop_source stop;
+  stop.request_stop();
+  EXPECT_EQ(errorOf(session.data(requestFor(server.url("/x")), stop.get_token())).kind, Kind::cancelled);
+  EXPECT_EQ(server.connectionCount(), 0U);
+}
+
+TEST(Cancelling, LeavesOtherLoadsAlone) {
+  support::ScriptedHttpServer server;
+  const auto event = std::make_shared<support::Event>();
+  server.script("/stalled", {Stall{}});
+  server.script("/held", {support::Await{event}, Send{support::HttpAnswer{200, "body"}.bytes()}});
+  const UrlSession session(patientConfiguration());
+  std::stop_source stop;
+  auto stalled = std::async(std::launch::async,
+                            [&] { return session.data(requestFor(server.url("/stalled")), stop.get_token()); });
+  auto held = std::async(std::launch::async, [&] { return session.data(requestFor(server.url("/held"))); });
+  ASSERT_TRUE(server.waitForRequests(2));
+  stop.request_stop();
+  EXPECT_EQ(errorOf(stalled.get()).kind, Kind::cancelled);
+  event->set();
+  EXPECT_EQ(summary(held.get()), "200 body");
+}
+
+TEST(SilentResolver, DelaysNoOtherLoad) {
+  const SilentResolver resolver;
+  support::ScriptedHttpServer server;
+  server.answer("/x", {200, "body"});
+  const UrlSession session(patientConfiguration());
+  std::stop_source stop;
+  auto waiting = std::async(std::launch::async,
+                            [&] { return session.data(requestFor("http://service.silent/"), stop.get_token()); });
+  ASSERT_TRUE(SilentResolver::waitForLookUp());
+  EXPECT_EQ(summary(session.data(requestFor(server.url("/x")))), "200 body");
+  stop.request_stop();
+  EXPECT_EQ(errorOf(waiting.get()).kind, Kind::cancelled);
+}
+
+TEST(SilentResolver, DoesNotHoldTheEndOfTheSession) {
+  const SilentResolver resolver;
+  auto session = std::make_unique<UrlSession>(patientConfiguration());
+  std::stop_source stop;
+  auto waiting = std::async(std::launch::async,
+                            [&] { return session->data(requestFor("http://service.silent/"), stop.get_token()); });
+  ASSERT_TRUE(SilentResolver::waitForLookUp());
+  stop.request_stop();
+  EXPECT_EQ(errorOf(waiting.get()).kind, Kind::cancelled);
+  const Stopwatch stopwatch;
+  session.reset();
+  EXPECT_LT(stopwatch.elapsed(), slack);
+}
+
+}  // namespace
+}  // namespace platform
