@@ -1,0 +1,141 @@
+#include "platform/keychain/private_files.hpp"
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform {
+namespace {
+
+using Kind = FileRefusal::Kind;
+
+std::unexpected<FileRefusal> insecure(std::string fault) {
+  return std::unexpected(FileRefusal{Kind::insecure, std::move(fault)});
+}
+
+std::unexpected<FileRefusal> failure(int error) {
+  if (error == ENOENT) return std::unexpected(FileRefusal{Kind::missing, {}});
+  return std::unexpected(FileRefusal{Kind::failed, std::generic_category().message(error)});
+}
+
+std::string modeText(mode_t mode) {
+  char text[8];
+  std::snprintf(text, sizeof text, "%04o", static_cast<unsigned>(mode) & 07777U);
+  return text;
+}
+
+int openRetrying(int parent, const char* path, int flags) {
+  int number = -1;
+  do {
+    number = openat(parent, path, flags | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+  } while (number < 0 && errno == EINTR);
+  return number;
+}
+
+// Why an entry that exists could not be opened, in words that help more than the error's own ("Too many levels of
+// symbolic links", "No such device or address").
+std::unexpected<FileRefusal> whyNotOpened(int parent, const char* path, int error, const char* wanted) {
+  struct stat status{};
+  if (error == ENOENT || fstatat(parent, path, &status, AT_SYMLINK_NOFOLLOW) != 0) return failure(error);
+  if (S_ISLNK(status.st_mode)) return insecure("it is a symbolic link");
+  if (error == ENOTDIR || error == ENXIO) return insecure(std::string("it is not ") + wanted);
+  return failure(error);
+}
+
+std::optional<std::string> ownershipFault(const struct stat& status, mode_t unwanted, const char* wantedMode) {
+  if (status.st_uid != geteuid()) {
+    return "it belongs to user " + std::to_string(status.st_uid) + ", not to user " + std::to_string(geteuid());
+  }
+  if ((status.st_mode & unwanted) != 0) {
+    return "its mode is " + modeText(status.st_mode) + " where " + wantedMode + " is wanted";
+  }
+  return std::nullopt;
+}
+
+// Bytes on the heap that are overwritten before they are given back.
+class WipedBuffer {
+ public:
+  explicit WipedBuffer(std::size_t size) : bytes_(size) {}
+  WipedBuffer(const WipedBuffer&) = delete;
+  WipedBuffer& operator=(const WipedBuffer&) = delete;
+  ~WipedBuffer() { explicit_bzero(bytes_.data(), bytes_.size()); }
+
+  char* data() { return bytes_.data(); }
+  std::size_t size() const { return bytes_.size(); }
+
+ private:
+  std::vector<char> bytes_;
+};
+
+}  // namespace
+
+FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+
+FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
+  std::swap(number_, other.number_);
+  return *this;
+}
+
+FileDescriptor::~FileDescriptor() {
+  if (number_ >= 0) close(number_);
+}
+
+std::expected<FileDescriptor, FileRefusal> openPrivateFolder(int parent, const std::string& path) {
+  FileDescriptor folder(openRetrying(parent, path.c_str(), O_RDONLY | O_DIRECTORY));
+  if (folder.number() < 0) return whyNotOpened(parent, path.c_str(), errno, "a folder");
+  struct stat status{};
+  if (fstat(folder.number(), &status) != 0) return failure(errno);
+  if (auto fault = ownershipFault(status, 0077, "0700")) return insecure(*std::move(fault));
+  return folder;
+}
+
+std::expected<std::string, FileRefusal> readPrivateFile(const FileDescriptor& folder, const std::string& name,
+                                                        std::size_t sizeLimit) {
+  const FileDescriptor file(openRetrying(folder.number(), name.c_str(), O_RDONLY));
+  if (file.number() < 0) return whyNotOpened(folder.number(), name.c_str(), errno, "a regular file");
+  struct stat status{};
+  if (fstat(file.number(), &status) != 0) return failure(errno);
+  if (!S_ISREG(status.st_mode)) return insecure("it is not a regular file");
+  if (auto fault = ownershipFault(status, 0177, "0600")) return insecure(*std::move(fault));
+  if (status.st_nlink != 1) return insecure("it has " + std::to_string(status.st_nlink) + " names");
+
+  // One byte more than allowed tells a file that is too large. The size that fstat gave is not relied on: a file that
+  // grows meanwhile is read to its end.
+  WipedBuffer buffer(sizeLimit + 1);
+  std::size_t filled = 0;
+  while (filled < buffer.size()) {
+    const ssize_t count = read(file.number(), buffer.data() + filled, buffer.size() - filled);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return failure(errno);
+    if (count == 0) return std::string(buffer.data(), filled);
+    filled += static_cast<std::size_t>(count);
+  }
+  return std::unexpected(FileRefusal{Kind::failed, "it holds more than " + std::to_string(sizeLimit) + " bytes"});
+}
+
+std::expected<void, FileRefusal> removeFile(const FileDescriptor& folder, const std::string& name) {
+  if (unlinkat(folder.number(), name.c_str(), 0) != 0) {
+    if (errno == EISDIR) return insecure("it is not a regular file");
+    return failure(errno);
+  }
+  // The name is gone for this and every other process already; a file system that cannot sync a folder (EINVAL) is no
+  // reason to tell the caller that it is not.
+  fsync(folder.number());
+  return {};
+}
+
+bool isEntryName(std::string_view text) {
+  return !text.empty() && text != "." && text != ".." && text.size() <= NAME_MAX &&
+         text.find_first_of(std::string_view("/\0", 2)) == std::string_view::npos;
+}
+
+}  // namespace platform

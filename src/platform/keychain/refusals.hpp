@@ -1,0 +1,30 @@
+// Says what a store refused and why: each refusal once, however often the item is asked for.
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// Takes one line for a person, without a line end and without a secret. May be called from many threads, one at a
+/// time.
+using DiagnosticSink = std::function<void(std::string_view)>;
+
+/// Safe to use from many threads.
+class Refusals {
+ public:
+  explicit Refusals(DiagnosticSink sink);
+
+  /// Control characters of the path are written as `\x1b`, so that a folder's name cannot steer a terminal.
+  void report(std::string_view path, std::string_view fault);
+
+ private:
+  DiagnosticSink sink_;
+  std::mutex mutex_;
+  std::set<std::string> said_;
+};
+
+}  // namespace platform
