@@ -1,0 +1,32 @@
+// The host's localised-text mechanism: what the widget hands over as a key is worded here, in Polish, English or
+// Lithuanian. The wordings are compiled in, so no locale has to be installed. The widget's own sentences arrive
+// translated and are none of this folder's business.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/view_tree/node.hpp"
+
+namespace host {
+
+/// The languages that the host speaks.
+enum class Language { polish, english, lithuanian };
+
+/// The user's language by the rule that the widget follows, so that one board speaks one language: the first preferred
+/// language alone decides ("en" and "lt" in their forms); none, or any other, is Polish, the language the keys are
+/// written in.
+Language languageOf(std::span<const std::string> preferred);
+
+/// `languageOf` the environment's preferred languages (platform::preferredLanguages()), read at each call.
+Language userLanguage();
+
+/// The key's wording in the language with its numbers put in. A key without a wording shows as written.
+std::string worded(const platform::LocalizedKey& key, Language language);
+
+/// The tree with every key replaced by its wording as verbatim text; all else stays as it is.
+platform::Node localised(platform::Node view, Language language);
+platform::Node localised(platform::Node view);
+
+}  // namespace host
