@@ -29,3 +29,7 @@ target_link_libraries(absl_time INTERFACE absl::time absl::strings absl::str_for
 add_library(deps::absl_time ALIAS absl_time)
 
 vamba_pkg_config_dependency(httplib cpp-httplib)
+
+add_library(absl_function_ref INTERFACE)
+target_link_libraries(absl_function_ref INTERFACE absl::function_ref)
+add_library(deps::absl_function_ref ALIAS absl_function_ref)

@@ -1,0 +1,37 @@
+// Decodes JSON bodies (RFC 8259, UTF-8, no byte order mark) into values and records. Holds the date strategy only: one
+// decoder serves any number of concurrent decodes. Which records there are, their declarations say (keyed_record.hpp).
+#pragma once
+
+#include <expected>
+#include <utility>
+
+#include <absl/functional/function_ref.h>
+
+#include "platform/json_decoding/decoding_error.hpp"
+#include "platform/json_decoding/json_body.hpp"
+#include "platform/json_decoding/json_value.hpp"
+
+namespace platform {
+
+class JsonDecoder {
+ public:
+  /// `dates` may be called from several threads at once.
+  explicit JsonDecoder(DateStrategy dates) : dates_(std::move(dates)) {}
+
+  /// The whole body as one T. A body that is not JSON, anywhere, is corrupted data at the root, whatever was asked for;
+  /// so is one whose arrays and objects are nested more than 512 deep.
+  template <typename T>
+  std::expected<T, DecodingError> decode(const JsonBody& body) const {
+    std::expected<T, DecodingError> result;
+    Decoded decoded = withRoot(body, [&](const JsonValue& root) { return decodeInto(root, *result); });
+    if (!decoded) result = std::unexpected(std::move(decoded).error());
+    return result;
+  }
+
+ private:
+  Decoded withRoot(const JsonBody& body, absl::FunctionRef<Decoded(const JsonValue&)> read) const;
+
+  DateStrategy dates_;
+};
+
+}  // namespace platform

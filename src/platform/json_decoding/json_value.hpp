@@ -1,0 +1,94 @@
+// One value of a JSON body that has been checked, as those who decode records see it: asked for one type, it gives it
+// or says why not. A value lives only during the call that hands it out, and containers are read once, front to back.
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <absl/functional/function_ref.h>
+#include <absl/time/time.h>
+
+#include "platform/json_decoding/decoding_error.hpp"
+#include "platform/uuid/uuid.hpp"
+
+namespace platform {
+
+using Decoded = std::expected<void, DecodingError>;
+
+/// The rule by which every date of a body is read from its text.
+using DateStrategy = std::function<std::expected<absl::Time, DecodingError>(std::string_view)>;
+
+class JsonValue {
+ public:
+  /// `token` is the value's first token; `container` the parser's own value behind an array or object.
+  JsonValue(std::string_view token, void* container, std::string_view body, const DateStrategy& dates)
+      : token_(token), container_(container), body_(body), dates_(&dates) {}
+
+  bool isNull() const { return token_ == "null"; }
+
+  std::expected<std::string, DecodingError> text() const;
+  /// A number that is integral and fits, however it is written; the others are corrupted data.
+  std::expected<std::int64_t, DecodingError> integer() const;
+  std::expected<Uuid, DecodingError> uuid() const;
+  /// By the decoder's date strategy.
+  std::expected<absl::Time, DecodingError> date() const;
+
+  /// Calls `read` for each element until it says false.
+  Decoded forEachElement(absl::FunctionRef<bool(const JsonValue&)> read) const;
+  /// Calls `read` with each key, its escapes resolved, in the order of the body, each time that it occurs.
+  Decoded forEachField(absl::FunctionRef<void(std::string_view key, const JsonValue&)> read) const;
+
+ private:
+  std::unexpected<DecodingError> mismatch(std::string_view expected) const;
+  std::optional<std::string_view> quoted() const;
+
+  std::string_view token_;
+  void* container_;
+  std::string_view body_;
+  const DateStrategy* dates_;
+};
+
+// decodeInto() is the point where types join in: a record offers one beside its own declaration.
+
+template <typename T>
+Decoded assignDecoded(std::expected<T, DecodingError> value, T& out) {
+  if (!value) return std::unexpected(std::move(value).error());
+  out = *std::move(value);
+  return {};
+}
+
+inline Decoded decodeInto(const JsonValue& value, std::string& out) { return assignDecoded(value.text(), out); }
+inline Decoded decodeInto(const JsonValue& value, std::int64_t& out) { return assignDecoded(value.integer(), out); }
+inline Decoded decodeInto(const JsonValue& value, Uuid& out) { return assignDecoded(value.uuid(), out); }
+inline Decoded decodeInto(const JsonValue& value, absl::Time& out) { return assignDecoded(value.date(), out); }
+
+/// null is an absent value.
+template <typename T>
+Decoded decodeInto(const JsonValue& value, std::optional<T>& out) {
+  out.reset();
+  if (value.isNull()) return {};
+  Decoded decoded = decodeInto(value, out.emplace());
+  if (!decoded) out.reset();
+  return decoded;
+}
+
+/// The elements in the order of the body; one that does not decode fails the whole list.
+template <typename T>
+Decoded decodeInto(const JsonValue& value, std::vector<T>& out) {
+  out.clear();
+  Decoded decoded;
+  const Decoded opened = value.forEachElement([&](const JsonValue& element) {
+    decoded = decodeInto(element, out.emplace_back());
+    if (!decoded) decoded = std::unexpected(insideElement(std::move(decoded).error(), out.size() - 1));
+    return decoded.has_value();
+  });
+  return opened ? decoded : opened;
+}
+
+}  // namespace platform

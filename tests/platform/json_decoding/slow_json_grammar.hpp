@@ -1,0 +1,12 @@
+// RFC 8259 once more, written down the simplest way: one byte after another, one function a production. The decoder is
+// compared with it.
+#pragma once
+
+#include <string_view>
+
+namespace platform {
+
+/// Whether `text` is one JSON value in UTF-8, nested at most `maximumDepth` arrays and objects deep.
+bool isJsonBySlowGrammar(std::string_view text, int maximumDepth);
+
+}  // namespace platform
