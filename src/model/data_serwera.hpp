@@ -1,0 +1,26 @@
+// The one rule by which every date of the service is read, whatever field it stands in: a calendar date alone, or a
+// date and time with a zone, with fractions of a second or without.
+#pragma once
+
+#include <expected>
+#include <string_view>
+
+#include <absl/time/time.h>
+
+#include "platform/json_decoding/decoding_error.hpp"
+
+namespace widzety {
+
+/// The zone in which a calendar date alone begins: Europe/Warsaw. On a system without that zone it is the device's.
+absl::TimeZone strefaDatySerwera();
+
+/// Reads the whole text by the first of these forms that fits:
+///   2025-03-14                     the first instant of that day in `strefaDaty`
+///   2025-03-14T09:30:00.250+01:00  digits finer than absl::Time's quarter of a nanosecond are cut
+///   2025-03-14T09:30:00Z
+/// Upper case, four digits of year, real days only, offsets up to 23:59 (ISO 8601 and RFC 3339 without leap seconds).
+/// The error is data-corrupted, "Nie rozpoznaję daty: " and the text as it came.
+std::expected<absl::Time, platform::DecodingError> wczytajDate(std::string_view tekst, absl::TimeZone strefaDaty);
+std::expected<absl::Time, platform::DecodingError> wczytajDate(std::string_view tekst);
+
+}  // namespace widzety
