@@ -99,7 +99,8 @@ bool Exchange::setOptions(const TrustedRoots& roots, Multiplexing multiplexing, 
   }
 
   if (load_->headers().endsInLineEnd) {
-    // Servers differ in where they see this request end, so nothing else may follow it on its connection.
+    // Servers differ in where they see this request end, so nothing else may follow it on its connection, even where
+    // the server leaves it open.
     options.set(CURLOPT_FORBID_REUSE, 1L)
         .set(CURLOPT_PREREQFUNCTION, &Exchange::onConnected)
         .set(CURLOPT_PREREQDATA, static_cast<void*>(this));

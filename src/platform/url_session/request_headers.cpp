@@ -54,6 +54,7 @@ std::expected<RequestHeaders, TransportError> RequestHeaders::encode(const std::
     }
   }
   if (!last.empty()) {
+    headers.lines.push_back("Connection: close");
     headers.lines.push_back(std::move(last));
     headers.endsInLineEnd = true;
   }

@@ -16,7 +16,8 @@ using testing::ElementsAre;
 TEST(RequestHeaders, PutsTheValueWithALineEndLast) {
   const auto headers = RequestHeaders::encode({{"Authorization", "Bearer tok\n"}, {"Accept", "application/json"}});
   ASSERT_TRUE(headers);
-  EXPECT_THAT(headers->lines, ElementsAre("Accept: application/json", "Authorization: Bearer tok\n"));
+  EXPECT_THAT(headers->lines,
+              ElementsAre("Accept: application/json", "Connection: close", "Authorization: Bearer tok\n"));
   EXPECT_TRUE(headers->endsInLineEnd);
 }
 
@@ -69,9 +70,9 @@ TEST(UrlSession, SendsExactlyTheFieldsOfTheRequest) {
            {"zażółć;:,", "Authorization: Bearer zażółć;:,\r\nAccept: application/json\r\n\r\n"},
            {"", "Authorization: Bearer \r\nAccept: application/json\r\n\r\n"},
            // A server that takes the bare line end for a field's end meets the end of the header section at once.
-           {"tok\n", "Accept: application/json\r\nAuthorization: Bearer tok\n\r\n\r\n"},
-           {"tok\r\n", "Accept: application/json\r\nAuthorization: Bearer tok\r\n\r\n\r\n"},
-           {"tok\r", "Accept: application/json\r\nAuthorization: Bearer tok\r\r\n\r\n"},
+           {"tok\n", "Accept: application/json\r\nConnection: close\r\nAuthorization: Bearer tok\n\r\n\r\n"},
+           {"tok\r\n", "Accept: application/json\r\nConnection: close\r\nAuthorization: Bearer tok\r\n\r\n\r\n"},
+           {"tok\r", "Accept: application/json\r\nConnection: close\r\nAuthorization: Bearer tok\r\r\n\r\n"},
        }) {
     support::ScriptedHttpServer server;
     server.answer("/x", {200, "body"});

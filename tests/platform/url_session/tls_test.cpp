@@ -1,0 +1,190 @@
+#include <future>
+#include <set>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "loading.hpp"
+#include "support/environment.hpp"
+#include "support/nginx_server.hpp"
+#include "support/scripted_http_server.hpp"
+
+namespace platform {
+namespace {
+
+using Kind = TransportError::Kind;
+using support::NginxProtocol;
+using support::NginxServer;
+using support::NginxSettings;
+using support::ServerCertificate;
+
+UrlSessionConfiguration trusting(const std::string& authorityFile) {
+  auto configuration = patientConfiguration();
+  configuration.trustedRootsFile = authorityFile;
+  return configuration;
+}
+
+const std::map<std::string, std::string> bodies{{"/a", "[1]"}, {"/b", "[2]"}, {"/c", "[3]"}};
+
+// One load of each body at once, as a board does it.
+void loadAll(const UrlSession& session, const NginxServer& server) {
+  std::vector<std::future<void>> loads;
+  for (const auto& [path, body] : bodies) {
+    loads.push_back(std::async(std::launch::async, [&session, &server, path, body] {
+      UrlRequest request = requestFor(server.url(path));
+      request.setValue("Bearer tok", "Authorization");
+      EXPECT_EQ(summary(session.data(request)), "200 " + body) << server.errorLog();
+    }));
+  }
+  for (auto& load : loads) load.get();
+}
+
+TEST(Tls, LoadsWithTheProtocolThatTheServerOffers) {
+  struct Case {
+    NginxProtocol offered;
+    std::string spoken;
+  };
+  for (const auto& [offered, spoken] : std::vector<Case>{{NginxProtocol::plainHttp1, "HTTP/1.1"},
+                                                         {NginxProtocol::tlsHttp1, "HTTP/1.1"},
+                                                         {NginxProtocol::tlsHttp2, "HTTP/2.0"}}) {
+    NginxServer server({.protocol = offered, .bodies = bodies, .requiredAuthorization = "Bearer tok"});
+    const UrlSession session(trusting(server.authorityFile()));
+    loadAll(session, server);
+    const auto requests = server.endAndReadLog();
+    ASSERT_EQ(requests.size(), 3U);
+    for (const auto& request : requests) {
+      EXPECT_EQ(request.protocol, spoken);
+      EXPECT_EQ(request.authorization, "Bearer tok");
+    }
+  }
+}
+
+TEST(Tls, ALaterLoadSharesOneHttp2Connection) {
+  NginxServer server({.bodies = bodies});
+  const UrlSession session(trusting(server.authorityFile()));
+  loadAll(session, server);
+  loadAll(session, server);
+  const auto requests = server.endAndReadLog();
+  ASSERT_EQ(requests.size(), 6U);
+  std::set<std::string> later;
+  for (std::size_t i = 3; i < requests.size(); ++i) later.insert(requests[i].connection);
+  EXPECT_EQ(later.size(), 1U);
+}
+
+// The server ends a connection with its third request, so that there is none to share when a board's loads begin. A
+// session that has met the origin opens one and waits for it; a new one opens one for each load.
+TEST(Tls, WaitsForOneConnectionOnlyOnceTheOriginIsKnownToSpeakHttp2) {
+  NginxServer server({.bodies = bodies, .directives = "    keepalive_requests 3;\n"});
+  const UrlSession known(trusting(server.authorityFile()));
+  for (int i = 0; i < 3; ++i) ASSERT_EQ(summary(known.data(requestFor(server.url("/a")))), "200 [1]");
+  loadAll(known, server);
+  const UrlSession fresh(trusting(server.authorityFile()));
+  loadAll(fresh, server);
+  const auto requests = server.endAndReadLog();
+  ASSERT_EQ(requests.size(), 9U);
+  const auto connections = [&requests](std::size_t begin, std::size_t end) {
+    std::set<std::string> different;
+    for (std::size_t i = begin; i < end; ++i) different.insert(requests[i].connection);
+    return different.size();
+  };
+  EXPECT_EQ(connections(0, 3), 1U);
+  EXPECT_EQ(connections(3, 6), 1U);
+  EXPECT_EQ(connections(6, 9), 3U);
+}
+
+TEST(Tls, RefusesAServerThatCannotBeTrusted) {
+  const support::TestCertificates stranger;
+  struct Case {
+    std::string name;
+    ServerCertificate certificate;
+    bool knowsAuthority;
+  };
+  for (const auto& [name, certificate, knowsAuthority] :
+       std::vector<Case>{{"unknown authority", ServerCertificate::valid, false},
+                         {"expired", ServerCertificate::expired, true},
+                         {"wrong host", ServerCertificate::wrongHost, true}}) {
+    NginxServer server({.certificate = certificate, .bodies = bodies});
+    const UrlSession session(trusting(knowsAuthority ? server.authorityFile() : stranger.authorityFile()));
+    EXPECT_EQ(errorOf(session.data(requestFor(server.url("/a")))).kind, Kind::secureConnectionFailed) << name;
+    EXPECT_TRUE(server.endAndReadLog().empty()) << name;
+  }
+}
+
+TEST(Tls, TrustsTheFileOfTheEnvironmentInsteadOfTheSystemsRoots) {
+  NginxServer server({.bodies = bodies});
+  support::ScopedEnvironment environment;
+  environment.unset("SSL_CERT_FILE");
+  const UrlSession system(UrlSessionConfiguration::ephemeral());
+  EXPECT_EQ(errorOf(system.data(requestFor(server.url("/a")))).kind, Kind::secureConnectionFailed);
+  environment.set("SSL_CERT_FILE", server.authorityFile());
+  const UrlSession chosen(UrlSessionConfiguration::ephemeral());
+  EXPECT_EQ(summary(chosen.data(requestFor(server.url("/a")))), "200 [1]");
+  environment.set("SSL_CERT_FILE", "/nonexistent.pem");
+  const UrlSession missing(UrlSessionConfiguration::ephemeral());
+  EXPECT_EQ(errorOf(missing.data(requestFor(server.url("/a")))).kind, Kind::secureConnectionFailed);
+}
+
+TEST(Tls, CarriesAValueThatEndsInALineEndOverHttp1Only) {
+  for (const std::string token : {"tok\n", "tok\r\n", "tok\r"}) {
+    for (const auto protocol : {NginxProtocol::tlsHttp1, NginxProtocol::tlsHttp2}) {
+      NginxServer server({.protocol = protocol, .bodies = bodies});
+      const UrlSession session(trusting(server.authorityFile()));
+      UrlRequest request = requestFor(server.url("/a"));
+      request.setValue("Bearer " + token, "Authorization");
+      request.setValue("application/json", "Accept");
+      const auto loaded = session.data(request);
+      if (protocol == NginxProtocol::tlsHttp2) {
+        EXPECT_EQ(errorOf(loaded).kind, Kind::badHeader);
+        EXPECT_TRUE(server.endAndReadLog().empty());
+      } else {
+        EXPECT_EQ(summary(loaded), "200 [1]") << server.errorLog();
+        const auto requests = server.endAndReadLog();
+        ASSERT_EQ(requests.size(), 1U);
+        EXPECT_EQ(requests[0].authorization.substr(0, 10), "Bearer tok");
+      }
+    }
+  }
+}
+
+// The connection of an earlier load is there to be used again.
+TEST(Tls, RefusesALineEndOnAnHttp2ConnectionThatIsAlreadyOpen) {
+  NginxServer server({.bodies = bodies});
+  const UrlSession session(trusting(server.authorityFile()));
+  loadAll(session, server);
+  UrlRequest request = requestFor(server.url("/a"));
+  request.setValue("Bearer tok\n", "Authorization");
+  EXPECT_EQ(errorOf(session.data(request)).kind, Kind::badHeader);
+  loadAll(session, server);
+  EXPECT_EQ(server.endAndReadLog().size(), 6U);
+}
+
+TEST(Tls, EndsWithoutATransferWhenTheProxyRefusesTheTunnel) {
+  NginxServer server({.bodies = bodies});
+  support::ScriptedHttpServer proxy;
+  proxy.answer("*", {403, "no"});
+  support::ScopedEnvironment environment;
+  environment.set("https_proxy", proxy.url());
+  environment.set("no_proxy", "");
+  const UrlSession session(trusting(server.authorityFile()));
+  const auto loaded = session.data(requestFor(server.url("/a")));
+  EXPECT_FALSE(loaded) << summary(loaded);
+  EXPECT_TRUE(server.endAndReadLog().empty());
+}
+
+TEST(Http2, AnswerThatIsCutIsATransportError) {
+  support::ScriptedHttpServer behind;
+  const std::string begun = "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nbody";
+  const std::string chunk = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\nbody\r\n";
+  behind.script("/length", {support::Send{begun}, support::Close{}});
+  behind.script("/chunk", {support::Send{chunk}, support::Close{}});
+  NginxServer server({.directives = "    location / { proxy_http_version 1.1; proxy_pass " + behind.url() +
+                                    "; }\n    location = /none { return 444; }\n"});
+  const UrlSession session(trusting(server.authorityFile()));
+  for (const std::string path : {"/length", "/chunk", "/none"}) {
+    const auto loaded = session.data(requestFor(server.url(path)));
+    EXPECT_FALSE(loaded) << path << ": " << summary(loaded);
+  }
+}
+
+}  // namespace
+}  // namespace platform
