@@ -32,3 +32,7 @@ if(VAMBA_SANITIZE)
     -fsanitize=${VAMBA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(vamba_compile_options INTERFACE -fsanitize=${VAMBA_SANITIZE})
 endif()
+if(VAMBA_FUZZERS)
+  # Coverage feedback from the libraries under test too; each fuzzer links its own main.
+  target_compile_options(vamba_compile_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()

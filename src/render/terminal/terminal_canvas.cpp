@@ -110,13 +110,20 @@ std::string Canvas::lines(Escapes escapes, TrailingBlanks blanks) const {
   std::string out;
   for (const Row& row : rows_) {
     RowWriter writer(out, escapes);
+    const auto fillAt = [&](int x) {
+      Ink ink;
+      for (const Piece& fill : row.fills) {
+        if (x >= fill.x && x < fill.x + fill.width) ink = fill.ink;
+      }
+      return ink;
+    };
     const auto blank = [&](int from, int to) {
-      for (int x = from; x < to; ++x) {
-        Ink ink;
-        for (const Piece& fill : row.fills) {
-          if (x >= fill.x && x < fill.x + fill.width) ink = fill.ink;
-        }
-        writer.write(" ", ink);
+      while (from < to) {
+        const Ink ink = fillAt(from);
+        int end = from + 1;
+        while (end < to && (row.fills.empty() || fillAt(end) == ink)) ++end;
+        writer.write(std::string(static_cast<std::size_t>(end - from), ' '), ink);
+        from = end;
       }
     };
     int x = 0;

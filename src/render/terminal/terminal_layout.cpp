@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "platform/view_tree/localized_key.hpp"
 
@@ -9,9 +10,12 @@ namespace render::terminal {
 namespace {
 
 constexpr int deepest = 512;
+constexpr double mostCells = 20;  // of a single length: beyond it a tree talks nonsense
 
 /// Whole cells of a length; what is no number or out of proportion is bounded.
-int cells(double points, double cell) { return points >= cell ? static_cast<int>(std::min(points / cell, 100.0)) : 0; }
+int cells(double points, double cell) {
+  return points >= cell ? static_cast<int>(std::min(points / cell, mostCells)) : 0;
+}
 
 int columnsOf(double padding) { return padding >= 6 ? std::max(1, cells(padding, 12)) : 0; }
 int linesOf(double padding) { return cells(padding, 16); }
@@ -161,8 +165,8 @@ std::vector<int> sharesOf(const Box& row, int room) {
   std::vector<int> shares(row.children.size(), 0);
   std::vector<std::size_t> order(row.children.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
-  std::stable_sort(order.begin(), order.end(),
-                   [&](std::size_t a, std::size_t b) { return wish(row, a) < wish(row, b); });
+  std::sort(order.begin(), order.end(),
+            [&](std::size_t a, std::size_t b) { return std::pair(wish(row, a), a) < std::pair(wish(row, b), b); });
   int waiting = static_cast<int>(
       std::count_if(row.children.begin(), row.children.end(), [](const Box& child) { return child.ideal > 0; }));
   for (const std::size_t i : order) {

@@ -1,0 +1,64 @@
+// Any view tree, as a foreign extension may answer it, keeps the board's promise: lines of one width that hold nothing
+// a terminal obeys. The first byte is the terminal's width; then a tree as JSON, or else any bytes as a title.
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "platform/view_tree/builders.hpp"
+#include "platform/view_tree/node_json.hpp"
+#include "render/terminal/terminal_board.hpp"
+#include "render/terminal/terminal_text.hpp"
+
+namespace {
+
+using namespace platform;
+
+Node titleRow(std::string title) {
+  return VStack({},
+                {
+                    HStack({.alignment = VerticalAlignment::firstTextBaseline},
+                           {Text("09:05").monospacedDigit(), Text(title).lineLimit(1), Spacer(), Text(title)}),
+                    Text(title),
+                })
+      .padding(12);
+}
+
+Node treeOf(std::string_view bytes) {
+  // As deep as the host lets an answer be.
+  const auto callback = [](int depth, nlohmann::json::parse_event_t, nlohmann::json&) { return depth <= 512; };
+  const auto json = nlohmann::json::parse(bytes, callback, false);
+  if (!json.is_discarded()) {
+    if (auto tree = nodeFromJson(json)) return std::move(*tree);
+  }
+  return titleRow(std::string(bytes));
+}
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size == 0) return 0;
+  const int columns = 1 + data[0] % 100;
+  const Node tree = treeOf({reinterpret_cast<const char*>(data) + 1, size - 1});
+  const render::TerminalOptions options{.columns = columns};
+  std::istringstream board(render::drawTerminalBoard(tree, options));
+  for (std::string line; std::getline(board, line);) {
+    require(render::terminal::shown(line).text == line);
+    require(render::terminal::displayWidth(line) == std::min(columns, options.widestBoard));
+  }
+  std::istringstream plain(render::drawPlainBoard(tree, columns));
+  for (std::string line; std::getline(plain, line);) {
+    require(render::terminal::shown(line).text == line);
+    require(render::terminal::displayWidth(line) <= columns);
+  }
+  (void)render::drawTerminalBoard(tree, {.columns = columns, .escapes = true});
+  return 0;
+}
