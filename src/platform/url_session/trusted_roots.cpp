@@ -4,11 +4,12 @@
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <memory>
 #include <string_view>
 #include <system_error>
 
 #include <curl/curl.h>
+#include <dirent.h>
 
 #include "platform/url_session/ascii.hpp"
 
@@ -25,18 +26,27 @@ bool isHashName(std::string_view name) {
          std::all_of(number.begin(), number.end(), ascii::isDigit);
 }
 
+struct CloseDirectory {
+  void operator()(DIR* directory) const { closedir(directory); }
+};
+
 std::size_t hashedCertificates(const std::string& folder) {
   std::size_t count = 0;
-  std::error_code error;
-  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-    if (isHashName(entry->path().filename().native())) ++count;
+  // The directory's own stream: std::filesystem's iterator makes a path of each of some hundred entries.
+  const std::unique_ptr<DIR, CloseDirectory> directory(opendir(folder.c_str()));
+  if (!directory) return 0;
+  while (const dirent* const entry = readdir(directory.get())) {
+    if (isHashName(entry->d_name)) ++count;
   }
   return count;
 }
 
 std::size_t certificatesInFile(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  const std::string text(std::istreambuf_iterator<char>(stream), {});
+  std::error_code error;
+  const auto length = std::filesystem::file_size(file, error);
+  if (error) return 0;
+  std::string text(length, '\0');
+  std::ifstream(file, std::ios::binary).read(text.data(), static_cast<std::streamsize>(text.size()));
   constexpr std::string_view beginning = "-----BEGIN CERTIFICATE-----";
   std::size_t count = 0;
   for (auto at = text.find(beginning); at != std::string::npos; at = text.find(beginning, at + beginning.size())) {
