@@ -1,0 +1,46 @@
+#include "render/layout/layout.hpp"
+
+#include "render/layout/measure.hpp"
+#include "render/layout/place.hpp"
+#include "render/layout/stack_room.hpp"
+
+namespace render {
+namespace {
+
+constexpr double tolerance = 1e-6;
+constexpr double fitStep = 1.0 / 256;  ///< fits are whole multiples, so that the last bits of a sum change no picture
+
+double roundedDown(double fit) { return std::floor(fit / fitStep) * fitStep; }
+
+/// The greatest scale at which the whole board is no higher than the box; `smallestFit` if none is.
+double largestFit(const platform::Node& root, Size box, double naturalHeight, TextMeasurer& measurer) {
+  const auto heightAt = [&](double fit) { return measure(root, {.width = box.width / fit}, measurer).size.height; };
+  const auto fits = [&](double height, double fit) { return height <= box.height / fit + tolerance; };
+  // Scaled by the ratio of heights it fits; where a line more fits beside another it would do so at a larger scale.
+  double low = std::max(smallestFit, roundedDown(box.height / naturalHeight));
+  const double lowHeight = heightAt(low);
+  if (!fits(lowHeight, low) || lowHeight == naturalHeight) return low;
+  double high = 1;
+  while (high - low > fitStep) {
+    const double middle = roundedDown((low + high) / 2);
+    if (middle <= low) break;
+    (fits(heightAt(middle), middle) ? low : high) = middle;
+  }
+  return low;
+}
+
+}  // namespace
+
+Board layOut(const platform::Node& root, Size box, TextMeasurer& measurer) {
+  auto measured = measure(root, {.width = box.width}, measurer);
+  double fit = 1;
+  if (measured.size.height > box.height + tolerance) {
+    fit = largestFit(root, box, measured.size.height, measurer);
+    measured = measure(root, {.width = box.width / fit, .height = box.height / fit}, measurer);
+  } else if (growsDown(root)) {
+    measured = measure(root, {.width = box.width, .height = box.height}, measurer);
+  }
+  return {fit, {box.width / fit, box.height / fit}, root.containerBackground.has_value(), place(measured)};
+}
+
+}  // namespace render

@@ -1,0 +1,45 @@
+#include "render/support/random_trees.hpp"
+
+#include <gtest/gtest.h>
+
+#include "platform/view_tree/node_json.hpp"
+#include "render/layout/family_size.hpp"
+#include "render/support/layout_text.hpp"
+
+namespace render {
+namespace {
+
+using render::testing::PlainMeasurer;
+using render::testing::randomTree;
+
+TEST(LayoutOfRandomTrees, NothingOverlapsAndNothingLeavesTheBox) {
+  PlainMeasurer measurer;
+  std::size_t painted = 0;
+  for (std::uint64_t seed = 1; seed <= 4000; ++seed) {
+    const auto tree = randomTree(seed);
+    for (const Size box : {smallFamily, mediumFamily, Size{17, 9}}) {
+      const auto board = layOut(tree, box, measurer);
+      painted += board.items.size();
+      EXPECT_GE(board.fit, smallestFit);
+      EXPECT_LE(board.fit, 1);
+      const auto faults = render::testing::layoutFaults(board);
+      ASSERT_EQ(faults, "") << "seed " << seed << "\n" << platform::toJson(tree).dump(1);
+    }
+  }
+  EXPECT_GT(painted, 20000U) << "the trees leave next to nothing to check";
+}
+
+TEST(LayoutOfRandomTrees, NestingWithoutEndIsCutAndCostsLittle) {
+  PlainMeasurer measurer;
+  platform::Node node{.kind = platform::TextNode{.content = platform::Verbatim{"deep"}}};
+  for (int i = 0; i < 2000; ++i) {
+    platform::HStackNode row;
+    row.children.push_back({.kind = platform::SpacerNode{}});
+    row.children.push_back(std::move(node));
+    node = {.kind = std::move(row)};
+  }
+  EXPECT_EQ(render::testing::layoutFaults(layOut(node, mediumFamily, measurer)), "");
+}
+
+}  // namespace
+}  // namespace render

@@ -1,0 +1,13 @@
+// View trees such as nobody would write: deep, wide, with lengths and texts at their extremes. The same seed gives the
+// same tree.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/view_tree/node.hpp"
+
+namespace render::testing {
+
+platform::Node randomTree(std::uint64_t seed);
+
+}  // namespace render::testing
