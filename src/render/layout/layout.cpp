@@ -31,7 +31,8 @@ double largestFit(const platform::Node& root, Size box, double naturalHeight, Te
 
 }  // namespace
 
-Board layOut(const platform::Node& root, Size box, TextMeasurer& measurer) {
+Board layOut(const platform::Node& root, const BoardForm& form, TextMeasurer& measurer) {
+  const Size box{form.size.width / form.magnification, form.size.height / form.magnification};
   auto measured = measure(root, {.width = box.width}, measurer);
   double fit = 1;
   if (measured.size.height > box.height + tolerance) {
@@ -40,7 +41,7 @@ Board layOut(const platform::Node& root, Size box, TextMeasurer& measurer) {
   } else if (growsDown(root)) {
     measured = measure(root, {.width = box.width, .height = box.height}, measurer);
   }
-  return {fit, {box.width / fit, box.height / fit}, root.containerBackground.has_value(), place(measured)};
+  return {fit * form.magnification, {box.width / fit, box.height / fit}, root.containerBackground.has_value(), place(measured)};
 }
 
 }  // namespace render

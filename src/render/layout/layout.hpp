@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/view_tree/node.hpp"
+#include "render/layout/family_form.hpp"
 #include "render/layout/geometry.hpp"
 #include "render/layout/text_measurer.hpp"
 
@@ -44,11 +45,11 @@ struct Board {
   std::vector<Placed> items;  ///< in the order of painting
 };
 
-/// Boards that are too high for the box are scaled down evenly to this and no further.
+/// Boards that are too high for the box are scaled down evenly to this part of their natural size and no further.
 inline constexpr double smallestFit = 0.7;
 
-/// Lays `root` out from the top left of the box. A board that is too high is scaled down evenly; where that is not
+/// Lays `root` out from the top left of the form's box. A board that is too high is scaled down evenly; where that is not
 /// enough either, rows are dropped from the bottom, and a paragraph is cut at a line with an ellipsis.
-Board layOut(const platform::Node& root, Size box, TextMeasurer& measurer);
+Board layOut(const platform::Node& root, const BoardForm& form, TextMeasurer& measurer);
 
 }  // namespace render

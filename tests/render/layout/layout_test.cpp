@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/view_tree/builders.hpp"
-#include "render/layout/family_size.hpp"
+#include "render/layout/family_form.hpp"
 #include "render/support/layout_text.hpp"
 #include "render/support/sample_boards.hpp"
 
@@ -13,14 +13,14 @@ namespace {
 using namespace platform;
 using render::testing::PlainMeasurer;
 
-std::string layoutOf(const Node& tree, Size box) {
+std::string layoutOf(const Node& tree, const BoardForm& form) {
   PlainMeasurer measurer;
-  return render::testing::layoutText(layOut(tree, box, measurer));
+  return render::testing::layoutText(layOut(tree, form, measurer));
 }
 
 TEST(Layout, ColumnStandsAtTheTopLeftWithSpacingAndPadding) {
   const Node tree = VStack({.spacing = 6}, {Text("one"), Text("three")}).padding(EdgeInsets{1, 2, 3, 4});
-  EXPECT_EQ(layoutOf(tree, {100, 50}), R"(board 100x50
+  EXPECT_EQ(layoutOf(tree, {{100, 50}}), R"(board 100x50
 text 2,1 18x10 baseline 9 one
 text 2,17 30x10 baseline 25 three
 )");
@@ -28,7 +28,7 @@ text 2,17 30x10 baseline 25 three
 
 TEST(Layout, SpacerPushesWhatFollowsToTheTrailingEdge) {
   const Node tree = HStack({.spacing = 6}, {Text("a"), Spacer(0), Text("bc")});
-  EXPECT_EQ(layoutOf(tree, {100, 50}), R"(board 100x50
+  EXPECT_EQ(layoutOf(tree, {{100, 50}}), R"(board 100x50
 text 0,0 6x10 baseline 8 a
 text 88,0 12x10 baseline 8 bc
 )");
@@ -36,15 +36,16 @@ text 88,0 12x10 baseline 8 bc
 
 TEST(Layout, SpacersShareTheRoomEvenlyInRowsAndColumns) {
   const Node row = HStack({.spacing = 0}, {Spacer(0), Text("a"), Spacer(10)});
-  EXPECT_EQ(layoutOf(row, {106, 50}), "board 106x50\ntext 45,0 6x10 baseline 8 a\n");
+  EXPECT_EQ(layoutOf(row, {{106, 50}}), "board 106x50\ntext 45,0 6x10 baseline 8 a\n");
   const Node column = VStack({.spacing = 0}, {Spacer(0), Text("a"), Spacer(0), Text("b")});
-  EXPECT_EQ(layoutOf(column, {100, 50}), "board 100x50\ntext 0,15 6x10 baseline 23 a\ntext 0,40 6x10 baseline 48 b\n");
+  EXPECT_EQ(layoutOf(column, {{100, 50}}),
+            "board 100x50\ntext 0,15 6x10 baseline 23 a\ntext 0,40 6x10 baseline 48 b\n");
 }
 
 TEST(Layout, FirstBaselinesAreLinedUp) {
   const Node tree = HStack({.alignment = VerticalAlignment::firstTextBaseline, .spacing = 6},
                            {Text("a"), VStack({.spacing = 2}, {Text("B").font(TextStyle::headline), Text("c")})});
-  EXPECT_EQ(layoutOf(tree, {100, 50}), R"(board 100x50
+  EXPECT_EQ(layoutOf(tree, {{100, 50}}), R"(board 100x50
 text 0,4 6x10 baseline 12 a
 text 12,0 10x16 baseline 12 B
 text 12,18 6x10 baseline 26 c
@@ -54,32 +55,32 @@ text 12,18 6x10 baseline 26 c
 TEST(Layout, CentredRowCentresItsLowerChildren) {
   const Node tree =
       HStack({.alignment = VerticalAlignment::center, .spacing = 0}, {Text("B").font(TextStyle::headline), Text("c")});
-  EXPECT_EQ(layoutOf(tree, {100, 50}), "board 100x50\ntext 0,0 10x16 baseline 12 B\ntext 10,3 6x10 baseline 11 c\n");
+  EXPECT_EQ(layoutOf(tree, {{100, 50}}), "board 100x50\ntext 0,0 10x16 baseline 12 B\ntext 10,3 6x10 baseline 11 c\n");
 }
 
 TEST(Layout, CapsuleStandsBehindThePaddedText) {
   const Node tree = HStack({}, {Text("12").padding(EdgeInsets{2, 6, 2, 6}).background(CapsuleBackground{})});
-  EXPECT_EQ(layoutOf(tree, {100, 50}), "board 100x50\ncapsule 0,0 24x14\ntext 6,2 12x10 baseline 10 12\n");
+  EXPECT_EQ(layoutOf(tree, {{100, 50}}), "board 100x50\ncapsule 0,0 24x14\ntext 6,2 12x10 baseline 10 12\n");
 }
 
 TEST(Layout, DividerCrossesItsStack) {
   const Node column = VStack({.spacing = 6}, {Text("a"), Divider().padding(EdgeInsets{1, 0, 1, 0}), Text("b")});
-  EXPECT_EQ(layoutOf(column, {100, 50}),
+  EXPECT_EQ(layoutOf(column, {{100, 50}}),
             "board 100x50\ntext 0,0 6x10 baseline 8 a\nrule 0,17 100x1\ntext 0,25 6x10 baseline 33 b\n");
   const Node row = HStack({.spacing = 2}, {Text("a").font(TextStyle::headline), Divider(), Text("b")});
-  EXPECT_EQ(layoutOf(row, {100, 50}),
+  EXPECT_EQ(layoutOf(row, {{100, 50}}),
             "board 100x50\ntext 0,0 10x16 baseline 12 a\nrule 12,0 1x16\ntext 15,3 6x10 baseline 11 b\n");
 }
 
 TEST(Layout, LinesOfTextWithoutNamedSpacingStandAsInAParagraph) {
   const Node tree = VStack({}, {Text("a"), Text("b"), Divider()});
-  EXPECT_EQ(layoutOf(tree, {50, 50}),
+  EXPECT_EQ(layoutOf(tree, {{50, 50}}),
             "board 50x50\ntext 0,0 6x10 baseline 8 a\ntext 0,10 6x10 baseline 18 b\nrule 0,28 50x1\n");
 }
 
 TEST(Layout, LongTextGivesWayToItsShortNeighbours) {
   const Node tree = HStack({.spacing = 6}, {Text("#12"), Text("a title that is far too long").lineLimit(1), Text("z")});
-  EXPECT_EQ(layoutOf(tree, {100, 50}), R"(board 100x50
+  EXPECT_EQ(layoutOf(tree, {{100, 50}}), R"(board 100x50
 text 0,0 18x10 baseline 8 #12
 text 24,0 60x10 baseline 8 a title that is far too long
 text 90,0 6x10 baseline 8 z
@@ -88,13 +89,13 @@ text 90,0 6x10 baseline 8 z
 
 TEST(Layout, UnlimitedTextTakesTheLinesItNeedsAndLimitedTextNoMore) {
   const std::string text(25, 'x');
-  EXPECT_EQ(layoutOf(Text(text), {60, 50}), "board 60x50\ntext 0,0 60x30 baseline 8 " + text + "\n");
-  EXPECT_EQ(layoutOf(Text(text).lineLimit(2), {60, 50}), "board 60x50\ntext 0,0 60x20 baseline 8 " + text + "\n");
+  EXPECT_EQ(layoutOf(Text(text), {{60, 50}}), "board 60x50\ntext 0,0 60x30 baseline 8 " + text + "\n");
+  EXPECT_EQ(layoutOf(Text(text).lineLimit(2), {{60, 50}}), "board 60x50\ntext 0,0 60x20 baseline 8 " + text + "\n");
 }
 
 TEST(Layout, BoardThatIsTooHighIsScaledDownEvenly) {
   const Node tree = VStack({.spacing = 0}, {Text("1"), Text("2"), Text("3"), Text("4"), Text("5")});
-  EXPECT_EQ(layoutOf(tree, {30, 37.5}), R"(board 40x50 fit 75%
+  EXPECT_EQ(layoutOf(tree, {{30, 37.5}}), R"(board 40x50 fit 75%
 text 0,0 6x10 baseline 8 1
 text 0,10 6x10 baseline 18 2
 text 0,20 6x10 baseline 28 3
@@ -107,7 +108,7 @@ TEST(Layout, WhatIsStillTooHighDropsRowsFromTheBottomWhole) {
   const auto row = [](const std::string& text) { return HStack({}, {Text(text)}); };
   const Node tree =
       VStack({.spacing = 0}, {row("1"), row("2"), Divider(), row("3"), row("4"), row("5"), row("6"), row("7")});
-  EXPECT_EQ(layoutOf(tree, {28, 21}), R"(board 40x30 fit 70%
+  EXPECT_EQ(layoutOf(tree, {{28, 21}}), R"(board 40x30 fit 70%
 text 0,0 6x10 baseline 8 1
 text 0,10 6x10 baseline 18 2
 )") << "a divider with nothing below it goes too";
@@ -115,7 +116,7 @@ text 0,10 6x10 baseline 18 2
 
 TEST(Layout, ParagraphThatIsTooHighEndsAtALine) {
   const Node tree = VStack({.spacing = 0}, {Text("head"), Text(std::string(200, 'x')), Text("below")});
-  EXPECT_EQ(layoutOf(tree, {42, 35}),
+  EXPECT_EQ(layoutOf(tree, {{42, 35}}),
             "board 60x50 fit 70%\ntext 0,0 24x10 baseline 8 head\n"
             "text 0,10 60x40 baseline 18 " +
                 std::string(200, 'x') + "\n");
@@ -124,15 +125,21 @@ TEST(Layout, ParagraphThatIsTooHighEndsAtALine) {
 TEST(Layout, TextThatIsNarrowerWhenScaledNeedsNoMoreThanItTakes) {
   // 24 characters: five lines in 30 points; at 85 % of the size 36 points hold them in four, and 40 / 0.85 is enough.
   const Node tree = Text(std::string(24, 'x'));
-  const auto text = layoutOf(tree, {30, 40});
+  const auto text = layoutOf(tree, {{30, 40}});
   EXPECT_TRUE(text.starts_with("board 36.") && text.contains("36x40")) << text;
+}
+
+TEST(Layout, MagnifiedFormShowsALargerBoardAndScalesDownFromThere) {
+  const Node tree = VStack({.spacing = 0}, {Text("1"), Text("2"), Text("3"), Text("4"), Text("5")});
+  EXPECT_TRUE(layoutOf(tree, {{200, 100}, 2}).starts_with("board 100x50 fit 200%")) << layoutOf(tree, {{200, 100}, 2});
+  EXPECT_TRUE(layoutOf(tree, {{200, 75}, 2}).starts_with("board 133.3x50 fit 150%")) << layoutOf(tree, {{200, 75}, 2});
 }
 
 TEST(Layout, LengthsThatMakeNoSenseArePulledIntoRange) {
   const Node negative = VStack({.spacing = -20}, {Text("a"), Text("b")}).padding(EdgeInsets{-5, -5, -5, -5});
-  EXPECT_EQ(layoutOf(negative, {50, 50}), "board 50x50\ntext 0,0 6x10 baseline 8 a\ntext 0,10 6x10 baseline 18 b\n");
+  EXPECT_EQ(layoutOf(negative, {{50, 50}}), "board 50x50\ntext 0,0 6x10 baseline 8 a\ntext 0,10 6x10 baseline 18 b\n");
   const Node wide = HStack({.spacing = 1e300}, {Text("a"), Text("b")});
-  EXPECT_EQ(layoutOf(wide, {50, 50}), "board 50x50\n") << "no room for either";
+  EXPECT_EQ(layoutOf(wide, {{50, 50}}), "board 50x50\n") << "no room for either";
 }
 
 TEST(Layout, EqualTreesGiveEqualBoards) {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/view_tree/node_json.hpp"
-#include "render/layout/family_size.hpp"
+#include "render/layout/family_form.hpp"
 #include "render/support/layout_text.hpp"
 
 namespace render {
@@ -17,11 +17,11 @@ TEST(LayoutOfRandomTrees, NothingOverlapsAndNothingLeavesTheBox) {
   std::size_t painted = 0;
   for (std::uint64_t seed = 1; seed <= 4000; ++seed) {
     const auto tree = randomTree(seed);
-    for (const Size box : {smallFamily, mediumFamily, Size{17, 9}}) {
-      const auto board = layOut(tree, box, measurer);
+    for (const BoardForm& form : {smallFamily, mediumFamily, largeFamily, BoardForm{{17, 9}}}) {
+      const auto board = layOut(tree, form, measurer);
       painted += board.items.size();
-      EXPECT_GE(board.fit, smallestFit);
-      EXPECT_LE(board.fit, 1);
+      EXPECT_GE(board.fit, smallestFit * form.magnification);
+      EXPECT_LE(board.fit, form.magnification);
       const auto faults = render::testing::layoutFaults(board);
       ASSERT_EQ(faults, "") << "seed " << seed << "\n" << platform::toJson(tree).dump(1);
     }

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "render/layout/family_size.hpp"
+#include "render/layout/family_form.hpp"
 #include "render/layout/geometry.hpp"
 
 namespace render {
@@ -32,14 +32,15 @@ TEST(Snapping, RuleIsEquallyThickWhereverItLies) {
   }
 }
 
-TEST(FamilySize, CellsAreSquareAndCountAsTheFamilySays) {
-  EXPECT_EQ(smallFamily.width, smallFamily.height);
-  EXPECT_EQ(mediumFamily, (Size{2 * smallFamily.width, smallFamily.height}));
-  EXPECT_EQ(largeFamily, (Size{2 * smallFamily.width, 2 * smallFamily.height}));
-  EXPECT_EQ(familySize("systemSmall"), smallFamily);
-  EXPECT_EQ(familySize("systemMedium"), mediumFamily);
-  EXPECT_EQ(familySize("systemLarge"), largeFamily);
-  EXPECT_EQ(familySize("systemExtraLarge"), std::nullopt);
+TEST(FamilyForm, CellsAreSquareAndCountAsTheFamilySays) {
+  const Size& small = smallFamily.size;
+  EXPECT_EQ(small.width, small.height);
+  EXPECT_EQ(mediumFamily.size, (Size{2 * small.width, small.height}));
+  EXPECT_EQ(largeFamily.size, (Size{2 * small.width, 2 * small.height}));
+  EXPECT_EQ(familyForm("systemSmall"), smallFamily);
+  EXPECT_EQ(familyForm("systemMedium"), mediumFamily);
+  EXPECT_EQ(familyForm("systemLarge"), largeFamily);
+  EXPECT_EQ(familyForm("systemExtraLarge"), std::nullopt);
 }
 
 }  // namespace

@@ -1,0 +1,77 @@
+#include "render/colour/palette.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace render {
+namespace {
+
+constexpr Colour opaque(std::uint32_t rgb) {
+  return {static_cast<std::uint8_t>(rgb >> 16U), static_cast<std::uint8_t>(rgb >> 8U & 0xFFU),
+          static_cast<std::uint8_t>(rgb & 0xFFU), 1};
+}
+
+constexpr Palette light{.background = opaque(0xFFFFFF),
+                        .primary = opaque(0x1B1C1F),
+                        .secondary = opaque(0x5C6069),
+                        .tertiary = opaque(0x82868F),
+                        .tint = opaque(0x1A62D6),
+                        .redRole = opaque(0xC9252D),
+                        .rule = {0x1B, 0x1C, 0x1F, 0.12},
+                        .edge = {0x1B, 0x1C, 0x1F, 0.10},
+                        .placeholder = 0.22};
+
+constexpr Palette dark{.background = opaque(0x1E1F23),
+                       .primary = opaque(0xF4F5F7),
+                       .secondary = opaque(0xADB1BA),
+                       .tertiary = opaque(0x828691),
+                       .tint = opaque(0x6AA8FF),
+                       .redRole = opaque(0xFF7A75),
+                       .rule = {0xF4, 0xF5, 0xF7, 0.15},
+                       .edge = {0xF4, 0xF5, 0xF7, 0.12},
+                       .placeholder = 0.26};
+
+/// The light that a channel of sRGB stands for, 0 to 1.
+double linear(std::uint8_t channel) {
+  const double value = channel / 255.0;
+  return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+double luminance(const Colour& colour) {
+  return 0.2126 * linear(colour.red) + 0.7152 * linear(colour.green) + 0.0722 * linear(colour.blue);
+}
+
+}  // namespace
+
+const Palette& palette(Appearance appearance) { return appearance == Appearance::dark ? dark : light; }
+
+Colour colourOf(platform::ForegroundStyle style, const Palette& palette) {
+  switch (style) {
+    case platform::ForegroundStyle::primary:
+      return palette.primary;
+    case platform::ForegroundStyle::secondary:
+      return palette.secondary;
+    case platform::ForegroundStyle::tertiary:
+      return palette.tertiary;
+    case platform::ForegroundStyle::tint:
+      return palette.tint;
+    case platform::ForegroundStyle::red:
+      return palette.redRole;
+  }
+  return palette.primary;
+}
+
+Colour blended(const Colour& top, const Colour& bottom) {
+  const auto mix = [&](std::uint8_t over, std::uint8_t under) {
+    return static_cast<std::uint8_t>(std::lround(over * top.opacity + under * (1 - top.opacity)));
+  };
+  return {mix(top.red, bottom.red), mix(top.green, bottom.green), mix(top.blue, bottom.blue), 1};
+}
+
+double contrast(const Colour& one, const Colour& other) {
+  const double first = luminance(one);
+  const double second = luminance(other);
+  return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
+}
+
+}  // namespace render

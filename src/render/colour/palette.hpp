@@ -1,0 +1,41 @@
+// The colours of each role in light and in dark, in sRGB, and the contrast between two of them.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/view_tree/node.hpp"
+
+namespace render {
+
+enum class Appearance { light, dark };
+
+struct Colour {
+  std::uint8_t red = 0;
+  std::uint8_t green = 0;
+  std::uint8_t blue = 0;
+  double opacity = 1;
+  bool operator==(const Colour&) const = default;
+};
+
+struct Palette {
+  Colour background;
+  Colour primary;
+  Colour secondary;
+  Colour tertiary;
+  Colour tint;
+  Colour redRole;
+  Colour rule;         ///< dividers
+  Colour edge;         ///< the hairline around the board
+  double placeholder;  ///< opacity of the bars that stand for redacted text, in the text's own colour
+};
+
+const Palette& palette(Appearance appearance);
+Colour colourOf(platform::ForegroundStyle style, const Palette& palette);
+
+/// `top` painted over the opaque `bottom`.
+Colour blended(const Colour& top, const Colour& bottom);
+
+/// The contrast ratio of two opaque colours as WCAG 2.1 defines it: 1 to 21.
+double contrast(const Colour& one, const Colour& other);
+
+}  // namespace render

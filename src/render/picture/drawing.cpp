@@ -1,0 +1,39 @@
+#include "render/picture/drawing.hpp"
+
+namespace render {
+namespace {
+
+constexpr double longestSide = 16384;  ///< pixels
+
+}  // namespace
+
+std::string_view describe(PictureError error) {
+  switch (error) {
+    case PictureError::noFont:
+      return "no font is installed";
+    case PictureError::scaleOutOfRange:
+      return "the scale is out of range";
+    case PictureError::notEncoded:
+      return "the picture could not be encoded";
+  }
+  return "";
+}
+
+std::expected<Drawing, PictureError> prepare(const platform::Node& tree, const PictureOptions& options) {
+  for (const double side : {options.form.size.width * options.scale, options.form.size.height * options.scale}) {
+    // Written so that no number is out of range too.
+    if (!(side >= 1 && side <= longestSide)) return std::unexpected(PictureError::scaleOutOfRange);
+  }
+  auto typesetter = Typesetter::create(options.language);
+  if (!typesetter) return std::unexpected(PictureError::noFont);
+  auto board = layOut(tree, options.form, *typesetter);
+  return Drawing{std::move(*typesetter), std::move(board)};
+}
+
+Rect placeholderBar(const ShapedLine& line, double typeSize) {
+  // From the baseline to the height of capitals, which leaves the air between lines that letters do.
+  constexpr double height = 0.73;
+  return {line.x, line.baseline - height * typeSize, line.width, height * typeSize};
+}
+
+}  // namespace render

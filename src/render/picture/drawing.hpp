@@ -1,0 +1,23 @@
+// A tree made ready for any painter: laid out in the box of the options, with the fonts that it was measured in.
+#pragma once
+
+#include <expected>
+
+#include "render/layout/layout.hpp"
+#include "render/picture/picture.hpp"
+#include "render/type/typesetter.hpp"
+
+namespace render {
+
+/// Refers to the tree.
+struct Drawing {
+  Typesetter typesetter;
+  Board board;
+};
+
+std::expected<Drawing, PictureError> prepare(const platform::Node& tree, const PictureOptions& options);
+
+/// The bar that stands for a redacted line of text of this type size, in the board's points.
+Rect placeholderBar(const ShapedLine& line, double typeSize);
+
+}  // namespace render

@@ -1,0 +1,68 @@
+#include "render/colour/palette.hpp"
+
+#include <gtest/gtest.h>
+
+namespace render {
+namespace {
+
+using platform::ForegroundStyle;
+
+constexpr Colour black{0, 0, 0};
+constexpr Colour white{255, 255, 255};
+
+TEST(Contrast, AgreesWithKnownPairs) {
+  EXPECT_NEAR(contrast(black, white), 21, 1e-9);
+  EXPECT_NEAR(contrast(white, white), 1, 1e-9);
+  EXPECT_NEAR(contrast({0x76, 0x76, 0x76}, white), 4.54, 0.005);
+  EXPECT_NEAR(contrast(white, {0xFF, 0, 0}), 4.0, 0.005);
+}
+
+TEST(Blending, GoesByOpacity) {
+  EXPECT_EQ(blended({0, 0, 0, 0.5}, white), (Colour{128, 128, 128}));
+  EXPECT_EQ(blended({10, 20, 30, 1}, white), (Colour{10, 20, 30}));
+  EXPECT_EQ(blended({10, 20, 30, 0}, white), white);
+}
+
+class PaletteContrast : public ::testing::TestWithParam<Appearance> {};
+
+TEST_P(PaletteContrast, EveryRoleIsReadableOnTheBackground) {
+  const auto& colours = palette(GetParam());
+  const struct {
+    ForegroundStyle style;
+    double least;
+  } roles[] = {{ForegroundStyle::primary, 7},
+               {ForegroundStyle::secondary, 4.5},
+               {ForegroundStyle::tertiary, 3},
+               {ForegroundStyle::tint, 4.5},
+               {ForegroundStyle::red, 4.5}};
+  for (const auto& [style, least] : roles) {
+    EXPECT_GE(contrast(colourOf(style, colours), colours.background), least) << "role " << static_cast<int>(style);
+  }
+}
+
+TEST_P(PaletteContrast, TextOnATintedBadgeIsReadable) {
+  const auto& colours = palette(GetParam());
+  Colour badge = colours.tint;
+  badge.opacity = 0.15;
+  EXPECT_GE(contrast(colours.primary, blended(badge, colours.background)), 4.5);
+}
+
+TEST_P(PaletteContrast, EachLevelIsFainterThanTheOneBefore) {
+  const auto& colours = palette(GetParam());
+  const auto strength = [&](const Colour& colour) { return contrast(colour, colours.background); };
+  EXPECT_GT(strength(colours.primary), strength(colours.secondary) + 1);
+  EXPECT_GT(strength(colours.secondary), strength(colours.tertiary) + 1);
+}
+
+TEST_P(PaletteContrast, RulesAreSeenButFainterThanAnyText) {
+  const auto& colours = palette(GetParam());
+  const double rule = contrast(blended(colours.rule, colours.background), colours.background);
+  EXPECT_GT(rule, 1.1);
+  EXPECT_LT(rule, 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(Palette, PaletteContrast, ::testing::Values(Appearance::light, Appearance::dark),
+                         [](const auto& given) { return given.param == Appearance::dark ? "Dark" : "Light"; });
+
+}  // namespace
+}  // namespace render
