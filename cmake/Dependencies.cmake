@@ -33,6 +33,7 @@ vamba_pkg_config_dependency(httplib cpp-httplib)
 add_library(absl_function_ref INTERFACE)
 target_link_libraries(absl_function_ref INTERFACE absl::function_ref)
 add_library(deps::absl_function_ref ALIAS absl_function_ref)
+
 # Text and pictures.
 vamba_pkg_config_dependency(pangocairo pangocairo)
 vamba_pkg_config_dependency(png libpng)
