@@ -71,25 +71,34 @@ TEST(Tls, ALaterLoadSharesOneHttp2Connection) {
   EXPECT_EQ(later.size(), 1U);
 }
 
-// The server ends a connection with its third request, so that there is none to share when a board's loads begin. A
-// session that has met the origin opens one and waits for it; a new one opens one for each load.
-TEST(Tls, WaitsForOneConnectionOnlyOnceTheOriginIsKnownToSpeakHttp2) {
+// The server ends a connection with its third request, so that there is none to share when the board's loads begin.
+TEST(Tls, WaitsForOneConnectionOnceTheOriginIsKnownToSpeakHttp2) {
   NginxServer server({.bodies = bodies, .directives = "    keepalive_requests 3;\n"});
-  const UrlSession known(trusting(server.authorityFile()));
-  for (int i = 0; i < 3; ++i) ASSERT_EQ(summary(known.data(requestFor(server.url("/a")))), "200 [1]");
-  loadAll(known, server);
-  const UrlSession fresh(trusting(server.authorityFile()));
-  loadAll(fresh, server);
+  const UrlSession session(trusting(server.authorityFile()));
+  for (int i = 0; i < 3; ++i) ASSERT_EQ(summary(session.data(requestFor(server.url("/a")))), "200 [1]");
+  loadAll(session, server);
   const auto requests = server.endAndReadLog();
-  ASSERT_EQ(requests.size(), 9U);
-  const auto connections = [&requests](std::size_t begin, std::size_t end) {
-    std::set<std::string> different;
-    for (std::size_t i = begin; i < end; ++i) different.insert(requests[i].connection);
-    return different.size();
-  };
-  EXPECT_EQ(connections(0, 3), 1U);
-  EXPECT_EQ(connections(3, 6), 1U);
-  EXPECT_EQ(connections(6, 9), 3U);
+  ASSERT_EQ(requests.size(), 6U);
+  EXPECT_EQ(requests[0].connection, requests[2].connection);
+  EXPECT_NE(requests[2].connection, requests[3].connection);
+  EXPECT_EQ(requests[3].connection, requests[4].connection);
+  EXPECT_EQ(requests[3].connection, requests[5].connection);
+}
+
+// No handshake ever ends here, so a load that waited for another's would never connect.
+TEST(Tls, WaitsForNoConnectionToAnOriginThatItHasNotMet) {
+  support::ScriptedHttpServer server;
+  server.onAccept({support::Stall{}});
+  const std::string url = "https://127.0.0.1:" + std::to_string(server.port()) + "/x";
+  const UrlSession session(patientConfiguration());
+  std::stop_source stop;
+  std::vector<std::future<Loaded>> loads;
+  for (int i = 0; i < 3; ++i) {
+    loads.push_back(std::async(std::launch::async, [&] { return session.data(requestFor(url), stop.get_token()); }));
+  }
+  EXPECT_TRUE(server.waitForConnections(3));
+  stop.request_stop();
+  for (auto& load : loads) EXPECT_EQ(errorOf(load.get()).kind, Kind::cancelled);
 }
 
 TEST(Tls, RefusesAServerThatCannotBeTrusted) {
