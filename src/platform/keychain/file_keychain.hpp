@@ -3,16 +3,12 @@
 // folders with mode 0700 and the files with 0600.
 #pragma once
 
-#include <cstddef>
 #include <filesystem>
 
 #include "platform/keychain/keychain.hpp"
 #include "platform/keychain/refusals.hpp"
 
 namespace platform {
-
-/// The largest item that is read, in bytes, from whichever store.
-inline constexpr std::size_t largestItem = 64 * 1024;
 
 /// Reads an item only where nobody else could have read or written it: the root and the two folders below it, and the
 /// file, belong to this user, are closed to all others and are no links. What is refused is reported once to

@@ -3,6 +3,7 @@
 // between them. Nothing here creates or changes an item, and nothing is cached: each call reads the store again.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <utility>
@@ -21,6 +22,9 @@ using KeychainQuery = std::vector<std::pair<KeychainKey, KeychainValue>>;
 
 /// The class of every item here, a value of `KeychainKey::itemClass`.
 inline constexpr const char* genericPasswordClass = "generic-password";
+
+/// The largest item that is read, in bytes, from whichever store.
+inline constexpr std::size_t largestItem = 64 * 1024;
 
 enum class KeychainStatus {
   success = 0,

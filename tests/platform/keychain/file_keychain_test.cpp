@@ -14,7 +14,7 @@
 #include <unistd.h>
 
 #include "platform/keychain/keychain_queries.hpp"
-#include "platform/keychain/scratch_folder.hpp"
+#include "support/temporary_folder.hpp"
 
 namespace platform::testing {
 namespace {
@@ -48,8 +48,8 @@ class FileKeychainTest : public ::testing::Test {
 
   KeychainResult read(const std::string& account = "token") { return keychain.copyMatching(readQuery(account)); }
 
-  ScratchFolder scratch;
-  fs::path root = scratch.path() / "keychain";
+  support::TemporaryFolder scratch;
+  fs::path root = scratch.path("keychain");
   fs::path group = root / "TEAM.org.example.app";
   fs::path service = group / "org.example.app";
   std::vector<std::string> said;
@@ -91,15 +91,15 @@ TEST_F(FileKeychainTest, FindsNothingAndSaysNothingWhereALevelIsMissing) {
 }
 
 TEST_F(FileKeychainTest, FollowsLinksAboveTheRoot) {
-  fs::create_directory_symlink(scratch.path(), scratch.path() / "link");
-  FileKeychain linked(scratch.path() / "link" / "keychain/", refusals);
+  fs::create_directory_symlink(".", scratch.path("link"));
+  FileKeychain linked(scratch.path("link/keychain/"), refusals);
   EXPECT_EQ(linked.copyMatching(readQuery("token")).data, secret);
 }
 
 TEST_F(FileKeychainTest, RefusesLinkAsRootHoweverItIsWritten) {
-  fs::create_directory_symlink(root, scratch.path() / "link");
+  fs::create_directory_symlink(root, scratch.path("link"));
   for (const char* written : {"link", "link/", "link//", "link/.", "link/./"}) {
-    FileKeychain linked(scratch.path().native() + "/" + written, refusals);
+    FileKeychain linked(scratch.path(written), refusals);
     EXPECT_EQ(linked.copyMatching(readQuery("token")).status, KeychainStatus::insecure) << written;
   }
 }

@@ -1,0 +1,150 @@
+#include "platform/keychain/secret_service_keychain.hpp"
+
+#include <cstdint>
+#include <string_view>
+#include <utility>
+
+#include "platform/keychain/item_identity.hpp"
+#include "platform/keychain/secret_service.hpp"
+#include "platform/keychain/service_activation.hpp"
+
+namespace platform {
+namespace {
+
+KeychainStatus statusOf(const BusFailure& failure) {
+  switch (failure.kind) {
+    case BusFailure::Kind::absent:
+      return KeychainStatus::unavailable;
+    case BusFailure::Kind::timedOut:
+      return KeychainStatus::timedOut;
+    case BusFailure::Kind::broken:
+      return KeychainStatus::failed;
+    case BusFailure::Kind::error:
+      break;
+  }
+  if (failure.errorName == "org.freedesktop.Secret.Error.IsLocked") return KeychainStatus::locked;
+  if (failure.errorName == "org.freedesktop.Secret.Error.NoSuchObject") return KeychainStatus::itemNotFound;
+  return KeychainStatus::failed;
+}
+
+// gnome-keyring answers a new client's call so, about once in a thousand, while other clients come and go: it has not
+// yet made the object that it is to answer for.
+bool isWorthAnotherTry(const BusFailure& failure) {
+  return failure.errorName == "org.freedesktop.DBus.Error.UnknownMethod";
+}
+
+BusResult<std::string> newestOf(SecretService& service, const std::vector<std::string>& items) {
+  if (items.size() == 1) return items.front();
+  std::string newest;
+  std::uint64_t newestTime = 0;
+  for (const auto& item : items) {
+    const auto time = service.modified(item);
+    if (!time) return std::unexpected(time.error());
+    if (newest.empty() || *time > newestTime) {
+      newest = item;
+      newestTime = *time;
+    }
+  }
+  return newest;
+}
+
+KeychainStatus statusWhereNoneIsUnlocked(const SecretService::Found& found) {
+  return found.locked.empty() ? KeychainStatus::itemNotFound : KeychainStatus::locked;
+}
+
+BusResult<KeychainResult> find(SecretService& service, const ItemIdentity& item, bool withData) {
+  const auto unlocked = service.anyCollectionUnlocked();
+  if (!unlocked) return std::unexpected(unlocked.error());
+  if (!*unlocked) return KeychainResult{KeychainStatus::locked, std::nullopt};
+  const auto found = service.searchItems(item);
+  if (!found) return std::unexpected(found.error());
+  if (found->unlocked.empty()) return KeychainResult{statusWhereNoneIsUnlocked(*found), std::nullopt};
+  if (!withData) return KeychainResult{KeychainStatus::success, std::nullopt};
+  const auto newest = newestOf(service, found->unlocked);
+  if (!newest) return std::unexpected(newest.error());
+  auto secret = service.secretOf(*newest);
+  if (!secret) return std::unexpected(secret.error());
+  return KeychainResult{KeychainStatus::success, *std::move(secret)};
+}
+
+BusResult<KeychainStatus> remove(SecretService& service, const ItemIdentity& item) {
+  const auto unlocked = service.anyCollectionUnlocked();
+  if (!unlocked) return std::unexpected(unlocked.error());
+  if (!*unlocked) return KeychainStatus::locked;
+  const auto found = service.searchItems(item);
+  if (!found) return std::unexpected(found.error());
+  auto status = statusWhereNoneIsUnlocked(*found);
+  if (status == KeychainStatus::itemNotFound && !found->unlocked.empty()) status = KeychainStatus::success;
+  for (const auto& path : found->unlocked) {
+    const auto deletion = service.deleteItem(path);
+    if (!deletion) return std::unexpected(deletion.error());
+    if (*deletion == SecretService::Deletion::dismissedPrompt) status = KeychainStatus::needsPrompt;
+  }
+  return status;
+}
+
+// Runs `work` on a connection of its own: once more when nobody served the name and the bus could start somebody who
+// does, and once more for a service that had not made its objects yet.
+template <class Work>
+auto converse(const SecretServiceKeychain::Settings& settings, ServiceActivation& activation, const Work& work)
+    -> decltype(work(std::declval<SecretService&>())) {
+  const Deadline deadline(settings.longestCall);
+  const auto address = settings.busAddress();
+  if (!address) return std::unexpected(BusFailure{BusFailure::Kind::absent, {}});
+  bool activated = false;
+  bool repeated = false;
+  while (true) {
+    auto bus = SessionBus::connect(*address, deadline);
+    if (!bus) return std::unexpected(bus.error());
+    SecretService service(*bus, deadline);
+    auto outcome = work(service);
+    if (outcome) return outcome;
+    if (outcome.error().kind == BusFailure::Kind::absent && !activated) {
+      const auto started = activation.startOnce(*bus, secretServiceName, deadline);
+      if (!started) return std::unexpected(started.error());
+      if (!*started) return outcome;
+      activated = true;
+    } else if (isWorthAnotherTry(outcome.error()) && !repeated) {
+      repeated = true;
+    } else {
+      return outcome;
+    }
+  }
+}
+
+}  // namespace
+
+SecretServiceKeychain::SecretServiceKeychain(Settings settings)
+    : settings_(std::move(settings)),
+      breaker_(settings_.pauseAfterTimeout, settings_.clock),
+      activation_(std::make_unique<ServiceActivation>()) {}
+
+SecretServiceKeychain::~SecretServiceKeychain() = default;
+
+KeychainResult SecretServiceKeychain::copyMatching(const KeychainQuery& query) {
+  const auto item = itemIdentity(query);
+  if (!item) return {KeychainStatus::badQuery, std::nullopt};
+  if (!item->canExist()) return {KeychainStatus::itemNotFound, std::nullopt};
+  if (breaker_.open()) return {KeychainStatus::timedOut, std::nullopt};
+  auto outcome = converse(settings_, *activation_,
+                          [&](SecretService& service) { return find(service, *item, asksForData(query)); });
+  if (outcome) return *std::move(outcome);
+  const auto status = statusOf(outcome.error());
+  if (status == KeychainStatus::timedOut) breaker_.trip();
+  return {status, std::nullopt};
+}
+
+KeychainStatus SecretServiceKeychain::deleteItems(const KeychainQuery& query) {
+  const auto item = itemIdentity(query);
+  if (!item) return KeychainStatus::badQuery;
+  if (!item->canExist()) return KeychainStatus::itemNotFound;
+  if (breaker_.open()) return KeychainStatus::timedOut;
+  const auto outcome =
+      converse(settings_, *activation_, [&](SecretService& service) { return remove(service, *item); });
+  if (outcome) return *outcome;
+  const auto status = statusOf(outcome.error());
+  if (status == KeychainStatus::timedOut) breaker_.trip();
+  return status;
+}
+
+}  // namespace platform

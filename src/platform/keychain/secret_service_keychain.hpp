@@ -1,0 +1,47 @@
+// Keychain items in the session's Secret Service (org.freedesktop.secrets), as gnome-keyring, KWallet and KeePassXC
+// offer it. An item bears the attributes `class`, `service`, `account` and `access-group`.
+//
+// Reads must never show a dialog and never hold a caller up. Hence one private connection for each call, one deadline
+// over all of its steps, no Unlock and no Prompt, and no search while every collection is locked: a search alone
+// makes some services ask for the password.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/keychain/circuit_breaker.hpp"
+#include "platform/keychain/keychain.hpp"
+#include "platform/keychain/keychain_environment.hpp"
+
+namespace platform {
+
+class ServiceActivation;
+
+class SecretServiceKeychain final : public Keychain {
+ public:
+  struct Settings {
+    /// The session bus's address, asked for at each use; nothing where the session has no bus.
+    std::function<std::optional<std::string>()> busAddress = sessionBusAddress;
+    /// The longest that one call takes, connecting and signing on included.
+    std::chrono::steady_clock::duration longestCall = std::chrono::seconds(2);
+    /// After a call that took too long, calls answer `timedOut` at once for this long.
+    std::chrono::steady_clock::duration pauseAfterTimeout = std::chrono::seconds(60);
+    MonotonicClock clock = std::chrono::steady_clock::now;
+  };
+
+  explicit SecretServiceKeychain(Settings settings);
+  ~SecretServiceKeychain() override;
+
+  KeychainResult copyMatching(const KeychainQuery& query) override;
+  KeychainStatus deleteItems(const KeychainQuery& query) override;
+
+ private:
+  Settings settings_;
+  CircuitBreaker breaker_;
+  std::unique_ptr<ServiceActivation> activation_;
+};
+
+}  // namespace platform

@@ -1,0 +1,29 @@
+// Asks the bus once to start a service that nobody has started yet. Keyrings that the log-in started without a desktop
+// that knows them appear on the bus only when asked for.
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+
+#include "platform/keychain/deadline.hpp"
+#include "platform/keychain/session_bus.hpp"
+
+namespace platform {
+
+/// Safe to use from many threads: one asks, the others wait for its answer.
+class ServiceActivation {
+ public:
+  /// Whether the service has been started, now or earlier, so that a call to it is worth another try. A service that
+  /// could not be started is not asked for again: it would be a new process at each reading.
+  BusResult<bool> startOnce(SessionBus& bus, const char* name, const Deadline& deadline);
+
+ private:
+  enum class State { untried, underWay, tried };
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  State state_ = State::untried;
+  bool started_ = false;
+};
+
+}  // namespace platform

@@ -1,0 +1,45 @@
+// The keychain of this machine's user: the Secret Service where the session has one, else private files. Chosen anew
+// at each use; making one touches nothing.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "platform/keychain/keychain.hpp"
+#include "platform/keychain/refusals.hpp"
+#include "platform/keychain/secret_service_keychain.hpp"
+
+namespace platform {
+
+class SystemKeychain final : public Keychain {
+ public:
+  struct Settings {
+    /// The variable that names a folder of files to be used alone, instead of everything else.
+    std::string folderVariable;
+    /// The folder of files below the user's data folder (`$XDG_DATA_HOME`), used where there is no Secret Service.
+    std::filesystem::path folderBelowDataHome;
+    /// Told what the file store refuses, see `Refusals`.
+    DiagnosticSink diagnostics;
+    SecretServiceKeychain::Settings secretService;
+  };
+
+  explicit SystemKeychain(Settings settings);
+
+  /// A Secret Service that is locked or does not answer is no reason to read files: what they hold may be old.
+  KeychainResult copyMatching(const KeychainQuery& query) override;
+
+  /// Reaches both stores, so that an item deleted from one does not come back from the other.
+  KeychainStatus deleteItems(const KeychainQuery& query) override;
+
+ private:
+  std::optional<std::filesystem::path> folderUsedAlone() const;
+  std::optional<std::filesystem::path> folderOfLastResort() const;
+
+  std::string folderVariable_;
+  std::filesystem::path folderBelowDataHome_;
+  Refusals refusals_;
+  SecretServiceKeychain secretService_;
+};
+
+}  // namespace platform

@@ -1,0 +1,91 @@
+#include "support/child_process.hpp"
+
+#include <array>
+#include <stdexcept>
+#include <utility>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace support {
+namespace {
+
+std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  for (const auto& text : texts) pointers.push_back(const_cast<char*>(text.c_str()));
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+std::array<int, 2> makePipe() {
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+  return ends;
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const Start& start) {
+  const auto arguments = pointersTo(start.command);
+  const auto environment = pointersTo(start.environment);
+  const auto input = makePipe();
+  const auto output = makePipe();
+  const auto failure = makePipe();
+  const pid_t parent = getpid();
+  process_ = fork();
+  if (process_ == 0) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent) _exit(127);
+    dup2(input[0], STDIN_FILENO);
+    dup2(output[1], STDOUT_FILENO);
+    if (!start.errorFile.empty()) {
+      const int errors = open(start.errorFile.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+      if (errors >= 0) dup2(errors, STDERR_FILENO);
+    }
+    execvpe(arguments[0], arguments.data(), environment.data());
+    [[maybe_unused]] const auto told = write(failure[1], "x", 1);
+    _exit(127);
+  }
+  close(input[0]);
+  close(output[1]);
+  close(failure[1]);
+  output_ = output[0];
+  [[maybe_unused]] const auto written = write(input[1], start.input.data(), start.input.size());
+  close(input[1]);
+  char failed = 0;
+  const bool started = process_ > 0 && read(failure[0], &failed, 1) == 0;
+  close(failure[0]);
+  if (started) return;
+  if (process_ > 0) waitpid(process_, nullptr, 0);
+  close(output_);
+  throw std::runtime_error("cannot start " + start.command.front() + "; is it installed?");
+}
+
+ChildProcess::ChildProcess(ChildProcess&& other) noexcept
+    : process_(std::exchange(other.process_, -1)), output_(std::exchange(other.output_, -1)) {}
+
+ChildProcess::~ChildProcess() {
+  if (process_ < 0) return;
+  kill(process_, SIGKILL);
+  waitpid(process_, nullptr, 0);
+  close(output_);
+}
+
+std::string ChildProcess::firstLine() {
+  std::string line;
+  char c = 0;
+  while (read(output_, &c, 1) == 1 && c != '\n') line += c;
+  return line;
+}
+
+void ChildProcess::freeze() {
+  kill(process_, SIGSTOP);
+  waitpid(process_, nullptr, WUNTRACED);
+}
+
+void ChildProcess::thaw() { kill(process_, SIGCONT); }
+
+}  // namespace support
