@@ -41,7 +41,10 @@ Board layOut(const platform::Node& root, const BoardForm& form, TextMeasurer& me
   } else if (growsDown(root)) {
     measured = measure(root, {.width = box.width, .height = box.height}, measurer);
   }
-  return {fit * form.magnification, {box.width / fit, box.height / fit}, root.containerBackground.has_value(), place(measured)};
+  return {fit * form.magnification,
+          {box.width / fit, box.height / fit},
+          root.containerBackground.has_value(),
+          place(measured)};
 }
 
 }  // namespace render

@@ -48,8 +48,8 @@ struct Board {
 /// Boards that are too high for the box are scaled down evenly to this part of their natural size and no further.
 inline constexpr double smallestFit = 0.7;
 
-/// Lays `root` out from the top left of the form's box. A board that is too high is scaled down evenly; where that is not
-/// enough either, rows are dropped from the bottom, and a paragraph is cut at a line with an ellipsis.
+/// Lays `root` out from the top left of the form's box. A board that is too high is scaled down evenly; where that is
+/// not enough either, rows are dropped from the bottom, and a paragraph is cut at a line with an ellipsis.
 Board layOut(const platform::Node& root, const BoardForm& form, TextMeasurer& measurer);
 
 }  // namespace render

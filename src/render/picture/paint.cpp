@@ -1,15 +1,12 @@
 #include "render/picture/paint.hpp"
 
-#include <hb-ot.h>
-
+#include "render/picture/frame_style.hpp"
+#include "render/picture/letters.hpp"
 #include "render/picture/shape.hpp"
 #include "render/type/type_style.hpp"
 
 namespace render {
 namespace {
-
-constexpr double boardRadius = 20;  ///< points
-constexpr double edgeWidth = 0.5;   ///< points
 
 class Painter {
  public:
@@ -59,7 +56,7 @@ class Painter {
 
   /// A hairline just within the board, which sets it off from a desktop of its own colour.
   void edge(const Rect& box) {
-    const double width = std::max(1.0, std::floor(edgeWidth * style_.pixels));
+    const double width = edgeWidth(style_.pixels);
     const double half = width / 2;
     roundedPath({box.x + half, box.y + half, box.width - width, box.height - width},
                 boardRadius * style_.pixels - half);
@@ -108,16 +105,6 @@ class Painter {
       fill(colour);
     }
     cairo_restore(cairo_);
-  }
-
-  /// Such glyphs have no outline: emoji, mostly.
-  static bool hasColourGlyphs(PangoLayoutLine* line) {
-    for (GSList* run = line->runs; run != nullptr; run = run->next) {
-      auto* font = static_cast<PangoGlyphItem*>(run->data)->item->analysis.font;
-      auto* face = hb_font_get_face(pango_font_get_hb_font(font));
-      if (hb_ot_color_has_png(face) != 0 || hb_ot_color_has_layers(face) != 0) return true;
-    }
-    return false;
   }
 
   cairo_t* cairo_;

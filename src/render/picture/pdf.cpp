@@ -1,0 +1,44 @@
+#include <cairo-pdf.h>
+
+#include "render/picture/paint.hpp"
+#include "render/picture/picture.hpp"
+#include "render/picture/surface.hpp"
+#include "render/type/visible_text.hpp"
+
+namespace render {
+namespace {
+
+cairo_status_t append(void* file, const unsigned char* bytes, unsigned count) {
+  static_cast<std::string*>(file)->append(reinterpret_cast<const char*>(bytes), count);
+  return CAIRO_STATUS_SUCCESS;
+}
+
+}  // namespace
+
+Picture drawPdf(const platform::Node& tree, const PictureOptions& options) {
+  auto drawing = prepare(tree, options);
+  if (!drawing) return std::unexpected(drawing.error());
+  std::string file;
+  const OwnedSurface surface(cairo_pdf_surface_create_for_stream(append, &file, options.form.size.width * options.scale,
+                                                                 options.form.size.height * options.scale));
+  // Else the library puts the time of day in, and equal boards give unequal files. No date is one it leaves out.
+  cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, "");
+  if (const auto title = visibleText(options.title, 1); !title.empty()) {
+    cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_TITLE, title.c_str());
+  }
+  const OwnedCairo cairo(cairo_create(surface.get()));
+  // Paper has no pixels: places are rounded to where the eye sees no rounding.
+  constexpr double fineness = 16;
+  cairo_scale(cairo.get(), 1 / fineness, 1 / fineness);
+  paint(cairo.get(), *drawing,
+        {options.form.size, options.scale * fineness, options.appearance, options.redaction, LetterPaint::glyphs});
+  cairo_show_page(cairo.get());
+  cairo_surface_finish(surface.get());
+  if (cairo_status(cairo.get()) != CAIRO_STATUS_SUCCESS ||
+      cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
+    return std::unexpected(PictureError::notEncoded);
+  }
+  return file;
+}
+
+}  // namespace render
