@@ -8,9 +8,13 @@ bool isFinite(absl::Time instant) { return instant != absl::InfiniteFuture() && 
 }  // namespace
 
 absl::Time Calendar::startOfDay(absl::CivilDay day) const {
-  const auto midnight = zone_.At(absl::CivilSecond(day));
-  // `pre` is the only reading of a midnight that comes once, and the first of one that comes twice.
-  return midnight.kind == absl::TimeZone::TimeInfo::SKIPPED ? midnight.trans : midnight.pre;
+  const absl::CivilSecond midnight(day);
+  const auto readings = zone_.At(midnight);
+  if (readings.kind == absl::TimeZone::TimeInfo::SKIPPED) return readings.trans;
+  // `pre` is the only reading of a midnight that comes once, and the first of one that comes twice. A zone that the C
+  // library reads (`TZ=EST5`) calls every midnight without summer time one that comes twice, the first of them an hour
+  // too early: a reading counts only if the clock shows it.
+  return zone_.At(readings.pre).cs == midnight ? readings.pre : readings.post;
 }
 
 std::optional<absl::Time> Calendar::startOfDayAfter(absl::Time instant, int days) const {

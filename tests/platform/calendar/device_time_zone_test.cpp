@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/calendar/calendar.hpp"
 #include "support/environment.hpp"
 
 namespace platform {
@@ -44,6 +45,31 @@ INSTANTIATE_TEST_SUITE_P(Values, DeviceTimeZone,
                                          "NZST-12NZDT,M9.5.0,M4.1.0/3", "No/Such/Zone", "localtime",
                                          "Fixed/UTC+05:00:00", "libc:localtime", "/usr/share/zoneinfo/Asia/Beirut",
                                          ":/usr/share/zoneinfo/Asia/Beirut", "../zoneinfo/Europe/Warsaw"));
+
+struct RuleOfAZone {
+  const char* rule;
+  const char* name;
+};
+
+class StartOfDayByRule : public testing::TestWithParam<RuleOfAZone> {};
+
+TEST_P(StartOfDayByRule, IsThatOfTheZoneWithThisRule) {
+  support::ScopedEnvironment environment;
+  environment.set("TZ", GetParam().rule);
+  const Calendar byRule(deviceTimeZone());
+  absl::TimeZone named;
+  ASSERT_TRUE(absl::LoadTimeZone(GetParam().name, &named));
+  for (absl::CivilDay day(2025, 1, 1); day < absl::CivilDay(2026, 1, 1); ++day) {
+    EXPECT_EQ(byRule.startOfDay(day), Calendar(named).startOfDay(day)) << GetParam().rule << " on " << day;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Rules, StartOfDayByRule,
+                         testing::Values(RuleOfAZone{"CET-1CEST,M3.5.0,M10.5.0/3", "Europe/Warsaw"},
+                                         RuleOfAZone{"EST5", "Etc/GMT+5"}, RuleOfAZone{"<+0530>-5:30", "Asia/Kolkata"},
+                                         RuleOfAZone{"NZST-12NZDT,M9.5.0,M4.1.0/3", "Pacific/Auckland"},
+                                         RuleOfAZone{"<-04>4<-03>,M9.1.6/24,M4.1.6/24", "America/Santiago"},
+                                         RuleOfAZone{"EET-2EEST,M3.5.0/0,M10.5.0/0", "Asia/Beirut"}));
 
 TEST(DeviceTimeZone, FollowsAChangeInARunningProcess) {
   support::ScopedEnvironment environment;
