@@ -53,7 +53,11 @@ class Skrot {
   void operator()(const T& wartosc) {
     dolacz(std::hash<T>{}(wartosc));
   }
-  void operator()(const absl::Time& chwila) { dolacz(absl::Hash<absl::Time>{}(chwila)); }
+  void operator()(const absl::Time& chwila) {
+    absl::Duration reszta;
+    (*this)(absl::IDivDuration(chwila - absl::UnixEpoch(), absl::Seconds(1), &reszta));
+    (*this)(reszta / (absl::Nanoseconds(1) / 4));
+  }
 
   std::size_t wartosc() const { return wartosc_; }
 
