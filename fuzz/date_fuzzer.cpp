@@ -1,0 +1,44 @@
+// Any text in a date's place: what is read can be written again and reads as the same instant, a reader of RFC 3339
+// agrees where there is a time of day, and Warsaw's calendar shows the date where there is none.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "model/data_serwera.hpp"
+#include "platform/calendar/calendar.hpp"
+#include "platform/calendar/instant.hpp"
+
+namespace {
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const absl::TimeZone warsaw = widzety::strefaDatySerwera();
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const auto instant = widzety::wczytajDate(text, warsaw);
+  if (!instant) {
+    require(instant.error().description == "Nie rozpoznaję daty: " + std::string(text));
+    require(instant.error().kind == platform::DecodingError::Kind::dataCorrupted);
+    return 0;
+  }
+
+  const std::string written = platform::formatInstant(*instant);
+  require(platform::parseInstant(written) == *instant);
+  // An offset may lead out of the years that have four digits.
+  if (written.size() > 4 && written[4] == '-' && written[0] != '-') require(widzety::wczytajDate(written) == *instant);
+  constexpr std::size_t dateLength = 10;
+  if (size > dateLength) {
+    require(platform::parseInstant(text) == *instant);
+  } else {
+    const platform::Calendar calendar(warsaw);
+    require(absl::FormatTime("%E4Y-%m-%d", *instant, warsaw) == text);
+    require(calendar.startOfDay(*instant) == *instant);
+  }
+  return 0;
+}

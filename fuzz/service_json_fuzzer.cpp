@@ -1,0 +1,78 @@
+// Any body that a service may answer: the decoder takes it for JSON exactly when the grammar, written down a second
+// time and simply, does, and so does a library where it has an opinion. Records that come out hold what the library
+// reads.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "model/dekodowanie.hpp"
+#include "platform/json_decoding/library_opinion.hpp"
+#include "platform/json_decoding/slow_json_grammar.hpp"
+#include "platform/json_decoding/test_types.hpp"
+
+namespace {
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+/// The text under a key that must be there.
+const std::string& text(const nlohmann::json& json, const char* key) {
+  return json.at(key).get_ref<const std::string&>();
+}
+
+void compare(const widzety::ZadanieMoje& zadanie, const nlohmann::json& json) {
+  require(zadanie.tytul == text(json, "tytul"));
+  require(zadanie.status == text(json, "status"));
+  require(zadanie.projektNazwa == text(json, "projekt_nazwa"));
+  if (json.at("numer").is_number_integer()) require(zadanie.numer == json.at("numer"));
+  require(zadanie.termin.has_value() == (json.contains("termin") && !json.at("termin").is_null()));
+}
+
+void compare(const widzety::SpotkaniePlanowane& spotkanie, const nlohmann::json& json) {
+  require(spotkanie.tytul == text(json, "tytul"));
+  if (json.at("czas_trwania_min").is_number_integer()) require(spotkanie.czasTrwaniaMin == json.at("czas_trwania_min"));
+  const bool hasProject = json.contains("projekt_nazwa") && !json.at("projekt_nazwa").is_null();
+  require(spotkanie.projektNazwa.has_value() == hasProject);
+  if (hasProject) require(*spotkanie.projektNazwa == text(json, "projekt_nazwa"));
+}
+
+void compare(const widzety::PozycjaSkrzynki& pozycja, const nlohmann::json& json) {
+  require(pozycja.tytul == text(json, "tytul"));
+}
+
+template <typename Record>
+void compareAll(const std::vector<Record>& records, const nlohmann::json& json) {
+  require(json.is_array() && json.size() == records.size());
+  for (std::size_t i = 0; i < records.size(); ++i) compare(records[i], json[i]);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const platform::JsonDecoder decoder = widzety::zrobDekoder();
+  const std::string_view body(reinterpret_cast<const char*>(data), size);
+
+  const bool isJson = decoder.decode<platform::Anything>(body).has_value();
+  require(isJson == platform::isJsonBySlowGrammar(body, 512));
+
+  nlohmann::json json;
+  const platform::Opinion opinion = platform::opinionOfALibrary(body, json);
+  if (opinion == platform::Opinion::isNotJson) require(!isJson);
+
+  std::string roomy(body);
+  roomy.reserve(size + platform::JsonBody::padding);
+  const auto zadania = widzety::dekodujZadania(decoder, body);
+  const auto spotkania = widzety::dekodujSpotkania(decoder, roomy);
+  const auto skrzynka = widzety::dekodujSkrzynke(decoder, roomy);
+  require(isJson || (!zadania && !spotkania && !skrzynka));
+  require(zadania == widzety::dekodujZadania(decoder, roomy));
+  if (opinion != platform::Opinion::isJson) return 0;
+
+  if (zadania) compareAll(*zadania, json);
+  if (spotkania) compareAll(*spotkania, json);
+  if (skrzynka) compareAll(skrzynka->zadania, json.at("zadania"));
+  return 0;
+}
