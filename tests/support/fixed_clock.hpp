@@ -1,10 +1,10 @@
 // A clock that a test holds: the time and zone are what it was told.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "platform/calendar/clock.hpp"
 
@@ -16,11 +16,12 @@ inline absl::TimeZone zone(const std::string& name) {
   return result;
 }
 
-/// "2025-03-14 09:30" in a zone, seconds allowed.
+/// "2025-03-14 09:30" in a zone.
 inline absl::Time at(const std::string& civil, absl::TimeZone zone) {
-  absl::CivilSecond second;
-  EXPECT_TRUE(absl::ParseCivilTime(civil, &second) || absl::ParseLenientCivilTime(civil, &second)) << civil;
-  return absl::FromCivil(second, zone);
+  absl::Time result;
+  std::string error;
+  EXPECT_TRUE(absl::ParseTime("%Y-%m-%d %H:%M", civil, zone, &result, &error)) << civil << ": " << error;
+  return result;
 }
 
 class FixedClock final : public platform::Clock {

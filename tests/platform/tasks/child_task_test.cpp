@@ -1,10 +1,10 @@
 #include "platform/tasks/child_task.hpp"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <latch>
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace platform {
 namespace {
@@ -40,7 +40,9 @@ struct UntilStopped {
 
 TEST(ChildTask, IsCancelledAndWaitedForWhenItsScopeEnds) {
   std::atomic<bool> stopped = false;
-  { const ChildTask<bool> child({}, UntilStopped{&stopped}); }
+  {
+    const ChildTask<bool> child({}, UntilStopped{&stopped});
+  }
   EXPECT_TRUE(stopped);
 }
 

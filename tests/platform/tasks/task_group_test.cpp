@@ -1,9 +1,9 @@
 #include "platform/tasks/task_group.hpp"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <latch>
+
+#include <gtest/gtest.h>
 
 namespace platform {
 namespace {

@@ -1,0 +1,48 @@
+// When to ask the extension again. A function of what happened and of the times handed in; waiting is wake_ups.hpp's.
+#pragma once
+
+#include <optional>
+
+#include <absl/time/time.h>
+
+#include "host/schedule/growing_pause.hpp"
+
+namespace host {
+
+/// What to wait for: an instant of the real-time clock, or a pause that passes whatever the clocks are set to.
+struct Wait {
+  std::optional<absl::Time> until;
+  std::optional<absl::Duration> pause;
+  bool operator==(const Wait&) const = default;
+};
+
+/// The contract: ask at or after the reload date. Dates that have passed, and failures of the extension, are followed
+/// with pauses that grow.
+class ReloadSchedule {
+ public:
+  ReloadSchedule() = default;
+  explicit ReloadSchedule(std::uint64_t seed)
+      : afterFailures_(firstPause, longestPause, seed), afterPastDates_(firstPause, longestPause, seed) {}
+
+  /// A timeline came at `now`, to be asked for again at `reload`.
+  Wait loaded(absl::Time now, absl::Time reload);
+
+  /// The extension died, hung or talked nonsense.
+  Wait failed();
+
+  /// What is left to wait for at `now`, after the machine's clock was set or the machine woke. Where the clock was set
+  /// back, a date that is now further away than it ever was is not waited for: the pause that the extension asked for
+  /// must not grow by the error of a clock.
+  Wait clockChanged(absl::Time now);
+
+ private:
+  static constexpr absl::Duration firstPause = absl::Seconds(1);
+  static constexpr absl::Duration longestPause = absl::Minutes(5);
+
+  GrowingPause afterFailures_{firstPause, longestPause};
+  GrowingPause afterPastDates_{firstPause, longestPause};
+  Wait wait_{.pause = absl::ZeroDuration()};
+  absl::Duration asked_;  ///< how far away the date was when it was given
+};
+
+}  // namespace host

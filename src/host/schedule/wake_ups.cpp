@@ -1,0 +1,102 @@
+#include "host/schedule/wake_ups.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <limits>
+#include <utility>
+#include <vector>
+
+#include <poll.h>
+#include <sys/signalfd.h>
+#include <sys/timerfd.h>
+#include <unistd.h>
+
+namespace host {
+namespace {
+
+/// A timer of all zeros would be off: one that is due at once is due after a nanosecond.
+itimerspec once(timespec value) {
+  itimerspec timer{};
+  timer.it_value = value;
+  if (value.tv_sec <= 0 && value.tv_nsec <= 0) timer.it_value = {.tv_sec = 0, .tv_nsec = 1};
+  return timer;
+}
+
+/// The kernel refuses seconds that overflow its nanoseconds: 2^63 ns is some 292 years.
+timespec within292Years(timespec value) {
+  constexpr auto most = static_cast<time_t>(std::numeric_limits<std::int64_t>::max() / 1'000'000'000);
+  value.tv_sec = std::min(value.tv_sec, most - 1);
+  return value;
+}
+
+}  // namespace
+
+Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
+  std::swap(descriptor_, other.descriptor_);
+  return *this;
+}
+
+Descriptor::~Descriptor() {
+  if (descriptor_ >= 0) close(descriptor_);
+}
+
+RealTimeTimer::RealTimeTimer() : descriptor_(timerfd_create(CLOCK_REALTIME, TFD_CLOEXEC | TFD_NONBLOCK)) {}
+
+void RealTimeTimer::set(absl::Time instant) {
+  const itimerspec timer = once(within292Years(absl::ToTimespec(instant)));
+  timerfd_settime(descriptor_.get(), TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &timer, nullptr);
+}
+
+void RealTimeTimer::clear() {
+  const itimerspec off{};
+  timerfd_settime(descriptor_.get(), 0, &off, nullptr);
+}
+
+RealTimeTimer::Event RealTimeTimer::take() {
+  std::uint64_t count = 0;
+  if (read(descriptor_.get(), &count, sizeof count) == sizeof count) return Event::due;
+  return errno == ECANCELED ? Event::clockSet : Event::none;
+}
+
+PauseTimer::PauseTimer() : descriptor_(timerfd_create(CLOCK_BOOTTIME, TFD_CLOEXEC | TFD_NONBLOCK)) {}
+
+void PauseTimer::set(absl::Duration pause) {
+  const itimerspec timer = once(within292Years(absl::ToTimespec(pause)));
+  timerfd_settime(descriptor_.get(), 0, &timer, nullptr);
+}
+
+void PauseTimer::clear() {
+  const itimerspec off{};
+  timerfd_settime(descriptor_.get(), 0, &off, nullptr);
+}
+
+bool PauseTimer::take() {
+  std::uint64_t count = 0;
+  return read(descriptor_.get(), &count, sizeof count) == sizeof count;
+}
+
+SignalDescriptor::SignalDescriptor(std::initializer_list<int> signals) {
+  sigset_t set;
+  sigemptyset(&set);
+  for (const int signal : signals) sigaddset(&set, signal);
+  pthread_sigmask(SIG_BLOCK, &set, &before_);
+  descriptor_ = Descriptor(signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
+}
+
+SignalDescriptor::~SignalDescriptor() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+int SignalDescriptor::take() {
+  signalfd_siginfo info{};
+  if (read(descriptor_.get(), &info, sizeof info) != sizeof info) return 0;
+  return static_cast<int>(info.ssi_signo);
+}
+
+void waitForAny(std::initializer_list<int> descriptors) {
+  std::vector<pollfd> polled;
+  for (const int descriptor : descriptors) polled.push_back({.fd = descriptor, .events = POLLIN, .revents = 0});
+  while (poll(polled.data(), polled.size(), -1) < 0 && errno == EINTR) {
+  }
+}
+
+}  // namespace host

@@ -1,0 +1,128 @@
+#include "platform/widget_kit/request_server.hpp"
+
+#include <algorithm>
+
+#include "platform/calendar/instant.hpp"
+#include "platform/view_tree/node_json.hpp"
+
+namespace platform {
+
+using json_rpc::ErrorCode;
+using nlohmann::json;
+
+namespace {
+
+std::unexpected<json_rpc::Error> badParams(std::string message) {
+  return std::unexpected(json_rpc::makeError(ErrorCode::invalidParams, std::move(message)));
+}
+
+/// A parameter's text; empty where it is absent or no text.
+std::string textOf(const json& params, const char* name) {
+  const auto it = params.find(name);
+  return it != params.end() && it->is_string() ? it->get<std::string>() : std::string{};
+}
+
+json declarationOf(const WidgetConfiguration& configuration) {
+  json families = json::array();
+  for (const auto family : configuration.supportedFamilies()) families.push_back(nameOf(family));
+  return {{"kind", configuration.kind()},
+          {"displayName", configuration.displayName()},
+          {"description", configuration.description()},
+          {"families", std::move(families)}};
+}
+
+}  // namespace
+
+/// The widget and the size that a request speaks of.
+struct RequestServer::Target {
+  SomeWidgetConfiguration configuration;
+  WidgetFamily family;
+};
+
+bool RequestServer::serve(std::string_view line) {
+  auto request = json_rpc::parseRequest(line);
+  if (!request) {
+    answer(request.error());
+  } else if (!request->isNotification) {  // nobody waits for a notification's answer, so nothing is done for it
+    dispatch(std::move(*request));
+  }
+  return open_;
+}
+
+bool RequestServer::refuseLongLine() {
+  answer({nullptr, std::unexpected(json_rpc::makeError(ErrorCode::invalidRequest, "the line is longer than 64 MiB"))});
+  return open_;
+}
+
+void RequestServer::answer(const json_rpc::Response& response) {
+  if (open_ && !writer_.write(json_rpc::toLine(response))) open_ = false;
+}
+
+void RequestServer::dispatch(json_rpc::Request request) {
+  const Reply reply{this, std::move(request.id)};
+  const std::string& method = request.method;
+  const json& params = request.params;
+  if (method == "widgets") return reply(widgets());
+  if (method != "placeholder" && method != "snapshot" && method != "timeline" && method != "render") {
+    return reply(std::unexpected(json_rpc::makeError(ErrorCode::methodNotFound, "no method " + method)));
+  }
+
+  const auto wanted = target(params);
+  if (!wanted) return reply(std::unexpected(wanted.error()));
+  if (method == "placeholder") return reply(placeholder(*wanted));
+  if (method == "snapshot") return snapshot(*wanted, params, reply);
+  if (method == "timeline") return timeline(*wanted, reply);
+  return reply(render(*wanted, params));
+}
+
+RequestServer::Result RequestServer::widgets() const {
+  json declarations = json::array();
+  for (const auto& widget : bundle_.body()) declarations.push_back(declarationOf(*widget->body()));
+  return declarations;
+}
+
+std::expected<RequestServer::Target, json_rpc::Error> RequestServer::target(const json& params) const {
+  if (!params.is_object()) return badParams("params: not an object");
+  const std::string kind = textOf(params, "kind");
+  for (const auto& widget : bundle_.body()) {
+    auto configuration = widget->body();
+    if (configuration->kind() != kind) continue;
+    const auto family = widgetFamilyNamed(textOf(params, "family"));
+    const auto offered = configuration->supportedFamilies();
+    if (!family || std::ranges::find(offered, *family) == offered.end()) {
+      return badParams("family: not one of the widget's families");
+    }
+    return Target{std::move(configuration), *family};
+  }
+  return badParams("kind: not one of the extension's widgets");
+}
+
+RequestServer::Result RequestServer::placeholder(const Target& target) {
+  return json{{"entry", target.configuration->placeholder({.family = target.family})}};
+}
+
+void RequestServer::snapshot(const Target& target, const json& params, Reply reply) {
+  const auto isPreview = params.find("isPreview");
+  if (isPreview == params.end() || !isPreview->is_boolean()) return reply(badParams("isPreview: not true or false"));
+  target.configuration->getSnapshot(
+      {.family = target.family, .isPreview = isPreview->get<bool>()},
+      Completion<EntryJson>([reply = std::move(reply)](EntryJson entry) { reply(json{{"entry", std::move(entry)}}); }));
+}
+
+void RequestServer::timeline(const Target& target, Reply reply) {
+  target.configuration->getTimeline(
+      {.family = target.family}, Completion<TimelineJson>([reply = std::move(reply)](TimelineJson timeline) {
+        reply(json{{"entries", std::move(timeline.entries)},
+                   {"policy", {{"type", "after"}, {"date", formatInstant(timeline.policy.date)}}}});
+      }));
+}
+
+RequestServer::Result RequestServer::render(const Target& target, const json& params) {
+  const auto entry = params.find("entry");
+  if (entry == params.end()) return badParams("entry: missing");
+  const auto view = target.configuration->content(*entry, target.family);
+  if (!view) return badParams(view.error());
+  return json{{"view", toJson(*view)}};
+}
+
+}  // namespace platform

@@ -1,0 +1,54 @@
+// The extension's side of the protocol (docs/protocol.md): a request in, an answer out, whenever it is ready.
+#pragma once
+
+#include <atomic>
+#include <expected>
+#include <memory>
+#include <string_view>
+
+#include "platform/json_rpc/line_writer.hpp"
+#include "platform/json_rpc/message.hpp"
+#include "platform/widget_kit/widget_bundle.hpp"
+
+namespace platform {
+
+/// Requests are handed in one after another; answers of asynchronous ones come from their tasks' threads.
+class RequestServer {
+ public:
+  RequestServer(const WidgetBundle& bundle, json_rpc::LineWriter& writer) : bundle_(bundle), writer_(writer) {}
+
+  /// Answers one line, or starts what will. False once the host no longer takes answers.
+  bool serve(std::string_view line);
+  bool refuseLongLine();
+
+  /// From here on nothing is answered any more.
+  void close() { open_ = false; }
+
+ private:
+  using Result = std::expected<nlohmann::json, json_rpc::Error>;
+
+  /// Where an answer goes that is not there yet.
+  struct Reply {
+    RequestServer* server;
+    nlohmann::json id;
+    void operator()(Result result) const { server->answer({id, std::move(result)}); }
+  };
+
+  struct Target;
+
+  void dispatch(json_rpc::Request request);
+  void answer(const json_rpc::Response& response);
+
+  Result widgets() const;
+  std::expected<Target, json_rpc::Error> target(const nlohmann::json& params) const;
+  static Result placeholder(const Target& target);
+  static void snapshot(const Target& target, const nlohmann::json& params, Reply reply);
+  static void timeline(const Target& target, Reply reply);
+  static Result render(const Target& target, const nlohmann::json& params);
+
+  const WidgetBundle& bundle_;
+  json_rpc::LineWriter& writer_;
+  std::atomic<bool> open_ = true;
+};
+
+}  // namespace platform

@@ -1,0 +1,58 @@
+// A widget's declaration as the host sees it: its identity, its words, its sizes and the answers of its provider, with
+// entries in their JSON form. static_configuration.hpp makes one; modifiers wrap it.
+#pragma once
+
+#include <expected>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "platform/view_tree/node.hpp"
+#include "platform/widget_kit/timeline_provider.hpp"
+
+namespace platform {
+
+using EntryJson = nlohmann::json;
+
+struct TimelineJson {
+  std::vector<EntryJson> entries;
+  TimelineReloadPolicy policy;
+};
+
+class WidgetConfiguration {
+ public:
+  virtual ~WidgetConfiguration() = default;
+
+  virtual std::string kind() const = 0;
+  virtual std::string displayName() const = 0;
+  virtual std::string description() const = 0;
+  /// In the order in which the gallery offers them.
+  virtual std::vector<WidgetFamily> supportedFamilies() const = 0;
+
+  virtual EntryJson placeholder(const TimelineProviderContext& context) const = 0;
+  virtual void getSnapshot(const TimelineProviderContext& context, Completion<EntryJson> completion) const = 0;
+  virtual void getTimeline(const TimelineProviderContext& context, Completion<TimelineJson> completion) const = 0;
+
+  /// The view of an entry in a size; the error names the entry's field that does not decode.
+  virtual std::expected<Node, std::string> content(const nlohmann::json& entry, WidgetFamily family) const = 0;
+};
+
+/// A configuration under construction: each modifier wraps the result of the step before it.
+class SomeWidgetConfiguration {
+ public:
+  explicit SomeWidgetConfiguration(std::unique_ptr<const WidgetConfiguration> inner) : inner_(std::move(inner)) {}
+
+  SomeWidgetConfiguration configurationDisplayName(std::string name) &&;
+  SomeWidgetConfiguration description(std::string text) &&;
+  SomeWidgetConfiguration supportedFamilies(std::vector<WidgetFamily> families) &&;
+
+  const WidgetConfiguration& operator*() const { return *inner_; }
+  const WidgetConfiguration* operator->() const { return inner_.get(); }
+
+ private:
+  std::unique_ptr<const WidgetConfiguration> inner_;
+};
+
+}  // namespace platform

@@ -1,0 +1,60 @@
+#include "timeline/wczytywanie.hpp"
+
+#include "api/klient.hpp"
+#include "platform/tasks/child_task.hpp"
+#include "texts/tlumaczenia.hpp"
+#include "timeline/wybor.hpp"
+
+namespace widzety {
+namespace {
+
+Wpis wpisZBledem(const platform::Clock& zegar, std::string blad) {
+  return {.date = zegar.now(), .blad = std::move(blad)};
+}
+
+struct Zdanie {
+  std::string operator()(const BladApi& blad) const { return blad.opis(); }
+  std::string operator()(const platform::DecodingError&) const {
+    return tlumacz("Nie udało się odświeżyć.", biezacyJezyk());
+  }
+};
+
+/// Starts one request beside the others.
+template <typename Wynik>
+platform::ChildTask<std::expected<Wynik, BladPobrania>> pobieranie(const KlientApi& klient, std::string_view sciezka,
+                                                                   const std::stop_token& stop) {
+  return {stop,
+          [&klient, sciezka](std::stop_token wlasny) { return klient.pobierz<Wynik>(sciezka, std::move(wlasny)); }};
+}
+
+}  // namespace
+
+Wpis wczytajWpis(const Otoczenie& otoczenie, std::stop_token stop) {
+  const PekKluczy pek(otoczenie.magazyn);
+  const auto token = pek.czytaj(kontoTokenu);
+  if (!token || token->empty()) {
+    return wpisZBledem(otoczenie.zegar, tlumacz("Zaloguj się w aplikacji Vamba.", biezacyJezyk()));
+  }
+
+  const KlientApi klient(pek);
+  auto pobieranieZadan = pobieranie<std::vector<ZadanieMoje>>(klient, "/moje/zadania", stop);
+  auto pobieranieSkrzynki = pobieranie<Skrzynka>(klient, "/skrzynka", stop);
+  auto pobieranieSpotkan = pobieranie<std::vector<SpotkaniePlanowane>>(klient, "/spotkania-planowane", stop);
+
+  // The order of waiting decides whose failure is told; leaving cancels what was not awaited and waits for it.
+  auto zadania = pobieranieZadan.await();
+  if (!zadania) return wpisZBledem(otoczenie.zegar, std::visit(Zdanie{}, zadania.error()));
+  auto skrzynka = pobieranieSkrzynki.await();
+  if (!skrzynka) return wpisZBledem(otoczenie.zegar, std::visit(Zdanie{}, skrzynka.error()));
+  auto spotkania = pobieranieSpotkan.await();
+  if (!spotkania) return wpisZBledem(otoczenie.zegar, std::visit(Zdanie{}, spotkania.error()));
+
+  const absl::Time teraz = otoczenie.zegar.now();
+  const platform::Calendar kalendarz = otoczenie.zegar.calendar();
+  return {.date = teraz,
+          .zadania = wybierzZadania(std::move(*zadania), teraz, kalendarz),
+          .spotkania = wybierzSpotkania(std::move(*spotkania), teraz, kalendarz),
+          .doDecyzji = std::ssize(skrzynka->zadania)};
+}
+
+}  // namespace widzety

@@ -1,0 +1,30 @@
+#include "timeline/wpis_przykladowy.hpp"
+
+#include "texts/tlumaczenia.hpp"
+
+namespace widzety {
+
+Wpis wpisPrzykladowy(const platform::Clock& zegar, Jezyk jezyk) {
+  const absl::Time teraz = zegar.now();
+  return {.date = teraz,
+          .zadania = {{.id = platform::Uuid::random(),
+                       .numer = 12,
+                       .tytul = tlumacz("Wysłać wniosek grantowy", jezyk),
+                       .termin = teraz,
+                       .status = "otwarte",
+                       .projektNazwa = tlumacz("Pracownia", jezyk)},
+                      {.id = platform::Uuid::random(),
+                       .numer = 15,
+                       .tytul = tlumacz("Przejrzeć transkrypt narady", jezyk),
+                       .termin = std::nullopt,
+                       .status = "w_toku",
+                       .projektNazwa = tlumacz("Wdrożenie", jezyk)}},
+          .spotkania = {{.id = platform::Uuid::random(),
+                         .tytul = tlumacz("Narada zespołu", jezyk),
+                         .kiedy = teraz + absl::Seconds(5400),
+                         .czasTrwaniaMin = 60,
+                         .projektNazwa = tlumacz("Pracownia", jezyk)}},
+          .doDecyzji = 3};
+}
+
+}  // namespace widzety

@@ -1,0 +1,28 @@
+// Records for tests that care about one or two of their fields.
+#pragma once
+
+#include <string>
+
+#include "model/rekordy.hpp"
+
+namespace support {
+
+inline widzety::ZadanieMoje zadanie(std::int64_t numer, std::optional<absl::Time> termin,
+                                    std::string status = "otwarte") {
+  return {.id = platform::Uuid::random(),
+          .numer = numer,
+          .tytul = "Zadanie " + std::to_string(numer),
+          .termin = termin,
+          .status = std::move(status),
+          .projektNazwa = "Pracownia"};
+}
+
+inline widzety::SpotkaniePlanowane spotkanie(std::string tytul, absl::Time kiedy) {
+  return {.id = platform::Uuid::random(),
+          .tytul = std::move(tytul),
+          .kiedy = kiedy,
+          .czasTrwaniaMin = 30,
+          .projektNazwa = "Pracownia"};
+}
+
+}  // namespace support

@@ -1,0 +1,78 @@
+// A view tree as indented text, one node a line, for tests that a person reviews by reading.
+#pragma once
+
+#include <sstream>
+#include <string>
+
+#include "platform/view_tree/node.hpp"
+
+namespace support {
+
+namespace tree_text {
+
+inline std::string number(double value) {
+  std::ostringstream out;
+  out << value;
+  return out.str();
+}
+
+struct Line {
+  std::string operator()(const platform::VStackNode& node) const {
+    return "vstack leading" + (node.spacing ? " " + number(*node.spacing) : "");
+  }
+  std::string operator()(const platform::HStackNode& node) const {
+    const bool centred = node.alignment == platform::VerticalAlignment::center;
+    return std::string("hstack ") + (centred ? "center" : "baseline") +
+           (node.spacing ? " " + number(*node.spacing) : "");
+  }
+  std::string operator()(const platform::TextNode& node) const {
+    using namespace platform;
+    std::string line;
+    if (const auto* key = std::get_if<LocalizedKey>(&node.content)) {
+      line = "key '" + key->key + "'";
+      for (const auto argument : key->arguments) line += " " + std::to_string(argument);
+    } else {
+      line = "'" + std::get<Verbatim>(node.content).text + "'";
+    }
+    constexpr const char* fonts[] = {" headline", " caption", " caption2"};
+    constexpr const char* weights[] = {" regular", " medium", " semibold"};
+    constexpr const char* styles[] = {"", " secondary", " tertiary", " tint", " red"};
+    line += fonts[static_cast<int>(node.font)];
+    if (node.weight) line += weights[static_cast<int>(*node.weight)];
+    if (node.monospacedDigits) line += " digits";
+    line += styles[static_cast<int>(node.style)];
+    if (node.lineLimit) line += " limit " + std::to_string(*node.lineLimit);
+    return line;
+  }
+  std::string operator()(const platform::SpacerNode& node) const { return "spacer " + number(node.minLength); }
+  std::string operator()(const platform::DividerNode&) const { return "divider"; }
+};
+
+inline void append(std::string& out, const platform::Node& node, int depth) {
+  out += std::string(static_cast<std::size_t>(depth) * 2, ' ') + std::visit(Line{}, node.kind);
+  if (const auto& edges = node.padding) {
+    out += " padding " + number(edges->top) + " " + number(edges->leading) + " " + number(edges->bottom) + " " +
+           number(edges->trailing);
+  }
+  if (node.background) {
+    const bool tint = node.background->fill == platform::ForegroundStyle::tint;
+    out += std::string(" capsule ") + (tint ? "tint " : "other ") + number(node.background->opacity);
+  }
+  if (node.containerBackground) out += " background";
+  out += "\n";
+  const std::vector<platform::Node>* children = nullptr;
+  if (const auto* vstack = std::get_if<platform::VStackNode>(&node.kind)) children = &vstack->children;
+  if (const auto* hstack = std::get_if<platform::HStackNode>(&node.kind)) children = &hstack->children;
+  if (children == nullptr) return;
+  for (const auto& child : *children) append(out, child, depth + 1);
+}
+
+}  // namespace tree_text
+
+inline std::string asText(const platform::Node& root) {
+  std::string out;
+  tree_text::append(out, root, 0);
+  return out;
+}
+
+}  // namespace support
