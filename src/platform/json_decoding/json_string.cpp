@@ -124,7 +124,9 @@ std::optional<std::string> unescaped(std::string_view quoted) {
 }
 
 std::string_view untilClosingQuote(std::string_view text) {
-  std::size_t at = 0;
+  std::size_t at = text.find('"');
+  if (text.substr(0, at).find('\\') == std::string_view::npos) return text.substr(0, at);
+  at = 0;
   while (at < text.size() && text[at] != '"') at += text[at] == '\\' ? 2U : 1U;
   return text.substr(0, at);
 }

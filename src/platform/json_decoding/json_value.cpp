@@ -75,10 +75,14 @@ std::expected<std::int64_t, DecodingError> JsonValue::integer() const {
 }
 
 std::expected<Uuid, DecodingError> JsonValue::uuid() const {
-  if (!quoted()) return mismatch("a UUID");
-  const std::expected<std::string, DecodingError> identifier = text();
-  if (!identifier) return std::unexpected(identifier.error());
-  const std::optional<Uuid> uuid = Uuid::parse(*identifier);
+  const std::optional<std::string_view> inner = quoted();
+  if (!inner) return mismatch("a UUID");
+  std::optional<Uuid> uuid;
+  if (!inner->contains('\\')) {
+    uuid = Uuid::parse(*inner);
+  } else if (const std::optional<std::string> text = unescaped(*inner)) {
+    uuid = Uuid::parse(*text);
+  }
   if (!uuid) return corrupted("not a UUID");
   return *uuid;
 }
