@@ -1,0 +1,64 @@
+// The extension as its host sees it: questions and answers. Starts the process when it is needed and ends it when it
+// is not, or when it does not behave; how soon to ask again after a failure is the caller's (host/schedule).
+#pragma once
+
+#include <expected>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <absl/time/time.h>
+#include <nlohmann/json.hpp>
+
+#include "host/extension/answers.hpp"
+#include "host/extension/extension_failure.hpp"
+#include "platform/view_tree/node.hpp"
+
+namespace host {
+
+struct ExtensionSettings {
+  std::filesystem::path program;
+  absl::Duration requestDeadline = absl::Seconds(5);
+  absl::Duration loadDeadline = absl::Seconds(30);       ///< for a timeline and a live snapshot
+  absl::Duration timeToLeave = absl::Milliseconds(500);  ///< from the end of its input until it is killed
+  int interruption = -1;  ///< a descriptor: once it is readable, a call gives up with `interrupted`
+  int diagnostics = 2;    ///< where the extension's standard error goes, within bounds; -1: nowhere
+};
+
+/// For one thread, which lives as long as the client. The program ignores SIGPIPE. The first call starts the process,
+/// and so does one after it ended. After `died`, `timedOut`, `nonsense` and `interrupted` the process, with everything
+/// that it started, is gone before the call returns.
+class ExtensionClient {
+ public:
+  template <typename Result>
+  using Answer = std::expected<Result, ExtensionFailure>;
+
+  explicit ExtensionClient(ExtensionSettings settings);
+  /// Ends the process as `stop` does.
+  ~ExtensionClient();
+
+  Answer<std::vector<WidgetDeclaration>> widgets();
+  Answer<nlohmann::json> widgetsJson();  ///< as it came
+
+  // `family` as the protocol spells it; the first two answer {"entry": ENTRY}.
+  Answer<nlohmann::json> placeholder(const std::string& kind, const std::string& family);
+  Answer<nlohmann::json> snapshot(const std::string& kind, const std::string& family, bool isPreview);
+  Answer<TimelineAnswer> timeline(const std::string& kind, const std::string& family);
+  Answer<platform::Node> render(const std::string& kind, const std::string& family, const nlohmann::json& entry);
+
+  bool running() const;
+
+  /// Ends an idle extension: closes its input, waits shortly, kills what is left. The next call starts it again.
+  void stop();
+
+ private:
+  Answer<nlohmann::json> ask(const std::string& method, const nlohmann::json& params, absl::Duration deadline);
+  template <typename Result, typename Read>
+  Answer<Result> askFor(const std::string& method, const nlohmann::json& params, absl::Duration deadline, Read read);
+
+  ExtensionSettings settings_;
+  std::unique_ptr<class ExtensionSession> session_;
+};
+
+}  // namespace host
