@@ -7,18 +7,6 @@ constexpr double longestSide = 16384;  ///< pixels
 
 }  // namespace
 
-std::string_view describe(PictureError error) {
-  switch (error) {
-    case PictureError::noFont:
-      return "no font is installed";
-    case PictureError::scaleOutOfRange:
-      return "the scale is out of range";
-    case PictureError::notEncoded:
-      return "the picture could not be encoded";
-  }
-  return "";
-}
-
 std::expected<Drawing, PictureError> prepare(const platform::Node& tree, const PictureOptions& options) {
   for (const double side : {options.form.size.width * options.scale, options.form.size.height * options.scale}) {
     // Written so that no number is out of range too.

@@ -37,7 +37,17 @@ enum class PictureError {
 };
 
 /// What to tell a person, without a full stop: "no font is installed".
-std::string_view describe(PictureError error);
+constexpr std::string_view describe(PictureError error) {
+  switch (error) {
+    case PictureError::noFont:
+      return "no font is installed";
+    case PictureError::scaleOutOfRange:
+      return "the scale is out of range";
+    case PictureError::notEncoded:
+      return "the picture could not be encoded";
+  }
+  return "";
+}
 
 using Picture = std::expected<std::string, PictureError>;
 
