@@ -1,0 +1,84 @@
+#include "host/commands/board.hpp"
+
+#include <algorithm>
+
+#include <absl/time/clock.h>
+
+#include "host/commands/exit_status.hpp"
+#include "host/commands/output.hpp"
+#include "host/commands/persistence.hpp"
+#include "platform/calendar/instant.hpp"
+#include "platform/json_rpc/json_text.hpp"
+
+namespace host {
+namespace {
+
+using nlohmann::json;
+
+std::expected<json, CommandFailure> entryOf(std::expected<json, ExtensionFailure> answer) {
+  if (!answer) return std::unexpected(asCommandFailure(answer.error()));
+  return (*answer)["entry"];
+}
+
+std::expected<json, CommandFailure> entryInFile(const std::string& name) {
+  const auto wrong = [](const std::string& message) {
+    return std::unexpected(CommandFailure{exit_status::wrongCommandLine, message});
+  };
+  const auto text = readAll(name);
+  if (!text) return wrong(text.error());
+  auto entry = platform::json_rpc::parseJson(*text);
+  if (!entry) return wrong((name == "-" ? "standard input" : name) + " holds no entry: " + entry.error());
+  return std::move(*entry);
+}
+
+}  // namespace
+
+CommandFailure asCommandFailure(const ExtensionFailure& failure) {
+  // What the extension refuses is what the command line handed it.
+  const bool refused = failure.kind == ExtensionFailure::Kind::refused;
+  return {refused ? exit_status::wrongCommandLine : exit_status::noAnswer, failure.message};
+}
+
+std::expected<std::string, CommandFailure> widgetFor(ExtensionClient& extension, const std::string& family) {
+  const auto widgets = askPatiently([&] { return extension.widgets(); });
+  if (!widgets) return std::unexpected(asCommandFailure(widgets.error()));
+  const auto widget = std::ranges::find_if(*widgets, [&](const WidgetDeclaration& declaration) {
+    return std::ranges::find(declaration.families, family) != declaration.families.end();
+  });
+  if (widget == widgets->end()) {
+    return std::unexpected(CommandFailure{exit_status::noAnswer, "the extension offers no widget of this size"});
+  }
+  return widget->kind;
+}
+
+BoardHolds holdingOf(const json& entry) {
+  const auto sentence = entry.is_object() ? entry.find("blad") : entry.end();
+  return sentence != entry.end() && sentence->is_string() ? BoardHolds::sentence : BoardHolds::day;
+}
+
+const json& entryAt(const TimelineAnswer& timeline, absl::Time now) {
+  const json* shown = &timeline.entries.front();
+  for (const auto& entry : timeline.entries) {
+    const auto date = platform::parseInstant(entry.value("date", std::string()));
+    if (date && *date <= now) shown = &entry;
+  }
+  return *shown;
+}
+
+std::expected<json, CommandFailure> entryFor(ExtensionClient& extension, const std::string& kind,
+                                             const CommandLine& line) {
+  if (line.entry == "timeline") {
+    auto timeline = askPatiently([&] { return extension.timeline(kind, line.family); });
+    if (!timeline) return std::unexpected(asCommandFailure(timeline.error()));
+    return entryAt(*timeline, absl::Now());
+  }
+  if (line.entry == "placeholder")
+    return entryOf(askPatiently([&] { return extension.placeholder(kind, line.family); }));
+  if (line.entry == "snapshot" || line.entry == "preview") {
+    const bool preview = line.entry == "preview";
+    return entryOf(askPatiently([&] { return extension.snapshot(kind, line.family, preview); }));
+  }
+  return entryInFile(line.entry);
+}
+
+}  // namespace host

@@ -1,0 +1,37 @@
+// The command line of `vamba-host`, read into a value. What the commands do is the other files' business.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace host {
+
+enum class Command { gallery, placeholder, snapshot, timeline, show, watch };
+enum class Format { text, json, waybar, svg, png, pdf };
+enum class Appearance { light, dark };
+
+struct CommandLine {
+  Command command = Command::show;
+  std::optional<std::filesystem::path> extension;
+  std::string family = "systemMedium";  ///< in the protocol's spelling
+  bool galleryAsJson = false;
+  bool preview = false;
+  std::string entry = "timeline";  ///< timeline, snapshot, preview, placeholder, a file, or "-"
+  Format format = Format::text;
+  std::optional<std::filesystem::path> output;
+  double scale = 1;
+  Appearance appearance = Appearance::light;
+};
+
+/// Why there is no command to run: help or version to print with status 0, or a mistake with status 2.
+struct Exit {
+  int status;
+  std::string standardOutput;
+  std::string standardError;
+};
+
+std::variant<CommandLine, Exit> parseCommandLine(int argc, const char* const* argv);
+
+}  // namespace host

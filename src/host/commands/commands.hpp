@@ -1,0 +1,27 @@
+// What `vamba-host` can do. Each command gives its result, or why there is none; only main turns that into an exit
+// status and a line on standard error.
+#pragma once
+
+#include <expected>
+
+#include "host/commands/board.hpp"
+#include "host/commands/command_line.hpp"
+
+namespace host {
+
+using CommandResult = std::expected<void, CommandFailure>;
+
+/// The extension's widgets, for a person or as JSON.
+CommandResult gallery(ExtensionClient& extension, const CommandLine& line);
+
+/// The answer to `placeholder`, `snapshot` or `timeline` as JSON.
+CommandResult printAnswer(ExtensionClient& extension, const CommandLine& line);
+
+/// One board, once.
+CommandResult show(ExtensionClient& extension, const CommandLine& line);
+
+/// The board at each reload, until SIGINT, SIGTERM or SIGHUP. The extension runs only while it is asked; when it fails,
+/// the last board stays.
+CommandResult watch(const ExtensionSettings& settings, const CommandLine& line);
+
+}  // namespace host

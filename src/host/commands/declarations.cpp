@@ -1,0 +1,73 @@
+#include "host/commands/commands.hpp"
+#include "host/commands/exit_status.hpp"
+#include "host/commands/output.hpp"
+#include "host/commands/persistence.hpp"
+#include "host/commands/terminal.hpp"
+#include "platform/json_rpc/json_text.hpp"
+#include "platform/view_tree/builders.hpp"
+
+namespace host {
+namespace {
+
+using nlohmann::json;
+
+CommandResult print(std::string_view text) {
+  if (auto written = writeStandardOutput(text); !written) {
+    return std::unexpected(CommandFailure{exit_status::noAnswer, written.error()});
+  }
+  return {};
+}
+
+CommandResult printJson(const std::expected<json, ExtensionFailure>& answer) {
+  if (!answer) return std::unexpected(asCommandFailure(answer.error()));
+  return print(platform::json_rpc::toText(*answer) + "\n");
+}
+
+/// "systemSmall" as the command line spells it.
+std::string sizeWord(const std::string& family) {
+  if (family == "systemSmall") return "small";
+  if (family == "systemMedium") return "medium";
+  if (family == "systemLarge") return "large";
+  return family;
+}
+
+platform::Views declaration(const WidgetDeclaration& widget) {
+  using namespace platform;
+  std::string sizes;
+  for (const auto& family : widget.families) sizes += (sizes.empty() ? "" : ", ") + sizeWord(family);
+  return VStack({}, {
+                        Text(widget.displayName),
+                        Text(widget.description),
+                        Text(sizes),
+                    });
+}
+
+}  // namespace
+
+CommandResult gallery(ExtensionClient& extension, const CommandLine& line) {
+  if (line.galleryAsJson) return printJson(askPatiently([&] { return extension.widgetsJson(); }));
+  const auto widgets = askPatiently([&] { return extension.widgets(); });
+  if (!widgets) return std::unexpected(asCommandFailure(widgets.error()));
+  std::string text;
+  for (const auto& widget : *widgets) {
+    const platform::Node view = platform::VStack({}, {declaration(widget)});
+    text += (text.empty() ? "" : "\n") + render::drawPlainBoard(view, terminalOptions("systemMedium").columns);
+  }
+  return print(text);
+}
+
+CommandResult printAnswer(ExtensionClient& extension, const CommandLine& line) {
+  const auto kind = widgetFor(extension, line.family);
+  if (!kind) return std::unexpected(kind.error());
+  if (line.command == Command::placeholder) {
+    return printJson(askPatiently([&] { return extension.placeholder(*kind, line.family); }));
+  }
+  if (line.command == Command::snapshot) {
+    return printJson(askPatiently([&] { return extension.snapshot(*kind, line.family, line.preview); }));
+  }
+  const auto timeline = askPatiently([&] { return extension.timeline(*kind, line.family); });
+  if (!timeline) return std::unexpected(asCommandFailure(timeline.error()));
+  return printJson(timeline->result);
+}
+
+}  // namespace host

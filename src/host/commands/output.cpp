@@ -1,0 +1,83 @@
+#include "host/commands/output.hpp"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace host {
+namespace {
+
+std::unexpected<std::string> fault(const std::string& what) {
+  return std::unexpected(what + ": " + std::strerror(errno));
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const auto count = ::write(descriptor, bytes.data(), bytes.size());
+    if (count < 0 && errno != EINTR) return false;
+    if (count > 0) bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+std::expected<void, std::string> writeInPlace(const std::filesystem::path& file, std::string_view bytes) {
+  const int descriptor = open(file.c_str(), O_WRONLY | O_CLOEXEC);
+  if (descriptor < 0) return fault("can't write " + file.string());
+  const bool written = writeAll(descriptor, bytes);
+  if (!written || close(descriptor) != 0) return fault("can't write " + file.string());
+  return {};
+}
+
+}  // namespace
+
+std::expected<void, std::string> writeStandardOutput(std::string_view bytes) {
+  if (!writeAll(STDOUT_FILENO, bytes)) return fault("can't write the result");
+  return {};
+}
+
+std::expected<void, std::string> writeFile(const std::filesystem::path& file, std::string_view bytes) {
+  struct stat status{};
+  const bool exists = stat(file.c_str(), &status) == 0;
+  if (exists && !S_ISREG(status.st_mode)) return writeInPlace(file, bytes);
+
+  // Through a link the file behind it is replaced, not the link.
+  std::error_code error;
+  const std::filesystem::path target = exists ? std::filesystem::canonical(file, error) : file;
+  std::string beside = (error ? file : target).string() + ".XXXXXX";
+  const int descriptor = mkostemp(beside.data(), O_CLOEXEC);
+  if (descriptor < 0) return fault("can't write " + file.string());
+  const mode_t mask = umask(0);
+  umask(mask);
+  const mode_t mode = exists ? status.st_mode & 07777 : 0666 & ~mask;
+  bool written = writeAll(descriptor, bytes) && fchmod(descriptor, mode) == 0;
+  written = close(descriptor) == 0 && written;
+  if (written && rename(beside.c_str(), (error ? file : target).c_str()) == 0) return {};
+  const auto failure = fault("can't write " + file.string());
+  unlink(beside.c_str());
+  return failure;
+}
+
+std::expected<std::string, std::string> readAll(const std::string& fileOrDash) {
+  const bool standardInput = fileOrDash == "-";
+  const std::string name = standardInput ? "standard input" : fileOrDash;
+  const int descriptor = standardInput ? STDIN_FILENO : open(fileOrDash.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) return fault("can't read " + name);
+  std::string bytes;
+  std::array<char, 65536> buffer{};
+  ssize_t count = 0;
+  while ((count = read(descriptor, buffer.data(), buffer.size())) != 0) {
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) break;
+    bytes.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  const auto failure = fault("can't read " + name);
+  if (!standardInput) close(descriptor);
+  if (count < 0) return failure;
+  return bytes;
+}
+
+}  // namespace host

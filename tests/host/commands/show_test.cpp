@@ -1,0 +1,125 @@
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include "host/commands/host_process.hpp"
+
+namespace host {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+class HostCommands : public testing::Test {
+ protected:
+  void behave(const std::string& behaviour) { environment_.set("FAKE_EXTENSION", behaviour); }
+
+  support::ScopedEnvironment environment_;
+  support::TemporaryFolder folder_;
+};
+
+TEST_F(HostCommands, GalleryTellsNameDescriptionAndSizes) {
+  const auto [status, output, errors] = runHost({"gallery"});
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(output, "Fake\nA widget for tests\nsmall, medium, large\n");
+  EXPECT_EQ(errors, "");
+  EXPECT_EQ(json::parse(runHost({"gallery", "--json"}).output)[0]["kind"], "fake");
+}
+
+TEST_F(HostCommands, AnswersComeAsTheyAreAsJson) {
+  EXPECT_EQ(json::parse(runHost({"placeholder"}).output)["entry"]["tytul"], "placeholder");
+  EXPECT_EQ(json::parse(runHost({"snapshot", "--preview"}).output)["entry"]["tytul"], "snapshot");
+  const auto timeline = json::parse(runHost({"timeline", "--family", "large"}).output);
+  EXPECT_EQ(timeline["entries"][0]["tytul"], "timeline");
+  EXPECT_EQ(timeline["policy"]["type"], "after");
+}
+
+TEST_F(HostCommands, ShowDrawsTheEntryAskedForInItsSize) {
+  const std::pair<const char*, const char*> cases[] = {{"timeline", "timeline systemSmall"},
+                                                       {"snapshot", "snapshot systemSmall"},
+                                                       {"preview", "snapshot systemSmall"},
+                                                       {"placeholder", "placeholder systemSmall"}};
+  for (const auto& [entry, text] : cases) {
+    EXPECT_THAT(runHost({"show", "--family", "small", "--entry", entry}).output, HasSubstr(text));
+  }
+}
+
+TEST_F(HostCommands, ShowTakesAnEntryFromAFileOrStandardInput) {
+  folder_.write("entry", R"({"date": "2025-03-14T09:30:00Z", "tytul": "mine"})");
+  EXPECT_THAT(runHost({"show", "--entry", folder_.path("entry")}).output, HasSubstr("mine systemMedium"));
+  EXPECT_THAT(runHost({"show", "--entry", "-"}, R"({"tytul": "piped"})").output, HasSubstr("piped systemMedium"));
+}
+
+TEST_F(HostCommands, ShowAsJsonPrintsTheView) {
+  const auto view = json::parse(runHost({"show", "--format", "json"}).output);
+  EXPECT_EQ(view["type"], "text");
+  EXPECT_EQ(view["text"], "timeline systemMedium");
+}
+
+TEST_F(HostCommands, ShowWritesToAFile) {
+  const auto file = folder_.path("board.txt");
+  const auto [status, output, errors] = runHost({"show", "--output", file});
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(output, "");
+  std::ifstream stream(file);
+  const std::string board{std::istreambuf_iterator<char>(stream), {}};
+  EXPECT_THAT(board, HasSubstr("timeline systemMedium"));
+  EXPECT_THAT(board, Not(HasSubstr("\x1b")));
+}
+
+TEST_F(HostCommands, BadInputIsTurnedAwayWithASentence) {
+  EXPECT_EQ(runHost({"show", "--entry", "/no/such/file"}).status, 2);
+  const auto broken = runHost({"show", "--entry", "-"}, "{broken");
+  EXPECT_EQ(broken.status, 2);
+  EXPECT_THAT(broken.errors, HasSubstr("standard input holds no entry: "));
+  const auto unwritable = runHost({"show", "--output", "/dev/full"});
+  EXPECT_EQ(unwritable.status, 2);
+  EXPECT_EQ(unwritable.errors, "vamba-host: can't write /dev/full: No space left on device\n");
+}
+
+TEST_F(HostCommands, AnExtensionThatCannotBeStartedIsStatus1) {
+  const auto missing = runHost({"show"}, "", "/no/such/extension");
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_EQ(missing.output, "");
+  EXPECT_THAT(missing.errors, HasSubstr("/no/such/extension"));
+}
+
+TEST_F(HostCommands, AnExtensionThatKeepsDyingIsGivenUpWithStatus1) {
+  behave("exit 3");
+  const auto [status, output, errors] = runHost({"show"});
+  EXPECT_EQ(status, 1);
+  EXPECT_EQ(output, "");
+  EXPECT_THAT(errors, HasSubstr("status 3"));
+}
+
+TEST_F(HostCommands, AnExtensionThatDiesOnceIsStartedAgain) {
+  const std::string program = folder_.path("dies-once");
+  folder_.write("dies-once", "#!/bin/sh\n[ -e " + folder_.path("died") + " ] || { : >" + folder_.path("died") +
+                                 "; exit 1; }\nexec " VAMBA_FAKE_EXTENSION "\n");
+  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+  const auto [status, output, errors] = runHost({"show"}, "", program);
+  EXPECT_EQ(status, 0) << errors;
+  EXPECT_THAT(output, HasSubstr("timeline systemMedium"));
+}
+
+TEST_F(HostCommands, OnATerminalTheBoardIsAsWideAsThatAndColoured) {
+  environment_.set("TERM", "xterm-256color");
+  environment_.unset("NO_COLOR");
+  HostProcess host({"show"}, Onto::terminal);
+  EXPECT_THAT(host.rest(), HasSubstr("timeline systemMedium"));
+  EXPECT_EQ(host.status(), 0);
+}
+
+TEST_F(HostCommands, PlainTextHasNoEscapeSequences) {
+  for (const auto& [name, value] : {std::pair{"NO_COLOR", "1"}, std::pair{"TERM", "dumb"}}) {
+    support::ScopedEnvironment environment;
+    environment.set("TERM", "xterm-256color");
+    environment.set(name, value);
+    HostProcess host({"show"}, Onto::terminal);
+    EXPECT_THAT(host.rest(), Not(HasSubstr("\x1b"))) << name;
+  }
+  environment_.set("TERM", "xterm-256color");
+  EXPECT_THAT(runHost({"show"}).output, Not(HasSubstr("\x1b")));
+}
+
+}  // namespace
+}  // namespace host
