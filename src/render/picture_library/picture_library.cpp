@@ -29,3 +29,9 @@ std::expected<PictureLibrary, std::string> PictureLibrary::open(const std::files
 }
 
 }  // namespace render
+
+#ifdef __SANITIZE_ADDRESS__
+// The font library keeps what it has read until the process ends, where the leak checker does not find it.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" __attribute__((weak)) const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }
+#endif

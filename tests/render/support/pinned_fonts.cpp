@@ -25,3 +25,9 @@ void pinFonts() {
 }
 
 }  // namespace render::testing
+
+#ifdef __SANITIZE_ADDRESS__
+// The font library keeps what it has read until the process ends, where the leak checker does not find it.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }
+#endif
