@@ -5,7 +5,7 @@
 
 #include "host/commands/commands.hpp"
 #include "host/commands/exit_status.hpp"
-#include "host/commands/extension_path.hpp"
+#include "host/commands/program_folder.hpp"
 
 namespace {
 

@@ -39,7 +39,7 @@ CommandFailure asCommandFailure(const ExtensionFailure& failure) {
   return {refused ? exit_status::wrongCommandLine : exit_status::noAnswer, failure.message};
 }
 
-std::expected<std::string, CommandFailure> widgetFor(ExtensionClient& extension, const std::string& family) {
+std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& extension, const std::string& family) {
   const auto widgets = askPatiently([&] { return extension.widgets(); });
   if (!widgets) return std::unexpected(asCommandFailure(widgets.error()));
   const auto widget = std::ranges::find_if(*widgets, [&](const WidgetDeclaration& declaration) {
@@ -48,7 +48,7 @@ std::expected<std::string, CommandFailure> widgetFor(ExtensionClient& extension,
   if (widget == widgets->end()) {
     return std::unexpected(CommandFailure{exit_status::noAnswer, "the extension offers no widget of this size"});
   }
-  return widget->kind;
+  return *widget;
 }
 
 BoardHolds holdingOf(const json& entry) {

@@ -20,8 +20,8 @@ struct CommandFailure {
 
 CommandFailure asCommandFailure(const ExtensionFailure& failure);
 
-/// The kind of the first widget that comes in the family.
-std::expected<std::string, CommandFailure> widgetFor(ExtensionClient& extension, const std::string& family);
+/// The first widget that comes in the family.
+std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& extension, const std::string& family);
 
 /// Whether an entry carries a sentence instead of data.
 BoardHolds holdingOf(const nlohmann::json& entry);

@@ -96,6 +96,7 @@ std::variant<CommandLine, Exit> parseCommandLine(int argc, const char* const* ar
       ->check(reasonableScale)
       ->type_name("N");
   addChoice(show, "--appearance", line.appearance, appearances, "of a picture (default: light)");
+  show.add_flag("--outlines", line.outlines, "letters of an SVG as outlines, for where the font is missing");
 
   auto& watch = add("watch", Command::watch, "the board again at each reload, until interrupted");
   addFamily(watch, line);

@@ -23,6 +23,7 @@ struct CommandLine {
   std::optional<std::filesystem::path> output;
   double scale = 1;
   Appearance appearance = Appearance::light;
+  bool outlines = false;  ///< letters of an SVG as outlines instead of text
 };
 
 /// Why there is no command to run: help or version to print with status 0, or a mistake with status 2.

@@ -57,15 +57,16 @@ CommandResult gallery(ExtensionClient& extension, const CommandLine& line) {
 }
 
 CommandResult printAnswer(ExtensionClient& extension, const CommandLine& line) {
-  const auto kind = widgetFor(extension, line.family);
-  if (!kind) return std::unexpected(kind.error());
+  const auto widget = widgetFor(extension, line.family);
+  if (!widget) return std::unexpected(widget.error());
+  const std::string& kind = widget->kind;
   if (line.command == Command::placeholder) {
-    return printJson(askPatiently([&] { return extension.placeholder(*kind, line.family); }));
+    return printJson(askPatiently([&] { return extension.placeholder(kind, line.family); }));
   }
   if (line.command == Command::snapshot) {
-    return printJson(askPatiently([&] { return extension.snapshot(*kind, line.family, line.preview); }));
+    return printJson(askPatiently([&] { return extension.snapshot(kind, line.family, line.preview); }));
   }
-  const auto timeline = askPatiently([&] { return extension.timeline(*kind, line.family); });
+  const auto timeline = askPatiently([&] { return extension.timeline(kind, line.family); });
   if (!timeline) return std::unexpected(asCommandFailure(timeline.error()));
   return printJson(timeline->result);
 }

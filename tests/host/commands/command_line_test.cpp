@@ -34,7 +34,7 @@ TEST(CommandLineTest, ShowsTheMediumBoardOfTheDayByDefault) {
 
 TEST(CommandLineTest, ReadsEveryOption) {
   const auto show = line({"--extension", "/x", "show", "--family", "small", "--entry", "-", "--format", "png",
-                          "--output", "a.svg", "--scale", "1.5", "--appearance", "dark"});
+                          "--output", "a.svg", "--scale", "1.5", "--appearance", "dark", "--outlines"});
   EXPECT_EQ(show.extension, "/x");
   EXPECT_EQ(show.family, "systemSmall");
   EXPECT_EQ(show.entry, "-");
@@ -42,6 +42,7 @@ TEST(CommandLineTest, ReadsEveryOption) {
   EXPECT_EQ(show.output, "a.svg");
   EXPECT_EQ(show.scale, 1.5);
   EXPECT_EQ(show.appearance, Appearance::dark);
+  EXPECT_TRUE(show.outlines);
   EXPECT_TRUE(line({"gallery", "--json"}).galleryAsJson);
   EXPECT_TRUE(line({"snapshot", "--preview"}).preview);
   EXPECT_EQ(line({"watch", "--format", "waybar", "--extension", "/x"}).extension, "/x");
