@@ -38,7 +38,10 @@ std::optional<Pipe> makePipe() {
 bool makeNonBlocking(const FileDescriptor& descriptor) { return ::fcntl(descriptor.get(), F_SETFL, O_NONBLOCK) == 0; }
 
 // glibc 2.36 declares its wrapper for C alone.
-int openIdentity(pid_t process) { return static_cast<int>(::syscall(SYS_pidfd_open, process, 0)); }
+FileDescriptor openIdentity(pid_t process) {
+  const FileDescriptor low(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+  return FileDescriptor(low.isOpen() ? ::fcntl(low.get(), F_DUPFD_CLOEXEC, firstSafeNumber) : -1);
+}
 
 struct ChildEnds {
   int input;
@@ -127,7 +130,7 @@ std::expected<ExtensionProcess, std::string> ExtensionProcess::start(const std::
 
   ExtensionProcess process;
   process.id_ = child;
-  process.identity_ = FileDescriptor(openIdentity(child));
+  process.identity_ = openIdentity(child);
   const int identityError = errno;
   startError->writing.close();
   if (const int error = readStartError(startError->reading.get()); error != 0) {

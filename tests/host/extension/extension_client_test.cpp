@@ -293,6 +293,19 @@ TEST_F(ExtensionClientTest, HandsOnWhatADyingExtensionExplains) {
   ::close(ends[1]);
 }
 
+TEST_F(ExtensionClientTest, LeavesClosedStandardStreamsClosed) {
+  // A number of a standard stream given to something else would take in what the host means for its reader.
+  const support::FileDescriptor saved(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 10));
+  ::close(STDIN_FILENO);
+  {
+    ExtensionClient client(settings());
+    const auto widgets = client.widgets();
+    EXPECT_TRUE(widgets) << widgets.error().message;
+    EXPECT_EQ(::fcntl(STDIN_FILENO, F_GETFD), -1);
+  }
+  if (saved.get() >= 0) ::dup2(saved.get(), STDIN_FILENO);
+}
+
 TEST_F(ExtensionClientTest, LeavesNoDescriptorOpen) {
   const auto openDescriptors = [] {
     return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), std::filesystem::directory_iterator());
