@@ -33,11 +33,7 @@ std::expected<json, CommandFailure> entryInFile(const std::string& name) {
 
 }  // namespace
 
-CommandFailure asCommandFailure(const ExtensionFailure& failure) {
-  // What the extension refuses is what the command line handed it.
-  const bool refused = failure.kind == ExtensionFailure::Kind::refused;
-  return {refused ? exit_status::wrongCommandLine : exit_status::noAnswer, failure.message};
-}
+CommandFailure asCommandFailure(const ExtensionFailure& failure) { return {exit_status::noAnswer, failure.message}; }
 
 std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& extension, const std::string& family) {
   const auto widgets = askPatiently([&] { return extension.widgets(); });

@@ -11,7 +11,12 @@ CommandResult show(ExtensionClient& extension, const CommandLine& line) {
   const auto entry = entryFor(extension, widget->kind, line);
   if (!entry) return std::unexpected(entry.error());
   const auto view = askPatiently([&] { return extension.render(widget->kind, line.family, *entry); });
-  if (!view) return std::unexpected(asCommandFailure(view.error()));
+  if (!view) {
+    auto failure = asCommandFailure(view.error());
+    // An entry that the extension refuses to draw came from the file on the command line.
+    if (view.error().kind == ExtensionFailure::Kind::refused) failure.status = exit_status::wrongCommandLine;
+    return std::unexpected(std::move(failure));
+  }
 
   const Board board{.view = *view, .title = widget->displayName, .sample = line.entry == "placeholder"};
   const auto drawing = drawn(board, line);
