@@ -184,6 +184,8 @@ TEST_F(ExtensionFailureTest, FailureOfTheTasksCancelsTheRequestsThatStillRun) {
 }
 
 TEST_F(ExtensionFailureTest, EachAddressThatLeadsNowhereHasItsSentence) {
+  support::ScriptedHttpServer plain;  // speaks no TLS and says so
+  plain.onAccept({Send{HttpAnswer{.status = 400}.bytes()}, Close{}});
   const std::vector<std::pair<std::string, std::string>> cases{
       {"http://127.0.0.1:1/api", noConnection},
       {"http://nie ma/api", serverError(0)},
@@ -193,7 +195,7 @@ TEST_F(ExtensionFailureTest, EachAddressThatLeadsNowhereHasItsSentence) {
       {"/api", noConnection},
       {"ftp://127.0.0.1/api", noConnection},
       {"file:///etc", noConnection},
-      {"https://127.0.0.1:" + std::to_string(service.port()) + "/api", noConnection},
+      {"https://127.0.0.1:" + std::to_string(plain.port()) + "/api", noConnection},
       {service.url("/api/"), serverError(404)},
       {service.url("/api"), ""},
   };
