@@ -1,6 +1,7 @@
 #include "timeline/wczytywanie.hpp"
 
 #include "api/klient.hpp"
+#include "api/wspolne.hpp"
 #include "platform/tasks/child_task.hpp"
 #include "texts/tlumaczenia.hpp"
 #include "timeline/wybor.hpp"
@@ -36,10 +37,16 @@ Wpis wczytajWpis(const Otoczenie& otoczenie, std::stop_token stop) {
     return wpisZBledem(otoczenie.zegar, tlumacz("Zaloguj się w aplikacji Vamba.", biezacyJezyk()));
   }
 
+  wspolnaSesja().prepare();  // whoever is signed out never comes here and makes no session
   const KlientApi klient(pek);
   auto pobieranieZadan = pobieranie<std::vector<ZadanieMoje>>(klient, "/moje/zadania", stop);
   auto pobieranieSkrzynki = pobieranie<Skrzynka>(klient, "/skrzynka", stop);
   auto pobieranieSpotkan = pobieranie<std::vector<SpotkaniePlanowane>>(klient, "/spotkania-planowane", stop);
+
+  // While the three are under way, what their answers will need: the first use of a time zone reads and unfolds its
+  // file.
+  static_cast<void>(wspolnyDekoder());
+  static_cast<void>(otoczenie.zegar.calendar());
 
   // The order of waiting decides whose failure is told; leaving cancels what was not awaited and waits for it.
   auto zadania = pobieranieZadan.await();

@@ -3,6 +3,8 @@
 #include <csignal>
 #include <cstdio>
 
+#include <malloc.h>
+
 #include "platform/calendar/clock.hpp"
 #include "platform/keychain/system_keychain.hpp"
 #include "platform/tasks/task_group.hpp"
@@ -18,6 +20,8 @@ void napiszDlaCzlowieka(std::string_view linia) {
 }  // namespace
 
 int main() {
+  // One heap for all threads: each of a load's short-lived threads would make one of its own before it does any work.
+  mallopt(M_ARENA_MAX, 1);
   std::signal(SIGPIPE, SIG_IGN);
   const platform::SystemClock zegar;
   platform::SystemKeychain magazyn({.folderVariable = "VAMBA_KEYCHAIN_DIR",

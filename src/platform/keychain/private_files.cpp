@@ -1,13 +1,14 @@
 #include "platform/keychain/private_files.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <optional>
 #include <system_error>
 #include <utility>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -61,19 +62,29 @@ std::optional<std::string> ownershipFault(const struct stat& status, mode_t unwa
   return std::nullopt;
 }
 
-// Bytes on the heap that are overwritten before they are given back.
+// Bytes on the heap. Those that were filled are overwritten before they are given back; the others are never touched,
+// so that room for the largest item costs no more memory than the item at hand.
 class WipedBuffer {
  public:
-  explicit WipedBuffer(std::size_t size) : bytes_(size) {}
+  explicit WipedBuffer(std::size_t size) : bytes_(std::make_unique_for_overwrite<char[]>(size)), size_(size) {}
   WipedBuffer(const WipedBuffer&) = delete;
   WipedBuffer& operator=(const WipedBuffer&) = delete;
-  ~WipedBuffer() { explicit_bzero(bytes_.data(), bytes_.size()); }
+  ~WipedBuffer() { explicit_bzero(bytes_.get(), std::min(filled_, size_)); }
 
-  char* data() { return bytes_.data(); }
-  std::size_t size() const { return bytes_.size(); }
+  bool isFull() const { return filled_ == size_; }
+  std::string text() const { return {bytes_.get(), filled_}; }
+
+  // As read(2), behind what is filled.
+  ssize_t readFrom(int file) {
+    const ssize_t count = read(file, bytes_.get() + filled_, size_ - filled_);
+    if (count > 0) filled_ += static_cast<std::size_t>(count);
+    return count;
+  }
 
  private:
-  std::vector<char> bytes_;
+  std::unique_ptr<char[]> bytes_;
+  std::size_t size_;
+  std::size_t filled_ = 0;
 };
 
 }  // namespace
@@ -111,13 +122,11 @@ std::expected<std::string, FileRefusal> readPrivateFile(const FileDescriptor& fo
   // One byte more than allowed tells a file that is too large. The size that fstat gave is not relied on: a file that
   // grows meanwhile is read to its end.
   WipedBuffer buffer(sizeLimit + 1);
-  std::size_t filled = 0;
-  while (filled < buffer.size()) {
-    const ssize_t count = read(file.number(), buffer.data() + filled, buffer.size() - filled);
+  while (!buffer.isFull()) {
+    const ssize_t count = buffer.readFrom(file.number());
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return failure(errno);
-    if (count == 0) return std::string(buffer.data(), filled);
-    filled += static_cast<std::size_t>(count);
+    if (count == 0) return buffer.text();
   }
   return std::unexpected(FileRefusal{Kind::failed, "it holds more than " + std::to_string(sizeLimit) + " bytes"});
 }

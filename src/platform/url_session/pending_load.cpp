@@ -36,16 +36,30 @@ PendingLoad::PendingLoad(Url url, RequestHeaders headers, TimeLimits limits)
     : url_(std::move(url)), headers_(std::move(headers)), limits_(limits) {}
 
 void PendingLoad::settle(LoadResult result) {
-  const std::lock_guard lock(mutex_);
-  if (result_) return;
-  result_ = std::move(result);
-  settled_.notify_one();
+  {
+    const std::lock_guard lock(mutex_);
+    if (result_) return;
+    result_ = std::move(result);
+  }
+  settled_.notify_one();  // without the lock, for which the caller would only have to wait again
 }
 
 LoadResult PendingLoad::await(std::stop_token stop, const std::function<void()>& wakeWorker) {
-  std::unique_lock lock(mutex_);
-  if (settled_.wait(lock, stop, [this] { return result_.has_value(); })) return *std::move(result_);
-  lock.unlock();
+  bool stopped = false;
+  const std::stop_callback onStop(std::move(stop), [this, &stopped] {
+    {
+      const std::lock_guard lock(mutex_);
+      stopped = true;
+    }
+    settled_.notify_one();
+  });
+  // Locked after the callback is registered, which may run it at once, and let go before the callback is taken back,
+  // which waits for one that runs.
+  {
+    std::unique_lock lock(mutex_);
+    settled_.wait(lock, [this, &stopped] { return stopped || result_; });
+    if (result_) return *std::move(result_);
+  }
   abandoned_.store(true, std::memory_order_relaxed);
   wakeWorker();
   return std::unexpected(cancelledError());

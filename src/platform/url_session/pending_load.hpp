@@ -64,7 +64,7 @@ class PendingLoad {
   const TimeLimits limits_;
   std::atomic<bool> abandoned_ = false;
   std::mutex mutex_;
-  std::condition_variable_any settled_;
+  std::condition_variable settled_;
   std::optional<LoadResult> result_;
 };
 

@@ -44,14 +44,12 @@ std::string originOf(const Url& url) {
   return url.scheme().value_or("") + "://" + url.host().value_or("") + ":" + url.port().value_or("");
 }
 
-}  // namespace
+TransportError notStartedError() { return {TransportError::Kind::other, 0, "the HTTP library did not start"}; }
 
-TransferLoop::TransferLoop(TransferLoopSettings settings)
-    : settings_(std::move(settings)), multi_(libraryIsLoaded() ? curl_multi_init() : nullptr) {}
+}  // namespace
 
 std::unique_ptr<TransferLoop> TransferLoop::start(TransferLoopSettings settings) {
   std::unique_ptr<TransferLoop> loop(new TransferLoop(std::move(settings)));
-  if (!loop->multi_) return nullptr;
   const AllSignalsBlocked blocked;
   try {
     loop->worker_ = std::thread(&TransferLoop::run, loop.get());
@@ -74,14 +72,23 @@ TransferLoop::~TransferLoop() {
 void TransferLoop::submit(std::shared_ptr<PendingLoad> load) {
   {
     const std::lock_guard lock(mutex_);
-    submitted_.push_back(std::move(load));
+    if (!refusing_) submitted_.push_back(std::exchange(load, nullptr));
   }
-  wake();
+  if (load) {
+    load->settle(std::unexpected(notStartedError()));
+  } else {
+    wake();
+  }
 }
 
-void TransferLoop::wake() { curl_multi_wakeup(multi_.get()); }
+// Before the library is there the worker needs no call: it looks for loads once it is.
+void TransferLoop::wake() {
+  const std::lock_guard lock(mutex_);
+  if (wakeable_ != nullptr) curl_multi_wakeup(wakeable_);
+}
 
 void TransferLoop::run() {
+  if (!openLibrary()) return;
   while (takeSubmitted()) {
     int running = 0;
     curl_multi_perform(multi_.get(), &running);
@@ -90,6 +97,20 @@ void TransferLoop::run() {
     curl_multi_poll(multi_.get(), nullptr, 0, waitMilliseconds(), nullptr);
   }
   cancelAll();
+}
+
+// False when that fails: then what was submitted is refused, and what comes later too.
+bool TransferLoop::openLibrary() {
+  if (libraryIsLoaded()) multi_.reset(curl_multi_init());
+  std::vector<std::shared_ptr<PendingLoad>> refused;
+  {
+    const std::lock_guard lock(mutex_);
+    wakeable_ = multi_.get();
+    refusing_ = wakeable_ == nullptr;
+    if (refusing_) refused.swap(submitted_);
+  }
+  for (const auto& load : refused) load->settle(std::unexpected(notStartedError()));
+  return multi_ != nullptr;
 }
 
 // Begins what callers have asked for since the last round. False when the session is ending.

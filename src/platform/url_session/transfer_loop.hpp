@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "platform/url_session/exchange.hpp"
@@ -24,7 +25,8 @@ struct TransferLoopSettings {
 
 class TransferLoop {
  public:
-  /// Null when the library or the thread cannot be started.
+  /// Starts the worker and returns at once; the library is loaded on it, beside whatever the caller does next. Null
+  /// when the thread cannot be started.
   static std::unique_ptr<TransferLoop> start(TransferLoopSettings settings);
 
   /// Settles every load that is not over with `cancelled` and joins the thread.
@@ -47,9 +49,10 @@ class TransferLoop {
     void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
   };
 
-  explicit TransferLoop(TransferLoopSettings settings);
+  explicit TransferLoop(TransferLoopSettings settings) : settings_(std::move(settings)) {}
 
   void run();
+  bool openLibrary();
   bool takeSubmitted();
   void begin(std::shared_ptr<PendingLoad> load);
   void collectFinished();
@@ -61,13 +64,15 @@ class TransferLoop {
   int waitMilliseconds() const;
 
   const TransferLoopSettings settings_;
-  std::unique_ptr<CURLM, FreeMulti> multi_;
 
-  std::mutex mutex_;  // guards the two below
+  std::mutex mutex_;  // guards the four below
   std::vector<std::shared_ptr<PendingLoad>> submitted_;
   bool ending_ = false;
+  bool refusing_ = false;      // the library could not be loaded
+  CURLM* wakeable_ = nullptr;  // the worker's multi handle, once it can be woken
 
   // The worker's own.
+  std::unique_ptr<CURLM, FreeMulti> multi_;
   Exchanges exchanges_;
   std::set<std::string> originsWithHttp2_;
   std::optional<TrustedRoots> roots_;

@@ -61,17 +61,21 @@ std::string textOrEmpty(const char* text) { return text == nullptr ? std::string
 
 TrustedRoots TrustedRoots::choose(const std::string& chosenFile, const std::string& defaultFile,
                                   const std::string& defaultFolder) {
-  if (!chosenFile.empty()) return {.file = chosenFile, .folder = {}};
-  if (defaultFolder.empty()) return {};
+  const bool isChosen = !chosenFile.empty();
+  const TrustedRoots withoutFolder{.file = chosenFile, .folder = {}};
+  std::error_code error;
+  if (isChosen && !std::filesystem::equivalent(chosenFile, defaultFile, error)) return withoutFolder;
+  if (defaultFolder.empty()) return withoutFolder;
   const std::size_t inFolder = hashedCertificates(defaultFolder);
-  if (inFolder == 0 || inFolder < certificatesInFile(defaultFile)) return {};
+  const std::size_t inFile = certificatesInFile(defaultFile);
+  // Who names a file does not ask for more than it holds.
+  if (inFolder == 0 || inFolder < inFile || (isChosen && inFolder > inFile)) return withoutFolder;
   return {.file = {}, .folder = defaultFolder};
 }
 
 TrustedRoots TrustedRoots::choose(const std::string& chosenFile) {
-  if (!chosenFile.empty()) return {.file = chosenFile, .folder = {}};
   const curl_version_info_data* const library = curl_version_info(CURLVERSION_NOW);
-  if (library->age < CURLVERSION_SEVENTH) return {};  // older libraries do not tell their defaults
+  if (library->age < CURLVERSION_SEVENTH) return {.file = chosenFile, .folder = {}};  // it does not tell its defaults
   return choose(chosenFile, textOrEmpty(library->cainfo), textOrEmpty(library->capath));
 }
 

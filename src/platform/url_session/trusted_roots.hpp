@@ -17,7 +17,7 @@ struct TrustedRoots {
 
   /// `chosenFile` where it is not empty. Else the library's default folder, where it is hashed and holds no fewer
   /// certificates than the library's default file: reading one certificate from it takes microseconds, parsing the
-  /// whole file for each connection 20 ms.
+  /// whole file 20 ms. The same folder where `chosenFile` is the default file itself and the folder holds as many.
   static TrustedRoots choose(const std::string& chosenFile);
 
   /// The same with the library's defaults given. An empty text stands for a default that the library has not.

@@ -50,7 +50,7 @@ class TransferLoop;
 
 class UrlSession {
  public:
-  /// Costs nothing: the worker thread and the HTTP library start with the first load.
+  /// Costs nothing: the worker thread and the HTTP library start with `prepare` or the first load.
   explicit UrlSession(UrlSessionConfiguration configuration);
 
   /// Ends loads under way with `cancelled` and joins the worker thread.
@@ -58,6 +58,9 @@ class UrlSession {
 
   UrlSession(const UrlSession&) = delete;
   UrlSession& operator=(const UrlSession&) = delete;
+
+  /// Lets the worker thread and the HTTP library start beside the caller, for a load that is about to come.
+  void prepare() const { loop(); }
 
   /// Loads and waits for the whole answer. Any number of threads may load at once. A stop request ends the load with
   /// `cancelled` in whatever phase it is.

@@ -40,6 +40,28 @@ TEST_F(TrustedRootsTest, AreTheHashedFolderThatHoldsAllOfTheBundle) {
   EXPECT_EQ(TrustedRoots::choose("", "", path("hashed")), (TrustedRoots{.file = {}, .folder = path("hashed")}));
 }
 
+TEST_F(TrustedRootsTest, AreTheFolderWhereTheChosenFileIsTheDefaultOneByWhateverName) {
+  write("bundle", certificate);
+  write("hashed/0a5ed36f.0", certificate);
+  std::filesystem::create_symlink(path("bundle"), path("link"));
+  for (const char* name : {"bundle", "link"}) {
+    EXPECT_EQ(TrustedRoots::choose(path(name), path("bundle"), path("hashed")),
+              (TrustedRoots{.file = {}, .folder = path("hashed")}));
+  }
+}
+
+TEST_F(TrustedRootsTest, AreTheChosenDefaultFileAloneWhereTheFolderHoldsMoreOrFewer) {
+  write("hashed/0a5ed36f.0", certificate);
+  write("hashed/0a5ed36f.1", certificate);
+  for (const auto& bundle : {certificate, certificate + certificate + certificate}) {
+    write("bundle", bundle);
+    EXPECT_EQ(TrustedRoots::choose(path("bundle"), path("bundle"), path("hashed")),
+              (TrustedRoots{.file = path("bundle"), .folder = {}}));
+  }
+  EXPECT_EQ(TrustedRoots::choose(path("bundle"), path("bundle"), ""),
+            (TrustedRoots{.file = path("bundle"), .folder = {}}));
+}
+
 TEST_F(TrustedRootsTest, AreTheLibrarysDefaultsWhereTheFolderLacksSome) {
   write("bundle", certificate + certificate);
   write("hashed/0a5ed36f.0", certificate);
