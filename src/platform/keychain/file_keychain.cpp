@@ -56,7 +56,7 @@ std::expected<ItemFolder, KeychainStatus> openItemFolder(const std::filesystem::
 
 }  // namespace
 
-FileKeychain::FileKeychain(std::filesystem::path root, Refusals& refusals)
+FileKeychain::FileKeychain(const std::filesystem::path& root, Refusals& refusals)
     : root_(withoutTrailingSlashes(root)), refusals_(refusals) {}
 
 KeychainResult FileKeychain::copyMatching(const KeychainQuery& query) {

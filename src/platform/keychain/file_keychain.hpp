@@ -16,7 +16,7 @@ namespace platform {
 class FileKeychain final : public Keychain {
  public:
   /// `refusals` must outlive this.
-  FileKeychain(std::filesystem::path root, Refusals& refusals);
+  FileKeychain(const std::filesystem::path& root, Refusals& refusals);
 
   KeychainResult copyMatching(const KeychainQuery& query) override;
   KeychainStatus deleteItems(const KeychainQuery& query) override;

@@ -51,7 +51,7 @@ bool Exchange::setHeaders() {
   for (const std::string& line : load_->headers().lines) {
     curl_slist* const longer = curl_slist_append(headers_.get(), line.c_str());
     if (longer == nullptr) return false;
-    headers_.release();  // the longer list begins with the shorter one
+    (void)headers_.release();  // the longer list begins with the shorter one
     headers_.reset(longer);
   }
   return true;

@@ -126,13 +126,13 @@ bool TransferLoop::takeSubmitted() {
     if (ending) {
       load->settle(std::unexpected(cancelledError()));
     } else if (!load->isAbandoned()) {
-      begin(std::move(load));
+      begin(load);
     }
   }
   return !ending;
 }
 
-void TransferLoop::begin(std::shared_ptr<PendingLoad> load) {
+void TransferLoop::begin(const std::shared_ptr<PendingLoad>& load) {
   const auto multiplexing =
       originsWithHttp2_.contains(originOf(load->url())) ? Multiplexing::waitForConnection : Multiplexing::ifConnected;
   auto exchange = Exchange::create(load, settings_.longestBody, rootsFor(load->url()), multiplexing);

@@ -54,7 +54,7 @@ class TransferLoop {
   void run();
   bool openLibrary();
   bool takeSubmitted();
-  void begin(std::shared_ptr<PendingLoad> load);
+  void begin(const std::shared_ptr<PendingLoad>& load);
   void collectFinished();
   void giveUpOverdueAndAbandoned();
   void finish(Exchange& exchange, LoadResult result);

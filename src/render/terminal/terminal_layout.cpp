@@ -225,7 +225,7 @@ void placeRow(Box& box, int width) {
   int x = 0;
   for (std::size_t i = 0; i < shares.size(); ++i) {
     if (isSpacer(box.children[i])) {
-      const int more = left / spacers--;
+      const int more = left / spacers--;  // NOLINT(clang-analyzer-core.DivideZero): counts the spacers met here
       shares[i] += more;
       left -= more;
     }
