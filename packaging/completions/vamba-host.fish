@@ -1,5 +1,5 @@
 # Completion of vamba-host for fish.
-set -l commands gallery placeholder snapshot timeline show watch desktop
+set -l commands gallery placeholder snapshot timeline show watch
 
 complete -c vamba-host -f
 complete -c vamba-host -l help -d 'Tell how to use it'
@@ -11,7 +11,6 @@ complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a snapsho
 complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a timeline -d 'A timeline as JSON'
 complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a show -d 'One board, once'
 complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a watch -d 'The board, kept current'
-complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a desktop -d 'The widgets on the desktop'
 
 complete -c vamba-host -n '__fish_seen_subcommand_from gallery' -l json -d 'As JSON'
 complete -c vamba-host -n '__fish_seen_subcommand_from snapshot' -l preview -d 'The sample of the gallery'
@@ -22,3 +21,4 @@ complete -c vamba-host -n '__fish_seen_subcommand_from watch' -l format -x -a 't
 complete -c vamba-host -n '__fish_seen_subcommand_from show' -l output -r -F -d 'Where to write'
 complete -c vamba-host -n '__fish_seen_subcommand_from show' -l scale -x -d 'Pixels a point'
 complete -c vamba-host -n '__fish_seen_subcommand_from show' -l appearance -x -a 'light dark' -d 'Colours'
+complete -c vamba-host -n '__fish_seen_subcommand_from show' -l outlines -d 'Letters of an SVG as outlines'

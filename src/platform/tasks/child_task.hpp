@@ -27,7 +27,7 @@ class ChildTask {
   /// Waits for the result; called at most once.
   Result await() {
     thread_.join();
-    return std::move(*result_);
+    return std::move(*result_);  // NOLINT(bugprone-unchecked-optional-access): the thread set it before it ended
   }
 
  private:

@@ -30,7 +30,10 @@ std::optional<Uuid> Uuid::parse(std::string_view text) {
   Uuid uuid;
   std::size_t at = 0;
   for (std::uint8_t& byte : uuid.bytes) {
-    if (form[at] == '-' && text[at++] != '-') return std::nullopt;
+    if (form[at] == '-') {
+      if (text[at] != '-') return std::nullopt;
+      ++at;
+    }
     const std::uint8_t high = digitValue(text[at]);
     const std::uint8_t low = digitValue(text[at + 1]);
     if (high == noDigit || low == noDigit) return std::nullopt;

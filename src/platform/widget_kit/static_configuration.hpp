@@ -39,18 +39,19 @@ class StaticConfigurationOf final : public WidgetConfiguration {
   }
 
   void getSnapshot(const TimelineProviderContext& context, Completion<EntryJson> completion) const override {
-    provider_->getSnapshot(context, Completion<Entry>([completion = std::move(completion)](Entry entry) mutable {
+    provider_->getSnapshot(context, Completion<Entry>([completion = std::move(completion)](const Entry& entry) mutable {
                              completion(EntryForm<Entry>::toJson(entry));
                            }));
   }
 
   void getTimeline(const TimelineProviderContext& context, Completion<TimelineJson> completion) const override {
-    provider_->getTimeline(
-        context, Completion<Timeline<Entry>>([completion = std::move(completion)](Timeline<Entry> timeline) mutable {
-          TimelineJson json{.policy = timeline.policy};
-          for (const auto& entry : timeline.entries) json.entries.push_back(EntryForm<Entry>::toJson(entry));
-          completion(std::move(json));
-        }));
+    provider_->getTimeline(context, Completion<Timeline<Entry>>(
+                                        [completion = std::move(completion)](const Timeline<Entry>& timeline) mutable {
+                                          TimelineJson json{.policy = timeline.policy};
+                                          for (const auto& entry : timeline.entries)
+                                            json.entries.push_back(EntryForm<Entry>::toJson(entry));
+                                          completion(std::move(json));
+                                        }));
   }
 
   std::expected<Node, std::string> content(const nlohmann::json& entry, WidgetFamily family) const override {
