@@ -24,7 +24,7 @@ _vamba_host() {
         gallery) words='--json --help' ;;
         snapshot) words='--preview --family --help' ;;
         placeholder | timeline) words='--family --help' ;;
-        show) words='--family --entry --format --output --scale --appearance --outlines --outlines --help' ;;
+        show) words='--family --entry --format --output --scale --appearance --outlines --help' ;;
         watch) words='--family --format --help' ;;
         *) words='--help' ;;
       esac

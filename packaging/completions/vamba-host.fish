@@ -22,4 +22,3 @@ complete -c vamba-host -n '__fish_seen_subcommand_from show' -l output -r -F -d 
 complete -c vamba-host -n '__fish_seen_subcommand_from show' -l scale -x -d 'Pixels a point'
 complete -c vamba-host -n '__fish_seen_subcommand_from show' -l appearance -x -a 'light dark' -d 'Colours'
 complete -c vamba-host -n '__fish_seen_subcommand_from show' -l outlines -d 'Letters of an SVG as outlines'
-complete -c vamba-host -n '__fish_seen_subcommand_from show' -l outlines -d 'Letters of an SVG as outlines'
