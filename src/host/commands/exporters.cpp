@@ -4,7 +4,7 @@
 #include "host/commands/terminal.hpp"
 #include "host/texts/texts.hpp"
 #include "platform/view_tree/node_json.hpp"
-#include "render/picture_library/picture_library.hpp"
+#include "render/picture_library/picture_in_preparation.hpp"
 
 namespace host {
 namespace {
@@ -33,42 +33,49 @@ render::PictureOptions pictureOptions(const Board& board, const CommandLine& lin
           .language = languageTag(userLanguage())};
 }
 
-/// Pictures by the module that is loaded for the first of them.
-template <render::Picture (render::PictureLibrary::*draw)(const platform::Node&, const render::PictureOptions&) const>
-Drawing drawPicture(const Board& board, const CommandLine& line) {
-  if (!line.output && onTerminal())
-    return std::unexpected("a picture is no text for a terminal; name a file with --output");
-  const auto library = render::PictureLibrary::open(render::pictureModulePath(programFolder()));
-  if (!library) return std::unexpected(library.error());
-  auto picture = ((*library).*draw)(localised(board.view), pictureOptions(board, line));
-  if (!picture) return std::unexpected("can't draw the picture: " + std::string(render::describe(picture.error())));
-  return std::move(*picture);
-}
-
 Drawing drawText(const Board& board, const CommandLine& line) {
   return render::drawTerminalBoard(localised(board.view),
                                    line.output ? fileOptions(line.family) : terminalOptions(line.family));
 }
 
-Drawing drawJson(const Board& board, const CommandLine&) { return toJson(board.view).dump() + "\n"; }
+Drawing drawJson(const Board& board) { return toJson(board.view).dump() + "\n"; }
 
-struct Exporter {
-  Format format;
-  Drawing (*draw)(const Board& board, const CommandLine& line);
-};
+/// How the picture library draws the format; null for one that is no picture.
+render::PictureInPreparation::Draw pictureOf(Format format) {
+  switch (format) {
+    case Format::png:
+      return &render::PictureLibrary::drawPng;
+    case Format::svg:
+      return &render::PictureLibrary::drawSvg;
+    case Format::pdf:
+      return &render::PictureLibrary::drawPdf;
+    default:
+      return nullptr;
+  }
+}
 
-constexpr Exporter exporters[] = {{Format::text, drawText},
-                                  {Format::json, drawJson},
-                                  {Format::png, drawPicture<&render::PictureLibrary::drawPng>},
-                                  {Format::svg, drawPicture<&render::PictureLibrary::drawSvg>},
-                                  {Format::pdf, drawPicture<&render::PictureLibrary::drawPdf>}};
+bool pictureForTerminal(const CommandLine& line) {
+  return pictureOf(line.format) != nullptr && !line.output && onTerminal();
+}
 
 }  // namespace
 
-std::expected<std::string, std::string> drawn(const Board& board, const CommandLine& line) {
-  for (const auto& exporter : exporters) {
-    if (exporter.format == line.format) return exporter.draw(board, line);
+Export::Export(const CommandLine& line) : line_(line) {
+  if (pictureOf(line.format) == nullptr || pictureForTerminal(line)) return;
+  picture_ = std::make_unique<render::PictureInPreparation>(render::pictureModulePath(programFolder()),
+                                                            languageTag(userLanguage()));
+}
+
+Export::~Export() = default;
+
+std::expected<std::string, std::string> Export::drawn(const Board& board) {
+  if (pictureForTerminal(line_))
+    return std::unexpected("a picture is no text for a terminal; name a file with --output");
+  if (picture_ != nullptr) {
+    return picture_->finish(pictureOf(line_.format), localised(board.view), pictureOptions(board, line_));
   }
+  if (line_.format == Format::text) return drawText(board, line_);
+  if (line_.format == Format::json) return drawJson(board);
   return std::unexpected("a single board has no such format");
 }
 

@@ -2,10 +2,15 @@
 #pragma once
 
 #include <expected>
+#include <memory>
 #include <string>
 
 #include "host/commands/command_line.hpp"
 #include "platform/view_tree/node.hpp"
+
+namespace render {
+class PictureInPreparation;
+}
 
 namespace host {
 
@@ -16,7 +21,20 @@ struct Board {
   bool sample = false;  ///< a placeholder: pictures draw bars in place of its texts
 };
 
-/// The board in the line's format: what to write, or why not, as a sentence without its full stop.
-std::expected<std::string, std::string> drawn(const Board& board, const CommandLine& line);
+/// One board in the line's format. Made before the board is asked for: what a picture needs loads meanwhile.
+class Export {
+ public:
+  explicit Export(const CommandLine& line);
+  ~Export();
+  Export(const Export&) = delete;
+  Export& operator=(const Export&) = delete;
+
+  /// What to write, or why not, as a sentence without its full stop. Once.
+  std::expected<std::string, std::string> drawn(const Board& board);
+
+ private:
+  const CommandLine& line_;
+  std::unique_ptr<render::PictureInPreparation> picture_;  ///< where the format is one
+};
 
 }  // namespace host

@@ -5,7 +5,9 @@
 #include "host/commands/persistence.hpp"
 
 namespace host {
+
 CommandResult show(ExtensionClient& extension, const CommandLine& line) {
+  Export exporting(line);
   const auto widget = widgetFor(extension, line.family);
   if (!widget) return std::unexpected(widget.error());
   const auto entry = entryFor(extension, widget->kind, line);
@@ -19,7 +21,7 @@ CommandResult show(ExtensionClient& extension, const CommandLine& line) {
   }
 
   const Board board{.view = *view, .title = widget->displayName, .sample = line.entry == "placeholder"};
-  const auto drawing = drawn(board, line);
+  const auto drawing = exporting.drawn(board);
   if (!drawing) return std::unexpected(CommandFailure{exit_status::wrongCommandLine, drawing.error()});
   if (auto written = write(line.output, *drawing); !written) {
     const int status = line.output ? exit_status::wrongCommandLine : exit_status::noAnswer;

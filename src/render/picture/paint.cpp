@@ -8,6 +8,9 @@
 namespace render {
 namespace {
 
+/// From so many device pixels a point on, sixteen shades of an edge look like two hundred, in a third of the time.
+constexpr double densePixels = 1.75;
+
 class Painter {
  public:
   Painter(cairo_t* cairo, Drawing& drawing, const PaintStyle& style)
@@ -102,6 +105,7 @@ class Painter {
     } else {
       cairo_move_to(cairo_, 0, 0);
       pango_cairo_layout_line_path(cairo_, line.line);
+      cairo_set_antialias(cairo_, style_.pixels >= densePixels ? CAIRO_ANTIALIAS_FAST : CAIRO_ANTIALIAS_GOOD);
       fill(colour);
     }
     cairo_restore(cairo_);

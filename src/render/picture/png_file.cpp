@@ -17,21 +17,25 @@ void append(png_structp png, png_bytep bytes, png_size_t count) {
 void nothingToFlush(png_structp) {}
 void keepSilent(png_structp, png_const_charp) {}
 
-/// A row in the file's order: red, green, blue, opacity, the colours no longer multiplied.
+/// The pixel's colours, no longer multiplied by its opacity, as red, green, blue, opacity from the highest byte down.
+std::uint32_t unmultiplied(std::uint32_t pixel) {
+  const std::uint32_t opacity = pixel >> 24U;
+  if (opacity == 0) return 0;
+  const auto channel = [&](unsigned shift) { return ((pixel >> shift & 0xFFU) * 255 + opacity / 2) / opacity; };
+  return channel(16) << 24U | channel(8) << 16U | channel(0) << 8U | opacity;
+}
+
+/// A row in the file's order: red, green, blue, opacity.
 void unpack(const unsigned char* row, std::uint32_t width, unsigned char* out) {
   for (std::uint32_t x = 0; x < width; ++x, row += 4, out += 4) {
     std::uint32_t pixel = 0;
     std::memcpy(&pixel, row, sizeof pixel);
-    const std::uint32_t opacity = pixel >> 24U;
-    const auto channel = [&](unsigned shift) {
-      const std::uint32_t value = pixel >> shift & 0xFFU;
-      if (opacity == 0xFF) return static_cast<unsigned char>(value);
-      return static_cast<unsigned char>(opacity == 0 ? 0 : (value * 255 + opacity / 2) / opacity);
-    };
-    out[0] = channel(16);
-    out[1] = channel(8);
-    out[2] = channel(0);
-    out[3] = static_cast<unsigned char>(opacity);
+    const bool opaque = pixel >= 0xFF000000U;
+    const std::uint32_t ordered = opaque ? pixel << 8U | 0xFFU : unmultiplied(pixel);
+    out[0] = static_cast<unsigned char>(ordered >> 24U);
+    out[1] = static_cast<unsigned char>(ordered >> 16U);
+    out[2] = static_cast<unsigned char>(ordered >> 8U);
+    out[3] = static_cast<unsigned char>(ordered);
   }
 }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "render/picture_library/picture_in_preparation.hpp"
 #include "render/support/sample_boards.hpp"
 
 namespace render {
@@ -39,6 +40,25 @@ TEST(PictureLibrary, SaysWhyThereIsNone) {
   const auto other = PictureLibrary::open("libm.so.6");
   ASSERT_FALSE(other);
   EXPECT_EQ(other.error(), "the picture module libm.so.6 is of another version");
+}
+
+TEST(PictureInPreparation, IsThePictureThatTheLibraryDraws) {
+  const auto tree = board(sampleContent(State::full, Language::polish, 3), Family::medium);
+  PictureInPreparation prepared(VAMBA_PICTURE_MODULE, "pl");
+  const auto picture = prepared.finish(&PictureLibrary::drawPng, tree, {.language = "pl"});
+  ASSERT_TRUE(picture) << picture.error();
+  EXPECT_TRUE(*picture == PictureLibrary::open(VAMBA_PICTURE_MODULE)->drawPng(tree, {.language = "pl"}).value());
+}
+
+TEST(PictureInPreparation, MayBeGivenUp) { const PictureInPreparation prepared(VAMBA_PICTURE_MODULE, "pl"); }
+
+TEST(PictureInPreparation, SaysWhyThereIsNone) {
+  const platform::Node tree{.kind = platform::SpacerNode{}};
+  PictureInPreparation missing("/nonexistent/vamba-pictures.so", "pl");
+  EXPECT_THAT(missing.finish(&PictureLibrary::drawPng, tree, {}).error(), HasSubstr("/nonexistent/"));
+  PictureInPreparation outOfRange(VAMBA_PICTURE_MODULE, "");
+  EXPECT_EQ(outOfRange.finish(&PictureLibrary::drawSvg, tree, {.scale = 0}).error(),
+            "can't draw the picture: the scale is out of range");
 }
 
 TEST(PictureModulePath, IsBesideTheProgramOrInLibexec) {
