@@ -48,6 +48,11 @@ ExtensionTest::ExtensionTest() {
 }
 
 void ExtensionTest::TearDown() {
+  // A sanitizer tells what it found by the status.
+  if (extension_ && !extension_->exitStatus(0s)) {
+    extension_->closeInput();
+    EXPECT_EQ(extension_->exitStatus(), 0) << extension_->diagnostics();
+  }
   for (const auto& each : fs::recursive_directory_iterator(privateFolder())) {
     EXPECT_TRUE(each.is_directory() && each.path().parent_path() == privateFolder()) << each.path() << " was written";
   }

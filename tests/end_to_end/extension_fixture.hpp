@@ -59,7 +59,7 @@ class ItemFolder {
 class ExtensionTest : public testing::Test {
  protected:
   ExtensionTest();
-  /// The extension writes nothing: the person's folders are as empty as they were.
+  /// The process ends well, and the person's folders are as empty as they were: the extension writes nothing.
   void TearDown() override;
 
   /// The process, started at the first use with `environment` as it is then.
