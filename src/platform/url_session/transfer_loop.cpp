@@ -8,6 +8,7 @@
 #include <utility>
 
 #include <curl/curl.h>
+#include <openssl/ssl.h>
 
 #include "platform/url_session/curl_error.hpp"
 
@@ -17,9 +18,12 @@ namespace {
 // A session talks to a handful of origins; past this many, what was learnt is forgotten rather than kept for ever.
 constexpr std::size_t mostRememberedOrigins = 64;
 
-// Loaded once for the life of the process and never unloaded: other code in the process may use the library too.
+// Loaded once for the life of the process and never unloaded: other code in the process may use the library too. Left
+// to itself, the TLS library takes itself down before those sessions that were made before it was loaded, which then
+// close their connections without it.
 bool libraryIsLoaded() {
-  static const bool loaded = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+  static const bool loaded =
+      OPENSSL_init_ssl(OPENSSL_INIT_NO_ATEXIT, nullptr) == 1 && curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
   return loaded;
 }
 
