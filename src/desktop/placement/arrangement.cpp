@@ -1,0 +1,74 @@
+#include "desktop/placement/arrangement.hpp"
+
+#include <algorithm>
+
+#include "desktop/placement/free_spot.hpp"
+
+namespace desktop {
+namespace {
+
+/// How far a copy is from where it belongs; those that are at home have the first choice of the room.
+enum class Fit { exact, clamped, elsewhere };
+
+struct Wish {
+  Arranged wanted;
+  Fit fit = Fit::exact;
+};
+
+std::vector<Wish> wishes(const Placements& placements, std::span<const Monitor> monitors, FamilySizes sizes) {
+  std::vector<Wish> result;
+  const auto primary = primaryMonitor(monitors);
+  if (!primary) return result;
+  for (const Placed& placed : placements.all()) {
+    const auto size = sizes(placed.family);
+    if (!size) continue;
+    const auto own = findMonitor(placed.place.monitor, monitors);
+    const std::size_t monitor = own.value_or(*primary);
+    const Rect& area = monitors[monitor].area;
+    const Rect rect = rectAt(originOf(placed.place, *size, area), *size);
+    const bool fits = clampedOrigin(rect, area) == rect.origin();
+    result.push_back({{placed.id, monitor, rect}, !own ? Fit::elsewhere : fits ? Fit::exact : Fit::clamped});
+  }
+  return result;
+}
+
+std::vector<Rect> rectsOn(std::size_t monitor, std::span<const Arranged> arranged) {
+  std::vector<Rect> rects;
+  for (const Arranged& copy : arranged) {
+    if (copy.monitor == monitor) rects.push_back(copy.rect);
+  }
+  return rects;
+}
+
+}  // namespace
+
+std::vector<Arranged> arrange(const Placements& placements, std::span<const Monitor> monitors, FamilySizes sizes) {
+  const auto all = wishes(placements, monitors, sizes);
+  std::vector<Arranged> settled;
+  for (const Fit fit : {Fit::exact, Fit::clamped, Fit::elsewhere}) {
+    for (const Wish& wish : all) {
+      if (wish.fit != fit) continue;
+      Arranged copy = wish.wanted;
+      if (fit != Fit::exact) {
+        const Rect& area = monitors[copy.monitor].area;
+        const auto free = nearestFreeSpot(copy.rect, rectsOn(copy.monitor, settled), area);
+        copy.rect = rectAt(free.value_or(clampedOrigin(copy.rect, area)), copy.rect.size());
+      }
+      settled.push_back(copy);
+    }
+  }
+  std::vector<Arranged> result;
+  for (const Wish& wish : all) result.push_back(*std::ranges::find(settled, wish.wanted.id, &Arranged::id));
+  return result;
+}
+
+std::optional<Place> placeForNew(Size size, const Placements& placements, std::span<const Monitor> monitors,
+                                 FamilySizes sizes) {
+  const auto primary = primaryMonitor(monitors);
+  if (!primary) return std::nullopt;
+  const Monitor& monitor = monitors[*primary];
+  const auto others = rectsOn(*primary, arrange(placements, monitors, sizes));
+  return placeOf(rectAt(spotForNew(size, others, monitor.area), size), monitor);
+}
+
+}  // namespace desktop

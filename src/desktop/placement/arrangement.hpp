@@ -1,0 +1,37 @@
+// Where each placed copy is on the monitors of the moment. The stored places stay as they are, so a copy returns to its
+// own monitor when that comes back.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include <absl/functional/function_ref.h>
+
+#include "desktop/placement/placements.hpp"
+
+namespace desktop {
+
+/// The size of a family in points; none for a family that can't be shown.
+using FamilySizes = absl::FunctionRef<std::optional<Size>(std::string_view family)>;
+
+struct Arranged {
+  int id = 0;               ///< of the copy
+  std::size_t monitor = 0;  ///< index of the monitor it is on now
+  Rect rect;
+  bool operator==(const Arranged&) const = default;
+};
+
+/// In the order of the placements. Copies whose own monitor is there and shows them wholly are exactly at their place,
+/// even one over another if someone put them so. The others are on their own monitor as far as it reaches, or on the
+/// primary one (else the first) for the time being: wholly visible, or from the top left corner where too large, and
+/// over no other copy as long as there is room. Copies of an unknown family, and all where there is no monitor, are not
+/// in the result.
+std::vector<Arranged> arrange(const Placements& placements, std::span<const Monitor> monitors, FamilySizes sizes);
+
+/// Where a further widget goes (`spotForNew`) on the primary monitor. None where there is no monitor.
+std::optional<Place> placeForNew(Size size, const Placements& placements, std::span<const Monitor> monitors,
+                                 FamilySizes sizes);
+
+}  // namespace desktop

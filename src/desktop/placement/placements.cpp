@@ -1,0 +1,42 @@
+#include "desktop/placement/placements.hpp"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace desktop {
+
+const Placed* Placements::find(int id) const {
+  const auto found = std::ranges::find(all_, id, &Placed::id);
+  return found == all_.end() ? nullptr : &*found;
+}
+
+Placed* Placements::copy(int id) {
+  const auto found = std::ranges::find(all_, id, &Placed::id);
+  return found == all_.end() ? nullptr : &*found;
+}
+
+int Placements::add(std::string kind, std::string family, Place place) {
+  int id = 1;
+  for (const Placed& placed : all_) {
+    if (placed.id < std::numeric_limits<int>::max()) id = std::max(id, placed.id + 1);
+  }
+  // Only after a file with the largest id of all.
+  while (find(id) != nullptr) id = id == std::numeric_limits<int>::max() ? 1 : id + 1;
+  all_.push_back({id, std::move(kind), std::move(family), std::move(place)});
+  return id;
+}
+
+void Placements::remove(int id) {
+  std::erase_if(all_, [id](const Placed& placed) { return placed.id == id; });
+}
+
+void Placements::setFamily(int id, std::string family) {
+  if (Placed* placed = copy(id)) placed->family = std::move(family);
+}
+
+void Placements::setPlace(int id, Place place) {
+  if (Placed* placed = copy(id)) placed->place = std::move(place);
+}
+
+}  // namespace desktop

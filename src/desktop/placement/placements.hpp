@@ -1,0 +1,48 @@
+// The copies of widgets that a person placed, as a value: which, in which size, where. Where they are on the monitors
+// of the moment is the arrangement's matter, the file that keeps them the store's.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "desktop/placement/place.hpp"
+
+namespace desktop {
+
+struct Placed {
+  int id = 0;          ///< from 1, of this copy as long as it is placed
+  std::string kind;    ///< of the widget, as the extension declares it
+  std::string family;  ///< "systemSmall", as in the extension protocol
+  Place place;
+  bool operator==(const Placed&) const = default;
+};
+
+/// In the order in which they were added.
+class Placements {
+ public:
+  Placements() = default;
+  /// Each with an id of its own, from 1.
+  explicit Placements(std::vector<Placed> all) : all_(std::move(all)) {}
+
+  std::span<const Placed> all() const { return all_; }
+  bool empty() const { return all_.empty(); }
+  const Placed* find(int id) const;
+
+  /// The new copy's id.
+  int add(std::string kind, std::string family, Place place);
+
+  /// These change nothing where no copy has the id.
+  void remove(int id);
+  void setFamily(int id, std::string family);
+  void setPlace(int id, Place place);
+
+  bool operator==(const Placements&) const = default;
+
+ private:
+  Placed* copy(int id);
+
+  std::vector<Placed> all_;
+};
+
+}  // namespace desktop

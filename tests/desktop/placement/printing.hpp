@@ -1,0 +1,35 @@
+// How places look in a failed expectation, and the sizes that the tests place.
+#pragma once
+
+#include <optional>
+#include <ostream>
+#include <string_view>
+
+#include "desktop/placement/arrangement.hpp"
+
+namespace desktop {
+
+inline std::ostream& operator<<(std::ostream& out, const Point& point) { return out << point.x << "," << point.y; }
+inline std::ostream& operator<<(std::ostream& out, const Rect& rect) {
+  return out << rect.width << "x" << rect.height << "+" << rect.x << "+" << rect.y;
+}
+inline std::ostream& operator<<(std::ostream& out, const Arranged& arranged) {
+  return out << "copy " << arranged.id << " on monitor " << arranged.monitor << " at " << arranged.rect;
+}
+inline std::ostream& operator<<(std::ostream& out, const Place& place) {
+  return out << place.monitor.make << " " << place.monitor.model << " " << place.monitor.serial << " "
+             << place.monitor.connector << " corner " << static_cast<int>(place.corner) << " inset " << place.inset;
+}
+
+inline constexpr Size smallSize{240, 240};
+inline constexpr Size mediumSize{480, 240};
+inline constexpr Size largeSize{480, 480};
+
+inline std::optional<Size> sizeOf(std::string_view family) {
+  if (family == "systemSmall") return smallSize;
+  if (family == "systemMedium") return mediumSize;
+  if (family == "systemLarge") return largeSize;
+  return std::nullopt;
+}
+
+}  // namespace desktop
