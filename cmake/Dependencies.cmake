@@ -20,7 +20,6 @@ function(vamba_archived_dependency name module)
 endfunction()
 
 vamba_pkg_config_dependency(curl libcurl)
-vamba_pkg_config_dependency(simdjson simdjson)
 vamba_pkg_config_dependency(uriparser liburiparser)
 vamba_archived_dependency(utf8proc libutf8proc)
 vamba_archived_dependency(uuid uuid)

@@ -6,6 +6,10 @@ option(VAMBA_FUZZERS "Build the fuzzers (clang only)" OFF)
 option(VAMBA_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 set(VAMBA_SANITIZE "" CACHE STRING "Sanitizers to build with: 'address,undefined' or 'thread'")
 
+include(CMakeDependentOption)
+cmake_dependent_option(VAMBA_STATIC_CXX_RUNTIME "Link the C++ runtime into the programs, which then start faster" ON
+  "NOT VAMBA_SANITIZE" OFF) # the sanitizers replace parts of the shared one
+
 set(CMAKE_CXX_STANDARD 23)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -27,6 +31,10 @@ target_compile_options(vamba_compile_options INTERFACE
   -Wno-missing-field-initializers # designated initialisers leave defaulted members out on purpose
   $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> # g++ 12 sees moved-from variants as uninitialised
   $<$<BOOL:${VAMBA_WARNINGS_AS_ERRORS}>:-Werror>)
+add_library(vamba_cxx_runtime INTERFACE)
+if(VAMBA_STATIC_CXX_RUNTIME)
+  target_link_options(vamba_cxx_runtime INTERFACE -static-libstdc++ -static-libgcc)
+endif()
 if(VAMBA_SANITIZE)
   target_compile_options(vamba_compile_options INTERFACE
     -fsanitize=${VAMBA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

@@ -16,7 +16,7 @@ function(vamba_program name)
   add_executable(${name} ${ARG_SOURCES})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src)
-  target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} vamba_compile_options)
+  target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} vamba_compile_options vamba_cxx_runtime)
 endfunction()
 
 # vamba_test(NAME SOURCES file... DEPENDS target... [LABELS label...])

@@ -1,6 +1,6 @@
 #include "api/klient.hpp"
 
-#include <simdjson.h>
+#include "platform/utf8/utf8.hpp"
 
 namespace widzety {
 
@@ -30,7 +30,7 @@ std::expected<std::string, BladApi> KlientApi::pobierzTresc(std::string_view sci
     return std::unexpected(BladApi::wygaslo());
   }
   if (status < 200 || status > 299) {
-    if (!simdjson::validate_utf8(tresc)) tresc.clear();
+    if (!platform::isUtf8(tresc)) tresc.clear();
     return std::unexpected(BladApi::serwer(status, std::move(tresc)));
   }
   return std::move(tresc);

@@ -1,6 +1,6 @@
 #include "api/pek_kluczy.hpp"
 
-#include <simdjson.h>
+#include "platform/utf8/utf8.hpp"
 
 namespace widzety {
 namespace {
@@ -24,7 +24,7 @@ std::optional<std::string> PekKluczy::czytaj(std::string_view konto) const {
   query.emplace_back(platform::KeychainKey::matchLimit, platform::MatchLimit::one);
   auto [status, data] = magazyn_->copyMatching(query);
   if (status != platform::KeychainStatus::success || !data) return std::nullopt;
-  if (!simdjson::validate_utf8(*data)) return std::nullopt;
+  if (!platform::isUtf8(*data)) return std::nullopt;
   return std::move(data);
 }
 

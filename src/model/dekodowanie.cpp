@@ -56,17 +56,17 @@ platform::JsonDecoder zrobDekoder() {
 }
 
 std::expected<std::vector<ZadanieMoje>, platform::DecodingError> dekodujZadania(const platform::JsonDecoder& dekoder,
-                                                                                const platform::JsonBody& tresc) {
+                                                                                std::string_view tresc) {
   return dekoder.decode<std::vector<ZadanieMoje>>(tresc);
 }
 
 std::expected<std::vector<SpotkaniePlanowane>, platform::DecodingError> dekodujSpotkania(
-    const platform::JsonDecoder& dekoder, const platform::JsonBody& tresc) {
+    const platform::JsonDecoder& dekoder, std::string_view tresc) {
   return dekoder.decode<std::vector<SpotkaniePlanowane>>(tresc);
 }
 
 std::expected<Skrzynka, platform::DecodingError> dekodujSkrzynke(const platform::JsonDecoder& dekoder,
-                                                                 const platform::JsonBody& tresc) {
+                                                                 std::string_view tresc) {
   return dekoder.decode<Skrzynka>(tresc);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <expected>
+#include <string_view>
 #include <vector>
 
 #include "model/rekordy.hpp"
@@ -22,12 +23,12 @@ platform::JsonDecoder zrobDekoder();
 
 /// "/moje/zadania": an array of tasks.
 std::expected<std::vector<ZadanieMoje>, platform::DecodingError> dekodujZadania(const platform::JsonDecoder& dekoder,
-                                                                                const platform::JsonBody& tresc);
+                                                                                std::string_view tresc);
 /// "/spotkania-planowane": an array of meetings.
 std::expected<std::vector<SpotkaniePlanowane>, platform::DecodingError> dekodujSpotkania(
-    const platform::JsonDecoder& dekoder, const platform::JsonBody& tresc);
+    const platform::JsonDecoder& dekoder, std::string_view tresc);
 /// "/skrzynka": one inbox.
 std::expected<Skrzynka, platform::DecodingError> dekodujSkrzynke(const platform::JsonDecoder& dekoder,
-                                                                 const platform::JsonBody& tresc);
+                                                                 std::string_view tresc);
 
 }  // namespace widzety

@@ -3,12 +3,12 @@
 #pragma once
 
 #include <expected>
+#include <string_view>
 #include <utility>
 
 #include <absl/functional/function_ref.h>
 
 #include "platform/json_decoding/decoding_error.hpp"
-#include "platform/json_decoding/json_body.hpp"
 #include "platform/json_decoding/json_value.hpp"
 
 namespace platform {
@@ -21,7 +21,7 @@ class JsonDecoder {
   /// The whole body as one T. A body that is not JSON, anywhere, is corrupted data at the root, whatever was asked for;
   /// so is one whose arrays and objects are nested more than 512 deep.
   template <typename T>
-  std::expected<T, DecodingError> decode(const JsonBody& body) const {
+  std::expected<T, DecodingError> decode(std::string_view body) const {
     std::expected<T, DecodingError> result;
     Decoded decoded = withRoot(body, [&](const JsonValue& root) { return decodeInto(root, *result); });
     if (!decoded) result = std::unexpected(std::move(decoded).error());
@@ -29,7 +29,7 @@ class JsonDecoder {
   }
 
  private:
-  Decoded withRoot(const JsonBody& body, absl::FunctionRef<Decoded(const JsonValue&)> read) const;
+  Decoded withRoot(std::string_view body, absl::FunctionRef<Decoded(const JsonValue&)> read) const;
 
   DateStrategy dates_;
 };

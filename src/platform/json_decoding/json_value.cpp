@@ -1,16 +1,14 @@
 #include "platform/json_decoding/json_value.hpp"
 
-#include <simdjson.h>
-
-#include "platform/json_decoding/json_grammar.hpp"
+#include "platform/json_decoding/json_extent.hpp"
 #include "platform/json_decoding/json_number.hpp"
 #include "platform/json_decoding/json_string.hpp"
 
 namespace platform {
 namespace {
 
-std::string_view typeName(std::string_view token) {
-  switch (token.front()) {
+std::string_view typeName(std::string_view value) {
+  switch (value.front()) {
     case '[':
       return "an array";
     case '{':
@@ -25,14 +23,35 @@ std::string_view typeName(std::string_view token) {
   }
 }
 
+std::string_view withoutQuotes(std::string_view string) { return string.substr(1, string.size() - 2); }
+
 std::unexpected<DecodingError> corrupted(std::string description) {
   return std::unexpected(DecodingError{DecodingError::Kind::dataCorrupted, {}, std::move(description)});
 }
 
-/// The body has been checked as a whole before, so that the parser has nothing left to complain of.
-std::unexpected<DecodingError> parserFailed(simdjson::error_code error) {
-  return corrupted(simdjson::error_message(error));
-}
+/// A container's items from front to back: elements, or keys and values in turn.
+class Items {
+ public:
+  explicit Items(std::string_view container) : rest_(container) { skipPunctuation(); }
+
+  bool areOver() const { return rest_.starts_with(']') || rest_.starts_with('}'); }
+
+  std::string_view take() {
+    const std::string_view item = valueInFront(rest_);
+    rest_.remove_prefix(item.size());
+    skipPunctuation();
+    return item;
+  }
+
+ private:
+  /// The bracket that opens the container, or what stands between an item and the next one.
+  void skipPunctuation() {
+    rest_ = withoutBlanksInFront(rest_);
+    if (!areOver()) rest_ = withoutBlanksInFront(rest_.substr(1));
+  }
+
+  std::string_view rest_;
+};
 
 }  // namespace
 
@@ -46,14 +65,14 @@ std::unexpected<DecodingError> JsonValue::mismatch(std::string_view expected) co
   } else {
     error.kind = DecodingError::Kind::typeMismatch;
     error.description += ", found ";
-    error.description += typeName(token_);
+    error.description += typeName(text_);
   }
   return std::unexpected(std::move(error));
 }
 
 std::optional<std::string_view> JsonValue::quoted() const {
-  if (!token_.starts_with('"')) return std::nullopt;
-  return token_.substr(1, token_.size() - 2);
+  if (!text_.starts_with('"')) return std::nullopt;
+  return withoutQuotes(text_);
 }
 
 std::expected<std::string, DecodingError> JsonValue::text() const {
@@ -66,11 +85,11 @@ std::expected<std::string, DecodingError> JsonValue::text() const {
 }
 
 std::expected<std::int64_t, DecodingError> JsonValue::integer() const {
-  const bool isNumber = token_.starts_with('-') || (token_.front() >= '0' && token_.front() <= '9');
+  const bool isNumber = text_.starts_with('-') || (text_.front() >= '0' && text_.front() <= '9');
   if (!isNumber) return mismatch("an integer");
-  const std::optional<std::int64_t> value = integerOfJsonNumber(token_);
+  const std::optional<std::int64_t> value = integerOfJsonNumber(text_);
   // A number's text may be as long as the body; the first digits tell enough.
-  if (!value) return corrupted("not an integer of 64 bits: " + std::string(token_.substr(0, 40)));
+  if (!value) return corrupted("not an integer of 64 bits: " + std::string(text_.substr(0, 40)));
   return *value;
 }
 
@@ -97,36 +116,22 @@ std::expected<absl::Time, DecodingError> JsonValue::date() const {
 }
 
 Decoded JsonValue::forEachElement(absl::FunctionRef<bool(const JsonValue&)> read) const {
-  if (!token_.starts_with('[')) return mismatch("an array");
-  simdjson::ondemand::array elements;
-  if (const auto error = static_cast<simdjson::ondemand::value*>(container_)->get_array().get(elements)) {
-    return parserFailed(error);
-  }
-  for (auto element : elements) {
-    if (element.error()) return parserFailed(element.error());
-    simdjson::ondemand::value& value = element.value_unsafe();
-    if (!read({trimmedToken(value.raw_json_token()), &value, body_, *dates_})) break;
+  if (!text_.starts_with('[')) return mismatch("an array");
+  for (Items elements(text_); !elements.areOver();) {
+    if (!read(JsonValue(elements.take(), *dates_))) break;
   }
   return {};
 }
 
 Decoded JsonValue::forEachField(absl::FunctionRef<void(std::string_view key, const JsonValue&)> read) const {
-  if (!token_.starts_with('{')) return mismatch("an object");
-  simdjson::ondemand::object fields;
-  if (const auto error = static_cast<simdjson::ondemand::value*>(container_)->get_object().get(fields)) {
-    return parserFailed(error);
-  }
-  for (auto field : fields) {
-    if (field.error()) return parserFailed(field.error());
-    const char* start = field.value_unsafe().key().raw();
-    const auto left = static_cast<std::size_t>(body_.data() + body_.size() - start);
-    const std::string_view key = untilClosingQuote({start, left});
-    simdjson::ondemand::value& value = field.value_unsafe().value();
-    const JsonValue fieldValue(trimmedToken(value.raw_json_token()), &value, body_, *dates_);
+  if (!text_.starts_with('{')) return mismatch("an object");
+  for (Items items(text_); !items.areOver();) {
+    const std::string_view key = withoutQuotes(items.take());
+    const JsonValue value(items.take(), *dates_);
     if (!key.contains('\\')) {
-      read(key, fieldValue);
+      read(key, value);
     } else if (const std::optional<std::string> plainKey = unescaped(key)) {
-      read(*plainKey, fieldValue);
+      read(*plainKey, value);
     }
     // A key with half a surrogate pair is no text, hence no key that anyone could ask for.
   }

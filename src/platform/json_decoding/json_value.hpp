@@ -1,5 +1,5 @@
 // One value of a JSON body that has been checked, as those who decode records see it: asked for one type, it gives it
-// or says why not. A value lives only during the call that hands it out, and containers are read once, front to back.
+// or says why not. A view of the body's text, which must outlive it.
 #pragma once
 
 #include <cstdint>
@@ -26,11 +26,10 @@ using DateStrategy = std::function<std::expected<absl::Time, DecodingError>(std:
 
 class JsonValue {
  public:
-  /// `token` is the value's first token; `container` the parser's own value behind an array or object.
-  JsonValue(std::string_view token, void* container, std::string_view body, const DateStrategy& dates)
-      : token_(token), container_(container), body_(body), dates_(&dates) {}
+  /// `text` is the whole value as it stands in the body, without blanks around it.
+  JsonValue(std::string_view text, const DateStrategy& dates) : text_(text), dates_(&dates) {}
 
-  bool isNull() const { return token_ == "null"; }
+  bool isNull() const { return text_ == "null"; }
 
   std::expected<std::string, DecodingError> text() const;
   /// A number that is integral and fits, however it is written; the others are corrupted data.
@@ -48,9 +47,7 @@ class JsonValue {
   std::unexpected<DecodingError> mismatch(std::string_view expected) const;
   std::optional<std::string_view> quoted() const;
 
-  std::string_view token_;
-  void* container_;
-  std::string_view body_;
+  std::string_view text_;
   const DateStrategy* dates_;
 };
 
