@@ -1,17 +1,39 @@
 #include "support/child_process.hpp"
 
+#include <algorithm>
 #include <array>
+#include <cerrno>
 #include <stdexcept>
 #include <utility>
 
 #include <fcntl.h>
-#include <signal.h>
+#include <poll.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/file_descriptor.hpp"
+
 namespace support {
 namespace {
+
+using Clock = std::chrono::steady_clock;
+
+int millisecondsUntil(Clock::time_point end) {
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+  return static_cast<int>(std::max<decltype(left)>(left, 0));
+}
+
+/// Whether there is something to read, or an end.
+bool awaitInput(int descriptor, Clock::time_point end) {
+  pollfd polled{descriptor, POLLIN, 0};
+  int ready = 0;
+  do {
+    ready = poll(&polled, 1, millisecondsUntil(end));
+  } while (ready < 0 && errno == EINTR);
+  return ready > 0;
+}
 
 std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
   std::vector<char*> pointers;
@@ -28,7 +50,7 @@ std::array<int, 2> makePipe() {
 
 }  // namespace
 
-ChildProcess::ChildProcess(const Start& start) {
+ChildProcess::ChildProcess(const Start& start) : endSignal_(start.endSignal) {
   const auto arguments = pointersTo(start.command);
   const auto environment = pointersTo(start.environment);
   const auto input = makePipe();
@@ -61,31 +83,56 @@ ChildProcess::ChildProcess(const Start& start) {
   if (started) return;
   if (process_ > 0) waitpid(process_, nullptr, 0);
   close(output_);
-  throw std::runtime_error("cannot start " + start.command.front() + "; is it installed?");
+  throw std::runtime_error(
+      "cannot start " + start.command.front() +
+      (start.package.empty() ? std::string("; is it installed?") : ": apt-get install " + start.package));
 }
 
 ChildProcess::ChildProcess(ChildProcess&& other) noexcept
-    : process_(std::exchange(other.process_, -1)), output_(std::exchange(other.output_, -1)) {}
+    : process_(std::exchange(other.process_, -1)),
+      output_(std::exchange(other.output_, -1)),
+      endSignal_(other.endSignal_) {}
 
 ChildProcess::~ChildProcess() {
   if (process_ < 0) return;
-  kill(process_, SIGKILL);
+  if (endSignal_ != SIGKILL) {
+    ::kill(process_, endSignal_);
+    endsWithin(std::chrono::seconds(10));
+  }
+  ::kill(process_, SIGKILL);
   waitpid(process_, nullptr, 0);
   close(output_);
 }
 
-std::string ChildProcess::firstLine() {
+bool ChildProcess::endsWithin(Clock::duration patience) const {
+  const FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, process_, 0)));
+  return awaitInput(process.get(), Clock::now() + patience);
+}
+
+bool ChildProcess::hasEnded() const { return endsWithin({}); }
+
+void ChildProcess::kill() {
+  ::kill(process_, SIGKILL);
+  endsWithin(std::chrono::seconds(10));
+}
+
+std::string ChildProcess::firstLine(Clock::duration patience) {
+  const auto end = Clock::now() + patience;
   std::string line;
   char c = 0;
-  while (read(output_, &c, 1) == 1 && c != '\n') line += c;
+  while (awaitInput(output_, end)) {
+    if (read(output_, &c, 1) != 1) break;
+    if (c == '\n') return line;
+    line += c;
+  }
   return line;
 }
 
 void ChildProcess::freeze() {
-  kill(process_, SIGSTOP);
+  ::kill(process_, SIGSTOP);
   waitpid(process_, nullptr, WUNTRACED);
 }
 
-void ChildProcess::thaw() { kill(process_, SIGCONT); }
+void ChildProcess::thaw() { ::kill(process_, SIGCONT); }
 
 }  // namespace support

@@ -1,6 +1,8 @@
 // A program that a test starts and that ends with it, however the test ends.
 #pragma once
 
+#include <chrono>
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,8 @@ class ChildProcess {
     std::vector<std::string> environment;  // "NAME=value"; nothing else is handed on
     std::string input;                     // its standard input, at most a pipe's capacity
     std::string errorFile = {};            // for its standard error; empty: the test's own
+    std::string package = {};              // Debian's, to name where the program is missing
+    int endSignal = SIGKILL;               // any other is followed by SIGKILL where it does not help
   };
 
   /// Throws std::runtime_error, naming the program, where it cannot be started.
@@ -23,16 +27,26 @@ class ChildProcess {
   ChildProcess& operator=(ChildProcess&&) = delete;
   ~ChildProcess();
 
-  /// The first line on its standard output, without the line end; empty when it ended before.
-  std::string firstLine();
+  pid_t id() const { return process_; }
+  bool hasEnded() const;
+
+  /// The first line on its standard output, without the line end; empty when it ended before or the time is over.
+  std::string firstLine(std::chrono::steady_clock::duration patience = std::chrono::seconds(30));
 
   /// Returns when the program has stopped.
   void freeze();
   void thaw();
 
+  /// Ends it at once, as a crash would.
+  void kill();
+
  private:
+  /// Whether it has ended by then.
+  bool endsWithin(std::chrono::steady_clock::duration patience) const;
+
   pid_t process_ = -1;
   int output_ = -1;
+  int endSignal_ = SIGKILL;
 };
 
 }  // namespace support

@@ -13,11 +13,9 @@
 
 #include "support/file_descriptor.hpp"
 #include "support/temporary_folder.hpp"
+#include "support/waiting.hpp"
 
 namespace support {
-
-/// What a loaded machine may take at most for what needs no waiting.
-inline constexpr std::chrono::seconds longPatience{30};
 
 class ExtensionUnderTest {
  public:

@@ -7,7 +7,6 @@
 #include <memory>
 #include <stdexcept>
 #include <string_view>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -56,75 +55,39 @@ void writeFile(const fs::path& path, std::string_view text) {
   fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
 }
 
-std::vector<std::string> lines(const std::map<std::string, std::string>& variables) {
-  std::vector<std::string> result;
-  for (const auto& [name, value] : variables) result.push_back(name + "=" + value);
-  const char* path = std::getenv("PATH");
-  result.push_back(std::string("PATH=") + (path == nullptr ? "/usr/bin:/bin" : path));
-  return result;
-}
-
 }  // namespace
 
 SecretServiceSession::SecretServiceSession(Activation activation) {
   const fs::path root = folder_.path(".");
-  for (const char* name : {"home", "run", "services"}) {
-    fs::create_directory(root / name);
-    fs::permissions(root / name, fs::perms::owner_all);
-  }
   writeFile(root / "password", password);
+  std::map<std::string, std::string> services;
   if (activation != Activation::none) {
     // The silent one reads a pipe whose other end this object holds, and so ends with it.
     const auto pipe = root / "pipe";
     check(mkfifo(pipe.c_str(), 0600), "mkfifo");
     silentActivation_.reset(open(pipe.c_str(), O_RDWR | O_CLOEXEC));
-    const auto command = activation == Activation::keyring ? unlockedKeyring(root / "password")
-                                                           : "/bin/sh -c \"read line <" + pipe.native() + "\"";
-    writeFile(root / "services" / "secrets.service",
-              std::string("[D-BUS Service]\nName=") + serviceName + "\nExec=" + command + "\n");
+    services[serviceName] = activation == Activation::keyring ? unlockedKeyring(root / "password")
+                                                              : "/bin/sh -c \"read line <" + pipe.native() + "\"";
   }
-  writeFile(root / "bus.conf", "<busconfig><type>session</type><listen>unix:path=" + (root / "run" / "bus").native() +
-                                   "</listen><auth>EXTERNAL</auth><servicedir>" + (root / "services").native() +
-                                   "</servicedir><policy context=\"default\"><allow send_destination=\"*\"/>"
-                                   "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n");
-  // As root without capabilities it complains of its descriptor limit, each time.
-  bus_.emplace(ChildProcess::Start{
-      {"dbus-daemon", "--nofork", "--print-address", "--config-file=" + (root / "bus.conf").native()},
-      lines(environment()),
-      {},
-      folder_.path("bus.log")});
-  busAddress_ = bus_->firstLine();
-  if (busAddress_.empty()) throw std::runtime_error("dbus-daemon gave no address");
-  check(sd_bus_new(&connection_), "sd_bus_new");
-  check(sd_bus_set_address(connection_, busAddress_.c_str()), "the bus's address");
-  check(sd_bus_set_bus_client(connection_, 1), "the bus");
-  check(sd_bus_start(connection_), "connecting to the bus");
-  check(sd_bus_add_match(connection_, nullptr,
+  bus_.emplace(services);
+  connection_ = bus_->connect();
+  check(sd_bus_add_match(connection_.get(), nullptr,
                          "type='signal',sender='org.freedesktop.DBus',member='NameOwnerChanged',"
                          "arg0='org.freedesktop.secrets'",
                          nullptr, nullptr),
         "watching names");
 }
 
-SecretServiceSession::~SecretServiceSession() { sd_bus_close_unref(connection_); }
-
-fs::path SecretServiceSession::dataHome() const { return folder_.path("home/.local/share"); }
-
-std::map<std::string, std::string> SecretServiceSession::environment() const {
-  std::map<std::string, std::string> variables{
-      {"HOME", folder_.path("home")}, {"XDG_RUNTIME_DIR", folder_.path("run")}, {"XDG_DATA_HOME", dataHome().native()}};
-  if (!busAddress_.empty()) variables["DBUS_SESSION_BUS_ADDRESS"] = busAddress_;
-  return variables;
-}
+fs::path SecretServiceSession::dataHome() const { return bus_->path("home/.local/share"); }
 
 void SecretServiceSession::startKeyring() {
   keyring_.emplace(ChildProcess::Start{{"gnome-keyring-daemon", "--foreground", "--unlock", "--components=secrets"},
-                                       lines(environment()),
+                                       environmentLines(environment()),
                                        std::string(password)});
   waitUntilServed(true);
-  const auto call = makeCall(connection_, servicePath, serviceInterface, "ReadAlias");
+  const auto call = makeCall(connection_.get(), servicePath, serviceInterface, "ReadAlias");
   check(sd_bus_message_append(call.get(), "s", "default"), "ReadAlias");
-  const auto answer = answerTo(connection_, call);
+  const auto answer = answerTo(connection_.get(), call);
   const char* collection = "";
   check(sd_bus_message_read(answer.get(), "o", &collection), "ReadAlias");
   if (std::string_view(collection) != loginCollection) throw std::runtime_error("the keyring has no login collection");
@@ -136,7 +99,7 @@ void SecretServiceSession::endKeyring() {
 }
 
 bool SecretServiceSession::someoneServes() {
-  const int owner = sd_bus_get_name_creds(connection_, serviceName, 0, nullptr);
+  const int owner = sd_bus_get_name_creds(connection_.get(), serviceName, 0, nullptr);
   if (owner < 0 && owner != -ENXIO) check(owner, "asking for the name's owner");
   return owner >= 0;
 }
@@ -146,21 +109,21 @@ void SecretServiceSession::waitUntilServed(bool served) {
   while (someoneServes() != served) {
     if (std::chrono::steady_clock::now() >= end) throw std::runtime_error("the keyring did not come or go in time");
     // Woken by NameOwnerChanged; the limit only bounds a loss of it.
-    while (sd_bus_process(connection_, nullptr) > 0) {
+    while (sd_bus_process(connection_.get(), nullptr) > 0) {
     }
     if (someoneServes() == served) return;
-    check(sd_bus_wait(connection_, 1'000'000), "waiting for the bus");
+    check(sd_bus_wait(connection_.get(), 1'000'000), "waiting for the bus");
   }
 }
 
 void SecretServiceSession::store(const Attributes& attributes, const std::string& bytes) {
-  const auto open = makeCall(connection_, servicePath, serviceInterface, "OpenSession");
+  const auto open = makeCall(connection_.get(), servicePath, serviceInterface, "OpenSession");
   check(sd_bus_message_append(open.get(), "sv", "plain", "s", ""), "OpenSession");
-  const auto opened = answerTo(connection_, open);
+  const auto opened = answerTo(connection_.get(), open);
   const char* session = nullptr;
   check(sd_bus_message_read(opened.get(), "vo", "s", nullptr, &session), "OpenSession");
 
-  const auto create = makeCall(connection_, loginCollection, collectionInterface, "CreateItem");
+  const auto create = makeCall(connection_.get(), loginCollection, collectionInterface, "CreateItem");
   auto* message = create.get();
   int result = sd_bus_message_open_container(message, 'a', "{sv}");
   if (result >= 0) result = sd_bus_message_open_container(message, 'e', "sv");
@@ -181,16 +144,16 @@ void SecretServiceSession::store(const Attributes& attributes, const std::string
   if (result >= 0) result = sd_bus_message_close_container(message);
   if (result >= 0) result = sd_bus_message_append(message, "b", 0);
   check(result, "CreateItem");
-  const auto created = answerTo(connection_, create);
+  const auto created = answerTo(connection_.get(), create);
   const char* item = "/";
   check(sd_bus_message_read(created.get(), "oo", &item, nullptr), "CreateItem");
   if (std::string_view(item) == "/") throw std::runtime_error("the keyring wants to ask before it stores an item");
 }
 
 void SecretServiceSession::lock() {
-  const auto call = makeCall(connection_, servicePath, serviceInterface, "Lock");
+  const auto call = makeCall(connection_.get(), servicePath, serviceInterface, "Lock");
   check(sd_bus_message_append(call.get(), "ao", 1, loginCollection), "Lock");
-  answerTo(connection_, call);
+  answerTo(connection_.get(), call);
 }
 
 }  // namespace support

@@ -1,6 +1,6 @@
-// A session of a test's own: a message bus and, where asked for, a real gnome-keyring-daemon whose keyring is unlocked,
-// with a home and a runtime folder that hold nothing else. It touches no display and no keyring of the person's, and
-// all that it started ends with it. Needs the packages dbus and gnome-keyring.
+// A session of a test's own with, where asked for, a real gnome-keyring-daemon whose keyring is unlocked. It touches no
+// display and no keyring of the person's, and all that it started ends with it. Needs the packages dbus and
+// gnome-keyring.
 #pragma once
 
 #include <filesystem>
@@ -10,9 +10,8 @@
 
 #include "support/child_process.hpp"
 #include "support/file_descriptor.hpp"
+#include "support/session_bus.hpp"
 #include "support/temporary_folder.hpp"
-
-struct sd_bus;
 
 namespace support {
 
@@ -31,19 +30,17 @@ class SecretServiceSession {
   explicit SecretServiceSession(Activation activation = Activation::none);
   SecretServiceSession(const SecretServiceSession&) = delete;
   SecretServiceSession& operator=(const SecretServiceSession&) = delete;
-  ~SecretServiceSession();
 
   /// Returns when the service can be used. The items outlive a restart.
   void startKeyring();
   void endKeyring();
   ChildProcess& keyring() { return *keyring_; }
 
-  const std::string& busAddress() const { return busAddress_; }
+  const std::string& busAddress() const { return bus_->address(); }
   std::filesystem::path dataHome() const;
 
-  /// What a program that is to live in this session needs: `DBUS_SESSION_BUS_ADDRESS`, `HOME`, `XDG_RUNTIME_DIR`,
-  /// `XDG_DATA_HOME`.
-  std::map<std::string, std::string> environment() const;
+  /// See SessionBus.
+  std::map<std::string, std::string> environment() const { return bus_->environment(); }
 
   /// Adds an item to the login keyring beside those that are there.
   void store(const Attributes& attributes, const std::string& bytes);
@@ -54,11 +51,10 @@ class SecretServiceSession {
   void waitUntilServed(bool served);
 
   TemporaryFolder folder_;
-  std::string busAddress_;
-  std::optional<ChildProcess> bus_;
+  std::optional<SessionBus> bus_;
   std::optional<ChildProcess> keyring_;
   FileDescriptor silentActivation_;
-  sd_bus* connection_ = nullptr;
+  BusConnection connection_;
 };
 
 }  // namespace support

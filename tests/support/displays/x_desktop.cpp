@@ -1,0 +1,67 @@
+#include "support/displays/x_desktop.hpp"
+
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "support/waiting.hpp"
+
+namespace support {
+
+XDesktop::XDesktop() : XDesktop(Settings{}) {}
+
+XDesktop::XDesktop(const Settings& settings) : bus_(settings.services) {
+  const auto screen = std::to_string(settings.width) + "x" + std::to_string(settings.height) + "x24";
+  // The server finds a free display number and writes it where it was told to, its standard output.
+  server_.emplace(
+      start({"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-dpi", "96", "-nolisten", "tcp", "-noreset"}, "xvfb"));
+  const auto number = server_->firstLine();
+  if (number.empty()) throw std::runtime_error("Xvfb did not come up:\n" + log());
+  display_ = ":" + number;
+  windows_.emplace(display_);
+  input_.emplace(*windows_);
+  monitors_.emplace(*windows_, display_, bus_.path("display.log"));
+  if (settings.windowManager) {
+    windowManager_.emplace(start({"openbox", "--sm-disable"}, "openbox"));
+    waitUntil(
+        "openbox manages windows", [this] { return windows_->hasWindowManager() || windowManager_->hasEnded(); },
+        [this] { return log(); });
+    if (windowManager_->hasEnded()) throw std::runtime_error("openbox ended:\n" + log());
+  }
+  if (settings.compositing) startCompositing();
+}
+
+void XDesktop::startCompositing() {
+  compositor_.emplace(start({"picom", "--backend", "xrender", "--config", "/dev/null"}, "picom"));
+  waitUntil(
+      "picom composes the screen", [this] { return windows_->hasCompositor() || compositor_->hasEnded(); },
+      [this] { return log(); });
+  if (compositor_->hasEnded()) throw std::runtime_error("picom ended:\n" + log());
+}
+
+void XDesktop::endCompositing() {
+  compositor_.reset();
+  waitUntil("picom has gone", [this] { return !windows_->hasCompositor(); });
+}
+
+ChildProcess::Start XDesktop::start(std::vector<std::string> command, const std::string& package) const {
+  return {.command = std::move(command),
+          .environment = environmentLines(environment()),
+          .input = {},
+          .errorFile = bus_.path("display.log"),
+          .package = package,
+          .endSignal = SIGTERM};
+}
+
+SessionBus::Environment XDesktop::environment() const {
+  auto variables = bus_.environment();
+  if (!display_.empty()) variables["DISPLAY"] = display_;
+  return variables;
+}
+
+std::string XDesktop::log() const {
+  std::ifstream file(bus_.path("display.log"), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace support

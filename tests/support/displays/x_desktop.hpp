@@ -1,0 +1,60 @@
+// A desktop of a test's own on a real X server: Xvfb with openbox as its window manager and, where asked for, picom,
+// which composes windows that are partly clear. Needs the packages xvfb, openbox and picom. All ends with the object.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "support/child_process.hpp"
+#include "support/displays/x_connection.hpp"
+#include "support/displays/x_input.hpp"
+#include "support/displays/x_monitors.hpp"
+#include "support/session_bus.hpp"
+
+namespace support {
+
+class XDesktop {
+ public:
+  struct Settings {
+    int width = 1280;
+    int height = 800;
+    bool windowManager = true;
+    bool compositing = false;
+    std::map<std::string, std::string> services = {};  // see SessionBus
+  };
+
+  /// Returns when the window manager and the compositing manager are at work. Throws std::runtime_error with what they
+  /// said.
+  XDesktop();
+  explicit XDesktop(const Settings& settings);
+
+  /// What a program on this desktop needs, `DISPLAY` and the session's own; its PATH is the test's.
+  SessionBus::Environment environment() const;
+
+  SessionBus& bus() { return bus_; }
+  const XConnection& windows() const { return *windows_; }
+  XInput& input() { return *input_; }
+  XMonitors& monitors() { return *monitors_; }
+  Bitmap screenshot() const { return windows_->screenshot(); }
+
+  void startCompositing();
+  void endCompositing();
+
+  /// What the server and the managers said.
+  std::string log() const;
+
+ private:
+  ChildProcess::Start start(std::vector<std::string> command, const std::string& package) const;
+
+  SessionBus bus_;
+  std::string display_;
+  std::optional<ChildProcess> server_;
+  std::optional<XConnection> windows_;
+  std::optional<XInput> input_;
+  std::optional<XMonitors> monitors_;
+  std::optional<ChildProcess> windowManager_;
+  std::optional<ChildProcess> compositor_;
+};
+
+}  // namespace support
