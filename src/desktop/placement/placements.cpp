@@ -16,7 +16,8 @@ Placed* Placements::copy(int id) {
   return found == all_.end() ? nullptr : &*found;
 }
 
-int Placements::add(std::string kind, std::string family, Place place) {
+std::optional<int> Placements::add(std::string kind, std::string family, Place place) {
+  if (all_.size() >= mostCopies) return std::nullopt;
   int id = 1;
   for (const Placed& placed : all_) {
     if (placed.id < std::numeric_limits<int>::max()) id = std::max(id, placed.id + 1);

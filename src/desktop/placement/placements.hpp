@@ -2,6 +2,8 @@
 // of the moment is the arrangement's matter, the file that keeps them the store's.
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -18,19 +20,22 @@ struct Placed {
   bool operator==(const Placed&) const = default;
 };
 
+/// More than any desktop has room for: what comes near it is a mistake or somebody else's file.
+inline constexpr std::size_t mostCopies = 100;
+
 /// In the order in which they were added.
 class Placements {
  public:
   Placements() = default;
-  /// Each with an id of its own, from 1.
+  /// At most `mostCopies`, each with an id of its own, from 1.
   explicit Placements(std::vector<Placed> all) : all_(std::move(all)) {}
 
   std::span<const Placed> all() const { return all_; }
   bool empty() const { return all_.empty(); }
   const Placed* find(int id) const;
 
-  /// The new copy's id.
-  int add(std::string kind, std::string family, Place place);
+  /// The new copy's id; none, and nothing changed, where the most copies are placed already.
+  std::optional<int> add(std::string kind, std::string family, Place place);
 
   /// These change nothing where no copy has the id.
   void remove(int id);

@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/files/replace_file.hpp"
+
 namespace host {
 namespace {
 
@@ -43,22 +45,9 @@ std::expected<void, std::string> writeFile(const std::filesystem::path& file, st
   struct stat status{};
   const bool exists = stat(file.c_str(), &status) == 0;
   if (exists && !S_ISREG(status.st_mode)) return writeInPlace(file, bytes);
-
-  // Through a link the file behind it is replaced, not the link.
-  std::error_code error;
-  const std::filesystem::path target = exists ? std::filesystem::canonical(file, error) : file;
-  std::string beside = (error ? file : target).string() + ".XXXXXX";
-  const int descriptor = mkostemp(beside.data(), O_CLOEXEC);
-  if (descriptor < 0) return fault("can't write " + file.string());
-  const mode_t mask = umask(0);
-  umask(mask);
-  const mode_t mode = exists ? status.st_mode & 07777 : 0666 & ~mask;
-  bool written = writeAll(descriptor, bytes) && fchmod(descriptor, mode) == 0;
-  written = close(descriptor) == 0 && written;
-  if (written && rename(beside.c_str(), (error ? file : target).c_str()) == 0) return {};
-  const auto failure = fault("can't write " + file.string());
-  unlink(beside.c_str());
-  return failure;
+  const auto replaced = platform::replaceFile(file, bytes, platform::Durability::fast);
+  if (!replaced) return std::unexpected("can't write " + file.string() + ": " + replaced.error());
+  return {};
 }
 
 std::expected<std::string, std::string> readAll(const std::string& fileOrDash) {

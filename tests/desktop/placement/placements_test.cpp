@@ -30,10 +30,17 @@ TEST(Placements, FindsAFreeIdAfterTheLargest) {
   EXPECT_EQ(placements.add("Dzien", "systemSmall", place), 2);
 }
 
+TEST(Placements, EndsAtTheMostCopies) {
+  Placements placements;
+  for (std::size_t i = 0; i < mostCopies; ++i) ASSERT_TRUE(placements.add("Dzien", "systemSmall", place));
+  EXPECT_EQ(placements.add("Dzien", "systemSmall", place), std::nullopt);
+  EXPECT_EQ(placements.all().size(), mostCopies);
+}
+
 TEST(Placements, ChangesTheOneCopyMeant) {
   Placements placements;
   placements.add("Dzien", "systemSmall", place);
-  const int second = placements.add("Dzien", "systemSmall", place);
+  const int second = placements.add("Dzien", "systemSmall", place).value();
   const Placements before = placements;
   placements.setFamily(second, "systemLarge");
   placements.setPlace(second, {place.monitor, Corner::bottomLeft, {0, 40}});

@@ -1,0 +1,49 @@
+// Any bytes as a placements file: what is read of it is within its bounds, and is written so that it reads back equal,
+// with every foreign key still there, and as the same text again.
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "desktop/placement/placement_document.hpp"
+
+namespace {
+
+using namespace desktop;
+
+void hold(bool condition) {
+  if (!condition) std::abort();
+}
+
+bool withinBounds(const Placed& placed) {
+  const Point& inset = placed.place.inset;
+  return placed.id > 0 && !placed.kind.empty() && !placed.family.empty() && std::abs(inset.x) <= farthestInset &&
+         std::abs(inset.y) <= farthestInset;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const auto document = readPlacements(text);
+  const std::string fresh = writePlacements({}, text);
+  hold(readPlacements(fresh).value().placements.empty());
+  if (!document) return 0;
+  const Placements& placements = document->placements;
+  hold(placements.all().size() + document->dropped <= mostCopies);
+  for (const Placed& placed : placements.all()) hold(withinBounds(placed) && placements.find(placed.id) == &placed);
+
+  const std::string written = writePlacements(placements, text);
+  const auto again = readPlacements(written);
+  hold(again && again->placements == placements && again->dropped == 0);
+  hold(writePlacements(again->placements, written) == written);
+
+  const auto before = nlohmann::json::parse(text);
+  const auto after = nlohmann::json::parse(written);
+  for (const auto& [key, value] : before.items()) {
+    if (key != "widgets" && key != "version") hold(after.at(key) == value);
+  }
+  return 0;
+}
