@@ -11,7 +11,7 @@
 #include <nlohmann/json.hpp>
 #include <sys/types.h>
 
-#include "support/file_descriptor.hpp"
+#include "platform/descriptors/file_descriptor.hpp"
 #include "support/temporary_folder.hpp"
 #include "support/waiting.hpp"
 
@@ -58,9 +58,9 @@ class ExtensionUnderTest {
 
   TemporaryFolder folder_;
   pid_t process_ = -1;
-  FileDescriptor input_;
-  FileDescriptor output_;
-  FileDescriptor processDescriptor_;
+  platform::FileDescriptor input_;
+  platform::FileDescriptor output_;
+  platform::FileDescriptor processDescriptor_;
   std::optional<int> status_;
   std::string unread_;  // bytes of its output that are not handed out yet
   bool outputEnded_ = false;

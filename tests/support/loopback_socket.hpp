@@ -3,12 +3,12 @@
 
 #include <cstdint>
 
-#include "support/file_descriptor.hpp"
+#include "platform/descriptors/file_descriptor.hpp"
 
 namespace support {
 
 struct LoopbackListener {
-  FileDescriptor socket;
+  platform::FileDescriptor socket;
   std::uint16_t port = 0;
 
   /// Throws std::system_error: a test that cannot listen has nothing to say.
@@ -23,7 +23,7 @@ class FullListener {
 
  private:
   LoopbackListener listener_;
-  FileDescriptor waiting_[8];
+  platform::FileDescriptor waiting_[8];
 };
 
 }  // namespace support

@@ -21,26 +21,28 @@ namespace {
 constexpr int firstSafeNumber = 10;
 
 struct Pipe {
-  FileDescriptor reading;
-  FileDescriptor writing;
+  platform::FileDescriptor reading;
+  platform::FileDescriptor writing;
 };
 
 std::optional<Pipe> makePipe() {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) return std::nullopt;
-  const Pipe low{.reading = FileDescriptor(ends[0]), .writing = FileDescriptor(ends[1])};
-  Pipe pipe{.reading = FileDescriptor(::fcntl(low.reading.get(), F_DUPFD_CLOEXEC, firstSafeNumber)),
-            .writing = FileDescriptor(::fcntl(low.writing.get(), F_DUPFD_CLOEXEC, firstSafeNumber))};
+  const Pipe low{.reading = platform::FileDescriptor(ends[0]), .writing = platform::FileDescriptor(ends[1])};
+  Pipe pipe{.reading = platform::FileDescriptor(::fcntl(low.reading.get(), F_DUPFD_CLOEXEC, firstSafeNumber)),
+            .writing = platform::FileDescriptor(::fcntl(low.writing.get(), F_DUPFD_CLOEXEC, firstSafeNumber))};
   if (!pipe.reading.isOpen() || !pipe.writing.isOpen()) return std::nullopt;
   return pipe;
 }
 
-bool makeNonBlocking(const FileDescriptor& descriptor) { return ::fcntl(descriptor.get(), F_SETFL, O_NONBLOCK) == 0; }
+bool makeNonBlocking(const platform::FileDescriptor& descriptor) {
+  return ::fcntl(descriptor.get(), F_SETFL, O_NONBLOCK) == 0;
+}
 
 // glibc 2.36 declares its wrapper for C alone.
-FileDescriptor openIdentity(pid_t process) {
-  const FileDescriptor low(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
-  return FileDescriptor(low.isOpen() ? ::fcntl(low.get(), F_DUPFD_CLOEXEC, firstSafeNumber) : -1);
+platform::FileDescriptor openIdentity(pid_t process) {
+  const platform::FileDescriptor low(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+  return platform::FileDescriptor(low.isOpen() ? ::fcntl(low.get(), F_DUPFD_CLOEXEC, firstSafeNumber) : -1);
 }
 
 struct ChildEnds {
@@ -132,10 +134,10 @@ std::expected<ExtensionProcess, std::string> ExtensionProcess::start(const std::
   process.id_ = child;
   process.identity_ = openIdentity(child);
   const int identityError = errno;
-  startError->writing.close();
+  startError->writing.reset();
   if (const int error = readStartError(startError->reading.get()); error != 0) {
     ::waitpid(child, nullptr, 0);
-    process.identity_.close();
+    process.identity_.reset();
     return failure(error);
   }
   if (!process.identity_.isOpen()) {
@@ -163,7 +165,7 @@ std::string ExtensionProcess::end() {
   siginfo_t info{};
   while (::waitid(P_PIDFD, static_cast<id_t>(identity_.get()), &info, WEXITED) != 0 && errno == EINTR) {
   }
-  identity_.close();
+  identity_.reset();
   return describeEnd(info);
 }
 

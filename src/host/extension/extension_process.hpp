@@ -8,7 +8,7 @@
 
 #include <sys/types.h>
 
-#include "host/extension/file_descriptor.hpp"
+#include "platform/descriptors/file_descriptor.hpp"
 
 namespace host {
 
@@ -31,7 +31,7 @@ class ExtensionProcess {
   /// Readable once the process ended (pidfd_open(2)). Tells also when a grandchild keeps the streams open.
   int identity() const { return identity_.get(); }
 
-  void closeInput() { input_.close(); }
+  void closeInput() { input_.reset(); }
   bool ended() const;
 
   /// Kills the group, waits for the process and tells how it ended: "ended with status 3", "was ended by signal 11".
@@ -41,10 +41,10 @@ class ExtensionProcess {
   ExtensionProcess() = default;
 
   pid_t id_ = 0;
-  FileDescriptor identity_;  // closed once the process is reaped
-  FileDescriptor input_;
-  FileDescriptor output_;
-  FileDescriptor diagnostics_;
+  platform::FileDescriptor identity_;  // closed once the process is reaped
+  platform::FileDescriptor input_;
+  platform::FileDescriptor output_;
+  platform::FileDescriptor diagnostics_;
 };
 
 }  // namespace host

@@ -32,15 +32,6 @@ timespec within292Years(timespec value) {
 
 }  // namespace
 
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-  std::swap(descriptor_, other.descriptor_);
-  return *this;
-}
-
-Descriptor::~Descriptor() {
-  if (descriptor_ >= 0) close(descriptor_);
-}
-
 RealTimeTimer::RealTimeTimer() : descriptor_(timerfd_create(CLOCK_REALTIME, TFD_CLOEXEC | TFD_NONBLOCK)) {}
 
 void RealTimeTimer::set(absl::Time instant) {
@@ -81,7 +72,7 @@ SignalDescriptor::SignalDescriptor(std::initializer_list<int> signals) {
   sigemptyset(&set);
   for (const int signal : signals) sigaddset(&set, signal);
   pthread_sigmask(SIG_BLOCK, &set, &before_);
-  descriptor_ = Descriptor(signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
+  descriptor_.reset(signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
 }
 
 SignalDescriptor::~SignalDescriptor() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }

@@ -7,19 +7,9 @@
 
 #include <absl/time/time.h>
 
+#include "platform/descriptors/file_descriptor.hpp"
+
 namespace host {
-
-class Descriptor {
- public:
-  explicit Descriptor(int descriptor = -1) : descriptor_(descriptor) {}
-  Descriptor(Descriptor&& other) noexcept : descriptor_(other.descriptor_) { other.descriptor_ = -1; }
-  Descriptor& operator=(Descriptor&& other) noexcept;
-  ~Descriptor();
-  int get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
 
 /// Wakes at an instant of the real-time clock. The kernel tells when that clock is set, and a sleeping machine's timer
 /// is due as soon as it wakes (timerfd_create(2), TFD_TIMER_CANCEL_ON_SET).
@@ -36,7 +26,7 @@ class RealTimeTimer {
   Event take();
 
  private:
-  Descriptor descriptor_;
+  platform::FileDescriptor descriptor_;
 };
 
 /// Wakes after a pause, whatever the clocks are set to; time asleep counts.
@@ -50,7 +40,7 @@ class PauseTimer {
   bool take();
 
  private:
-  Descriptor descriptor_;
+  platform::FileDescriptor descriptor_;
 };
 
 /// Signals as a descriptor: blocked from their first use to the end of the scope.
@@ -67,7 +57,7 @@ class SignalDescriptor {
 
  private:
   sigset_t before_{};
-  Descriptor descriptor_;
+  platform::FileDescriptor descriptor_;
 };
 
 /// Waits until one of the descriptors is readable.

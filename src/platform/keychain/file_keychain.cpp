@@ -47,7 +47,7 @@ std::expected<ItemFolder, KeychainStatus> openItemFolder(const std::filesystem::
     if (!opened) break;
     folder.descriptor = *std::move(opened);
     folder.path /= *level;
-    opened = openPrivateFolder(folder.descriptor.number(), *level);
+    opened = openPrivateFolder(folder.descriptor.get(), *level);
   }
   if (!opened) return std::unexpected(statusOf(opened.error(), folder.path, refusals));
   folder.descriptor = *std::move(opened);

@@ -89,32 +89,21 @@ class WipedBuffer {
 
 }  // namespace
 
-FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-
-FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
-  std::swap(number_, other.number_);
-  return *this;
-}
-
-FileDescriptor::~FileDescriptor() {
-  if (number_ >= 0) close(number_);
-}
-
 std::expected<FileDescriptor, FileRefusal> openPrivateFolder(int parent, const std::string& path) {
   FileDescriptor folder(openRetrying(parent, path.c_str(), O_RDONLY | O_DIRECTORY));
-  if (folder.number() < 0) return whyNotOpened(parent, path.c_str(), errno, "a folder");
+  if (folder.get() < 0) return whyNotOpened(parent, path.c_str(), errno, "a folder");
   struct stat status{};
-  if (fstat(folder.number(), &status) != 0) return failure(errno);
+  if (fstat(folder.get(), &status) != 0) return failure(errno);
   if (auto fault = ownershipFault(status, 0077, "0700")) return insecure(*std::move(fault));
   return folder;
 }
 
 std::expected<std::string, FileRefusal> readPrivateFile(const FileDescriptor& folder, const std::string& name,
                                                         std::size_t sizeLimit) {
-  const FileDescriptor file(openRetrying(folder.number(), name.c_str(), O_RDONLY));
-  if (file.number() < 0) return whyNotOpened(folder.number(), name.c_str(), errno, "a regular file");
+  const FileDescriptor file(openRetrying(folder.get(), name.c_str(), O_RDONLY));
+  if (file.get() < 0) return whyNotOpened(folder.get(), name.c_str(), errno, "a regular file");
   struct stat status{};
-  if (fstat(file.number(), &status) != 0) return failure(errno);
+  if (fstat(file.get(), &status) != 0) return failure(errno);
   if (!S_ISREG(status.st_mode)) return insecure("it is not a regular file");
   if (auto fault = ownershipFault(status, 0177, "0600")) return insecure(*std::move(fault));
   if (status.st_nlink != 1) return insecure("it has " + std::to_string(status.st_nlink) + " names");
@@ -123,7 +112,7 @@ std::expected<std::string, FileRefusal> readPrivateFile(const FileDescriptor& fo
   // grows meanwhile is read to its end.
   WipedBuffer buffer(sizeLimit + 1);
   while (!buffer.isFull()) {
-    const ssize_t count = buffer.readFrom(file.number());
+    const ssize_t count = buffer.readFrom(file.get());
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return failure(errno);
     if (count == 0) return buffer.text();
@@ -132,13 +121,13 @@ std::expected<std::string, FileRefusal> readPrivateFile(const FileDescriptor& fo
 }
 
 std::expected<void, FileRefusal> removeFile(const FileDescriptor& folder, const std::string& name) {
-  if (unlinkat(folder.number(), name.c_str(), 0) != 0) {
+  if (unlinkat(folder.get(), name.c_str(), 0) != 0) {
     if (errno == EISDIR) return insecure("it is not a regular file");
     return failure(errno);
   }
   // The name is gone for this and every other process already; a file system that cannot sync a folder (EINVAL) is no
   // reason to tell the caller that it is not.
-  fsync(folder.number());
+  fsync(folder.get());
   return {};
 }
 

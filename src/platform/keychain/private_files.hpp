@@ -7,22 +7,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/descriptors/file_descriptor.hpp"
+
 namespace platform {
-
-/// Owns one file descriptor.
-class FileDescriptor {
- public:
-  FileDescriptor() = default;
-  explicit FileDescriptor(int number) : number_(number) {}
-  FileDescriptor(FileDescriptor&& other) noexcept;
-  FileDescriptor& operator=(FileDescriptor&& other) noexcept;
-  ~FileDescriptor();
-
-  int number() const { return number_; }
-
- private:
-  int number_ = -1;
-};
 
 struct FileRefusal {
   enum class Kind { missing, insecure, failed };

@@ -15,9 +15,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/descriptors/file_descriptor.hpp"
 #include "platform/view_tree/builders.hpp"
 #include "support/environment.hpp"
-#include "support/file_descriptor.hpp"
 #include "support/temporary_folder.hpp"
 
 namespace host {
@@ -63,7 +63,7 @@ class ExtensionClientTest : public testing::Test {
 
   /// Ended; a process that was killed may take a moment to.
   static bool isGone(pid_t id) {
-    const support::FileDescriptor identity(static_cast<int>(::syscall(SYS_pidfd_open, id, 0)));
+    const platform::FileDescriptor identity(static_cast<int>(::syscall(SYS_pidfd_open, id, 0)));
     if (identity.get() < 0) return errno == ESRCH;
     pollfd entry{.fd = identity.get(), .events = POLLIN, .revents = 0};
     return ::poll(&entry, 1, 10'000) == 1;
@@ -295,7 +295,7 @@ TEST_F(ExtensionClientTest, HandsOnWhatADyingExtensionExplains) {
 
 TEST_F(ExtensionClientTest, LeavesClosedStandardStreamsClosed) {
   // A number of a standard stream given to something else would take in what the host means for its reader.
-  const support::FileDescriptor saved(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 10));
+  const platform::FileDescriptor saved(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 10));
   ::close(STDIN_FILENO);
   {
     ExtensionClient client(settings());

@@ -11,7 +11,7 @@
 
 #include <systemd/sd-bus.h>
 
-#include "support/file_descriptor.hpp"
+#include "platform/descriptors/file_descriptor.hpp"
 
 namespace platform::testing {
 
@@ -53,7 +53,7 @@ class FakeSecretService {
   std::mutex mutex_;
   std::vector<std::string> calls_;
   sd_bus* bus_ = nullptr;
-  support::FileDescriptor stop_;
+  platform::FileDescriptor stop_;
   std::thread thread_;
 };
 

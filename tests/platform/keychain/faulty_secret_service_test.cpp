@@ -9,10 +9,10 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include "platform/descriptors/file_descriptor.hpp"
 #include "platform/keychain/fake_secret_service.hpp"
 #include "platform/keychain/keychain_queries.hpp"
 #include "platform/keychain/secret_service_keychain.hpp"
-#include "support/file_descriptor.hpp"
 #include "support/secret_service_session.hpp"
 #include "support/temporary_folder.hpp"
 
@@ -213,8 +213,8 @@ class UnansweredSocket {
 
   std::string address() const { return "unix:path=" + folder_.path("bus"); }
 
-  support::FileDescriptor connection() const {
-    support::FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  platform::FileDescriptor connection() const {
+    platform::FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     EXPECT_EQ(connect(client.get(), generic(), sizeof address_), 0);
     return client;
   }
@@ -223,7 +223,7 @@ class UnansweredSocket {
   const sockaddr* generic() const { return reinterpret_cast<const sockaddr*>(&address_); }
 
   support::TemporaryFolder folder_;
-  support::FileDescriptor socket_;
+  platform::FileDescriptor socket_;
   sockaddr_un address_{.sun_family = AF_UNIX, .sun_path = {}};
 };
 

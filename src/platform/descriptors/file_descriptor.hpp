@@ -5,7 +5,7 @@
 
 #include <unistd.h>
 
-namespace support {
+namespace platform {
 
 class FileDescriptor {
  public:
@@ -19,14 +19,16 @@ class FileDescriptor {
   ~FileDescriptor() { reset(); }
 
   int get() const { return descriptor_; }
+  bool isOpen() const { return descriptor_ >= 0; }
 
+  /// Closes it and takes another in its place, or none.
   void reset(int descriptor = -1) {
-    if (descriptor_ >= 0) close(descriptor_);
-    descriptor_ = descriptor;
+    const int before = std::exchange(descriptor_, descriptor);
+    if (before >= 0) ::close(before);
   }
 
  private:
   int descriptor_ = -1;
 };
 
-}  // namespace support
+}  // namespace platform
