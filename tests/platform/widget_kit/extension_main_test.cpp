@@ -28,7 +28,7 @@ class ExtensionMain : public testing::Test {
 
   ~ExtensionMain() override {
     closeInput();
-    main_.join();
+    status();
     ::close(requests_[0]);
     ::close(answerPipe_[0]);
   }
@@ -43,6 +43,11 @@ class ExtensionMain : public testing::Test {
   }
   void request(int id, const std::string& method, const json& params) {
     send(json{{"jsonrpc", "2.0"}, {"id", id}, {"method", method}, {"params", params}}.dump() + "\n");
+  }
+  /// Of the routine, once it has ended.
+  int status() {
+    if (main_.joinable()) main_.join();
+    return status_;
   }
   void closeInput() {
     if (requests_[1] >= 0) ::close(std::exchange(requests_[1], -1));
@@ -168,7 +173,7 @@ TEST_F(ExtensionMain, EndsWithItsInputAfterTheAnswersToWhatItRead) {
   EXPECT_EQ(answer()["id"], 2);
   EXPECT_EQ(answer()["id"], 3);
   EXPECT_TRUE(answer().is_null());
-  EXPECT_EQ(status_, 0);
+  EXPECT_EQ(status(), 0);
 }
 
 TEST_F(ExtensionMain, RefusesALineBeyondTheLimitAndReadsPastIt) {
