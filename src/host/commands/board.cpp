@@ -7,7 +7,7 @@
 #include "host/commands/exit_status.hpp"
 #include "host/commands/output.hpp"
 #include "host/commands/persistence.hpp"
-#include "platform/calendar/instant.hpp"
+#include "host/feed/entry.hpp"
 #include "platform/json_rpc/json_text.hpp"
 
 namespace host {
@@ -45,20 +45,6 @@ std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& exte
     return std::unexpected(CommandFailure{exit_status::noAnswer, "the extension offers no widget of this size"});
   }
   return *widget;
-}
-
-BoardHolds holdingOf(const json& entry) {
-  const auto sentence = entry.is_object() ? entry.find("blad") : entry.end();
-  return sentence != entry.end() && sentence->is_string() ? BoardHolds::sentence : BoardHolds::day;
-}
-
-const json& entryAt(const TimelineAnswer& timeline, absl::Time now) {
-  const json* shown = &timeline.entries.front();
-  for (const auto& entry : timeline.entries) {
-    const auto date = platform::parseInstant(entry.value("date", std::string()));
-    if (date && *date <= now) shown = &entry;
-  }
-  return *shown;
 }
 
 std::expected<json, CommandFailure> entryFor(ExtensionClient& extension, const std::string& kind,

@@ -1,15 +1,11 @@
 #include <cstdio>
 
-#include <absl/time/clock.h>
-
 #include "host/commands/commands.hpp"
 #include "host/commands/exit_status.hpp"
 #include "host/commands/output.hpp"
 #include "host/commands/terminal.hpp"
-#include "host/schedule/reload_schedule.hpp"
-#include "host/schedule/wake_ups.hpp"
+#include "host/feed/feed.hpp"
 #include "host/texts/texts.hpp"
-#include "platform/calendar/clock.hpp"
 #include "platform/view_tree/node_json.hpp"
 
 namespace host {
@@ -40,7 +36,7 @@ class Screen {
       case Format::waybar:
         return writeStandardOutput(toWaybarJson(statusLine(*view_, holds_)) + "\n");
       default:
-        return drawText();
+        return drawText(*view_);
     }
   }
 
@@ -52,9 +48,9 @@ class Screen {
   }
 
  private:
-  std::expected<void, std::string> drawText() {
+  std::expected<void, std::string> drawText(const platform::Node& view) {
     const auto options = terminalOptions(family_);
-    std::string text = render::drawTerminalBoard(localised(*view_), options);
+    std::string text = render::drawTerminalBoard(localised(view), options);
     if (options.escapes) return writeStandardOutput(homeAndClear + text);
     // Without escape sequences boards follow each other, parted by an empty line.
     const bool first = std::exchange(drawn_, true) == false;
@@ -68,18 +64,20 @@ class Screen {
   bool drawn_ = false;
 };
 
-class Watcher {
+class Watcher : FeedListener {
  public:
   Watcher(ExtensionSettings settings, const CommandLine& line)
-      : extension_(withInterruption(std::move(settings), signals_)), line_(line), screen_(line.format, line.family) {}
+      : line_(line),
+        screen_(line.format, line.family),
+        feed_(withInterruption(std::move(settings), signals_), *this, Feed::Placeholders::none) {}
 
   CommandResult run() {
-    apply(reload());
+    feed_.show({line_.family});
     while (!ended_) {
-      waitForAny({signals_.descriptor(), date_.descriptor(), pause_.descriptor(), midnight_.descriptor()});
+      const auto [date, redraw, pause, zone] = feed_.descriptors();
+      waitForAny({signals_.descriptor(), date, redraw, pause, zone});
       handleSignals();
-      if (ended_) break;
-      handleTimers();
+      if (!ended_) feed_.handleWakeUps();
     }
     return result_;
   }
@@ -90,56 +88,26 @@ class Watcher {
     return settings;
   }
 
-  /// One timeline and its board; what to wait for next.
-  Wait reload() {
-    const auto timeline = load();
-    if (!timeline) return failed(timeline.error());
-    entry_ = entryAt(*timeline, absl::Now());
-    const auto view = extension_.render(kind_, line_.family, entry_);
-    if (!view) return failed(view.error());
-    lastFailure_.clear();
-    output(screen_.show(*view, holdingOf(entry_)));
-    extension_.stop();
-    return schedule_.loaded(absl::Now(), timeline->reload);
-  }
+  void widgetFound(const WidgetDeclaration& /*widget*/) override {}
+  void reloadPlanned(std::optional<absl::Time> /*reload*/) override {}
 
-  std::expected<TimelineAnswer, ExtensionFailure> load() {
-    if (kind_.empty()) {
-      const auto widgets = extension_.widgets();
-      if (!widgets) return std::unexpected(widgets.error());
-      for (const auto& widget : *widgets) {
-        if (kind_.empty() && std::ranges::find(widget.families, line_.family) != widget.families.end())
-          kind_ = widget.kind;
-      }
-      if (kind_.empty()) {
-        return std::unexpected(
-            ExtensionFailure{ExtensionFailure::Kind::cannotStart, "the extension offers no widget of this size"});
-      }
+  void boardsChanged(const FeedBoards& boards) override {
+    const platform::Node& view = boards.views.at(line_.family);
+    if (boards.origin == BoardOrigin::load) {
+      lastFailure_.clear();
+    } else if (screen_.shows(view, boards.holds)) {
+      return;
     }
-    return extension_.timeline(kind_, line_.family);
+    output(screen_.show(view, boards.holds));
   }
 
-  Wait failed(const ExtensionFailure& failure) {
-    // Interrupted by a signal that is still to be read: a resized terminal asks again at once, the others end.
-    if (failure.kind == ExtensionFailure::Kind::interrupted) return {.pause = absl::ZeroDuration()};
-    extension_.stop();
+  void failed(const ExtensionFailure& failure) override {
     if (screen_.empty() && failure.kind == ExtensionFailure::Kind::cannotStart) {
-      end(std::unexpected(CommandFailure{exit_status::noAnswer, failure.message}));
-      return {};
+      return end(std::unexpected(CommandFailure{exit_status::noAnswer, failure.message}));
     }
     if (failure.message != lastFailure_) std::fprintf(stderr, "vamba-host: %s\n", failure.message.c_str());
     lastFailure_ = failure.message;
     output(screen_.showFailure(failure.message));
-    return schedule_.failed();
-  }
-
-  /// Rows' times and marks are of the moment of drawing: at midnight the last entry is drawn anew.
-  void redraw() {
-    const bool wasRunning = extension_.running();
-    if (entry_.is_null()) return;
-    const auto view = extension_.render(kind_, line_.family, entry_);
-    if (view && !screen_.shows(*view, holdingOf(entry_))) output(screen_.show(*view, holdingOf(entry_)));
-    if (!wasRunning) extension_.stop();
   }
 
   void handleSignals() {
@@ -152,32 +120,6 @@ class Watcher {
     }
   }
 
-  void handleTimers() {
-    const auto date = date_.take();
-    const bool paused = pause_.take();
-    const auto midnight = midnight_.take();
-    if (date == RealTimeTimer::Event::due || paused) {
-      apply(reload());
-    } else if (date == RealTimeTimer::Event::clockSet || midnight == RealTimeTimer::Event::clockSet) {
-      redraw();
-      apply(schedule_.clockChanged(absl::Now()));
-    } else if (midnight == RealTimeTimer::Event::due) {
-      redraw();
-      setMidnight();
-    }
-  }
-
-  void apply(const Wait& wait) {
-    wait.until ? date_.set(*wait.until) : date_.clear();
-    wait.pause ? pause_.set(*wait.pause) : pause_.clear();
-    setMidnight();
-  }
-
-  void setMidnight() {
-    const platform::SystemClock clock;
-    if (const auto next = clock.calendar().startOfDayAfter(clock.now(), 1)) midnight_.set(*next);
-  }
-
   void output(const std::expected<void, std::string>& written) {
     if (!written) end(std::unexpected(CommandFailure{exit_status::noAnswer, written.error()}));
   }
@@ -188,15 +130,9 @@ class Watcher {
   }
 
   SignalDescriptor signals_{SIGINT, SIGTERM, SIGHUP, SIGWINCH};
-  ExtensionClient extension_;
   const CommandLine& line_;
   Screen screen_;
-  ReloadSchedule schedule_;
-  RealTimeTimer date_;
-  RealTimeTimer midnight_;
-  PauseTimer pause_;
-  std::string kind_;
-  nlohmann::json entry_;
+  Feed feed_;
   std::string lastFailure_;
   bool ended_ = false;
   CommandResult result_;

@@ -1,0 +1,40 @@
+#include "host/feed/entry.hpp"
+
+#include "platform/calendar/instant.hpp"
+
+namespace host {
+namespace {
+
+using nlohmann::json;
+
+std::optional<absl::Time> dateOf(const json& entry) {
+  const auto date = platform::parseInstant(entry.value("date", std::string()));
+  return date ? std::optional(*date) : std::nullopt;
+}
+
+}  // namespace
+
+BoardHolds holdingOf(const json& entry) {
+  const auto sentence = entry.is_object() ? entry.find("blad") : entry.end();
+  return sentence != entry.end() && sentence->is_string() ? BoardHolds::sentence : BoardHolds::day;
+}
+
+const json& entryAt(const TimelineAnswer& timeline, absl::Time now) {
+  const json* shown = &timeline.entries.front();
+  for (const auto& entry : timeline.entries) {
+    const auto date = dateOf(entry);
+    if (date && *date <= now) shown = &entry;
+  }
+  return *shown;
+}
+
+std::optional<absl::Time> nextEntryAfter(const TimelineAnswer& timeline, absl::Time now) {
+  std::optional<absl::Time> next;
+  for (const auto& entry : timeline.entries) {
+    const auto date = dateOf(entry);
+    if (date && *date > now && (!next || *date < *next)) next = date;
+  }
+  return next;
+}
+
+}  // namespace host

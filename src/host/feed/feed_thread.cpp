@@ -1,0 +1,79 @@
+#include "host/feed/feed_thread.hpp"
+
+#include <csignal>
+#include <cstdint>
+#include <utility>
+
+#include <pthread.h>
+#include <sys/eventfd.h>
+
+namespace host {
+namespace {
+
+/// Signals are the main thread's.
+class SignalsBlocked {
+ public:
+  SignalsBlocked() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before_);
+  }
+  ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  SignalsBlocked(const SignalsBlocked&) = delete;
+  SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+ private:
+  sigset_t before_{};
+};
+
+}  // namespace
+
+FeedThread::FeedThread(ExtensionSettings settings, FeedListener& listener, Feed::Placeholders placeholders)
+    : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  settings.interruption = wake_.get();
+  const SignalsBlocked blocked;
+  thread_ = std::jthread([this, settings = std::move(settings), &listener, placeholders]() mutable {
+    run(std::move(settings), listener, placeholders);
+  });
+}
+
+FeedThread::~FeedThread() {
+  {
+    const std::scoped_lock lock(mutex_);
+    ending_ = true;
+  }
+  eventfd_write(wake_.get(), 1);
+}
+
+void FeedThread::post(Task task) {
+  {
+    const std::scoped_lock lock(mutex_);
+    posted_.push_back(std::move(task));
+  }
+  eventfd_write(wake_.get(), 1);
+}
+
+std::vector<FeedThread::Task> FeedThread::takePosted() {
+  eventfd_t count = 0;
+  eventfd_read(wake_.get(), &count);
+  const std::scoped_lock lock(mutex_);
+  return std::exchange(posted_, {});
+}
+
+void FeedThread::run(ExtensionSettings settings, FeedListener& listener, Feed::Placeholders placeholders) {
+  Feed feed(std::move(settings), listener, placeholders);
+  while (true) {
+    const auto [date, redraw, pause, zone] = feed.descriptors();
+    waitForAny({wake_.get(), date, redraw, pause, zone});
+    const auto tasks = takePosted();
+    {
+      const std::scoped_lock lock(mutex_);
+      if (ending_) return;
+    }
+    for (const auto& task : tasks) task(feed);
+    // A task that was posted meanwhile would only interrupt what begins now.
+    if (tasks.empty()) feed.handleWakeUps();
+  }
+}
+
+}  // namespace host

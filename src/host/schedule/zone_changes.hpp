@@ -1,0 +1,24 @@
+// Tells when the device's time zone is set anew.
+#pragma once
+
+#include <string>
+
+#include "platform/descriptors/file_descriptor.hpp"
+
+namespace host {
+
+/// Readable once something happened in the folder of /etc/localtime (inotify(7)). A process whose environment names a
+/// zone keeps that one, and then nothing is watched.
+class ZoneChanges {
+ public:
+  ZoneChanges();
+  /// -1 where nothing is watched, which poll(2) passes over.
+  int descriptor() const { return descriptor_.get(); }
+  /// Whether the zone's file itself was replaced or rewritten.
+  bool take();
+
+ private:
+  platform::FileDescriptor descriptor_;
+};
+
+}  // namespace host
