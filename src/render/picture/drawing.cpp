@@ -1,5 +1,7 @@
 #include "render/picture/drawing.hpp"
 
+#include "render/type/visible_text.hpp"
+
 namespace render {
 namespace {
 
@@ -16,6 +18,22 @@ std::expected<Drawing, PictureError> prepare(const platform::Node& tree, const P
   if (!typesetter) return std::unexpected(PictureError::noFont);
   auto board = layOut(tree, options.form, *typesetter);
   return Drawing{std::move(*typesetter), std::move(board)};
+}
+
+std::string readAloud(Drawing& drawing) {
+  std::string all;
+  for (const auto& item : drawing.board.items) {
+    const auto* placed = std::get_if<PlacedText>(&item);
+    if (placed == nullptr) continue;
+    auto text = drawing.typesetter.visible(*placed->text);
+    for (auto at = text.find(lineSeparator); at != std::string::npos; at = text.find(lineSeparator)) {
+      text.replace(at, lineSeparator.size(), 1, ' ');
+    }
+    if (text.empty()) continue;
+    if (!all.empty()) all += '\n';
+    all += text;
+  }
+  return all;
 }
 
 Rect placeholderBar(const ShapedLine& line, double typeSize) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <expected>
+#include <string>
 
 #include "render/layout/layout.hpp"
 #include "render/picture/picture.hpp"
@@ -16,6 +17,9 @@ struct Drawing {
 };
 
 std::expected<Drawing, PictureError> prepare(const platform::Node& tree, const PictureOptions& options);
+
+/// The texts of the board as they are read, a line each, before any of them is cut.
+std::string readAloud(Drawing& drawing);
 
 /// The bar that stands for a redacted line of text of this type size, in the board's points.
 Rect placeholderBar(const ShapedLine& line, double typeSize);

@@ -35,7 +35,7 @@ class Svg {
     viewBox += ' ';
     appendNumber(viewBox, box.height);
     const auto title = visibleText(options_.title, 1);
-    const auto description = redacted() ? std::string() : readAloud();
+    const auto description = redacted() ? std::string() : readAloud(drawing_);
     std::string names;
     if (!title.empty()) names += "board-title";
     if (!description.empty()) names += names.empty() ? "board-desc" : " board-desc";
@@ -66,23 +66,6 @@ class Svg {
 
  private:
   bool redacted() const { return options_.redaction == Redaction::placeholder; }
-
-  /// All texts in reading order, a line each.
-  std::string readAloud() {
-    std::string all;
-    for (const auto& item : drawing_.board.items) {
-      const auto* placed = std::get_if<PlacedText>(&item);
-      if (placed == nullptr) continue;
-      auto text = drawing_.typesetter.visible(*placed->text);
-      for (auto at = text.find(lineSeparator); at != std::string::npos; at = text.find(lineSeparator)) {
-        text.replace(at, lineSeparator.size(), 1, ' ');
-      }
-      if (text.empty()) continue;
-      if (!all.empty()) all += '\n';
-      all += text;
-    }
-    return all;
-  }
 
   static std::string rounded(const Rect& device, double radius) {
     std::string data;
