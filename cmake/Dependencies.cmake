@@ -57,3 +57,10 @@ add_library(deps::absl_function_ref ALIAS absl_function_ref)
 # Text and pictures.
 vamba_pkg_config_dependency(pangocairo pangocairo)
 vamba_pkg_config_dependency(png libpng)
+
+# The desktop's windows.
+vamba_pkg_config_dependency(gtk gtk+-3.0)
+vamba_pkg_config_dependency(gtk_layer_shell gtk-layer-shell-0)
+vamba_pkg_config_dependency(wayland_client wayland-client)
+vamba_pkg_config_dependency(x11 x11)
+vamba_pkg_config_dependency(xrandr xrandr)

@@ -4,16 +4,20 @@
 #include <cstdio>
 
 #include "host/commands/commands.hpp"
+#include "host/commands/desktop_program.hpp"
 #include "host/commands/exit_status.hpp"
 #include "host/commands/program_folder.hpp"
 
 namespace {
 
-host::CommandResult run(const host::CommandLine& line) {
+host::CommandResult run(const host::CommandLine& line, char* const* argv) {
+  const auto usual = [] { return host::displayReachable() ? host::Command::desktop : host::Command::show; };
+  const auto command = line.command ? *line.command : usual();
+  if (command == host::Command::desktop) return host::becomeDesktop(argv);
   host::ExtensionSettings settings{.program = line.extension.value_or(host::usualExtensionPath())};
-  if (line.command == host::Command::watch) return host::watch(settings, line);
+  if (command == host::Command::watch) return host::watch(settings, line);
   host::ExtensionClient extension(settings);
-  switch (line.command) {
+  switch (command) {
     case host::Command::gallery:
       return host::gallery(extension, line);
     case host::Command::show:
@@ -33,7 +37,7 @@ int main(int argc, char** argv) {
     std::fputs(exit->standardError.c_str(), stderr);
     return exit->status;
   }
-  const auto result = run(std::get<host::CommandLine>(parsed));
+  const auto result = run(std::get<host::CommandLine>(parsed), argv);
   if (result) return host::exit_status::shown;
   std::fprintf(stderr, "vamba-host: %s\n", result.error().message.c_str());
   return result.error().status;

@@ -32,6 +32,10 @@ void Placements::remove(int id) {
   std::erase_if(all_, [id](const Placed& placed) { return placed.id == id; });
 }
 
+void Placements::setKind(int id, std::string kind) {
+  if (auto* placed = copy(id)) placed->kind = std::move(kind);
+}
+
 void Placements::setFamily(int id, std::string family) {
   if (Placed* placed = copy(id)) placed->family = std::move(family);
 }

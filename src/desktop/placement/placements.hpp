@@ -39,6 +39,7 @@ class Placements {
 
   /// These change nothing where no copy has the id.
   void remove(int id);
+  void setKind(int id, std::string kind);
   void setFamily(int id, std::string family);
   void setPlace(int id, Place place);
 

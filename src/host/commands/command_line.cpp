@@ -72,6 +72,7 @@ std::variant<CommandLine, Exit> parseCommandLine(int argc, const char* const* ar
   app.add_option("--extension", line.extension, "the extension's program")->type_name("PATH");
   app.fallthrough();
   app.require_subcommand(0, 1);
+  app.footer("Without a command: desktop where a display is reachable, else show.");
 
   const auto add = [&](const char* name, Command command, const char* help) -> CLI::App& {
     CLI::App* subcommand = app.add_subcommand(name, help);
@@ -103,6 +104,11 @@ std::variant<CommandLine, Exit> parseCommandLine(int argc, const char* const* ar
   auto& watch = add("watch", Command::watch, "the board again at each reload, until interrupted");
   addFamily(watch, line);
   addChoice(watch, "--format", format, streamFormats, "default: text");
+
+  auto& desktop = add("desktop", Command::desktop, "the widgets on the desktop, until you quit");
+  desktop.add_flag("--verbose", line.verbose, "say on standard error how and when windows are shown");
+  desktop.add_flag("--part-of-desktop", line.partOfDesktop,
+                   "on X11: stay when the desktop is shown, though a file manager's icons may cover the widgets");
 
   try {
     app.parse(argc, argv);

@@ -8,12 +8,12 @@
 
 namespace host {
 
-enum class Command { gallery, placeholder, snapshot, timeline, show, watch };
+enum class Command { gallery, placeholder, snapshot, timeline, show, watch, desktop };
 enum class Format { text, json, waybar, svg, png, pdf };
 enum class Appearance { light, dark };
 
 struct CommandLine {
-  Command command = Command::show;
+  std::optional<Command> command;  ///< none given: the desktop where a display is reachable, else `show`
   std::optional<std::filesystem::path> extension;
   std::string family = "systemMedium";  ///< in the protocol's spelling
   bool galleryAsJson = false;
@@ -23,7 +23,9 @@ struct CommandLine {
   std::optional<std::filesystem::path> output;
   double scale = 1;
   Appearance appearance = Appearance::light;
-  bool outlines = false;  ///< letters of an SVG as outlines instead of text
+  bool verbose = false;        ///< the desktop says what it does
+  bool partOfDesktop = false;  ///< on X11 windows that are a part of the desktop instead of lying below others
+  bool outlines = false;       ///< letters of an SVG as outlines instead of text
 };
 
 /// Why there is no command to run: help or version to print with status 0, or a mistake with status 2.

@@ -11,18 +11,6 @@ namespace {
 
 using Drawing = std::expected<std::string, std::string>;
 
-std::string languageTag(Language language) {
-  switch (language) {
-    case Language::english:
-      return "en";
-    case Language::lithuanian:
-      return "lt";
-    case Language::polish:
-      break;
-  }
-  return "pl";
-}
-
 render::PictureOptions pictureOptions(const Board& board, const CommandLine& line) {
   return {.form = render::familyForm(line.family).value_or(render::mediumFamily),
           .scale = line.scale,

@@ -1,6 +1,20 @@
 #include "host/commands/program_folder.hpp"
 
+#include <array>
+
 namespace host {
+namespace {
+
+/// The first of these seen from the program's folder that is there, else the second.
+std::filesystem::path firstThere(const std::array<const char*, 3>& names) {
+  for (const char* name : names) {
+    std::error_code error;
+    if (auto path = programFolder() / name; std::filesystem::exists(path, error)) return path;
+  }
+  return programFolder() / names[1];
+}
+
+}  // namespace
 
 std::filesystem::path programFolder() {
   std::error_code error;
@@ -8,10 +22,10 @@ std::filesystem::path programFolder() {
 }
 
 std::filesystem::path usualExtensionPath() {
-  std::error_code error;
-  const auto beside = programFolder() / "vamba-widzety";
-  if (std::filesystem::exists(beside, error)) return beside;
-  return programFolder() / "../libexec/vamba/vamba-widzety";
+  // Beside the desktop's program, beside the host in a build tree, from the host, from the desktop in a build tree.
+  return firstThere({"vamba-widzety", "../libexec/vamba/vamba-widzety", "../../bin/vamba-widzety"});
 }
+
+std::filesystem::path desktopProgramPath() { return programFolder() / "../libexec/vamba/vamba-desktop"; }
 
 }  // namespace host

@@ -8,8 +8,11 @@ namespace host {
 /// The folder of the running program.
 std::filesystem::path programFolder();
 
-/// The extension that comes with this host: `../libexec/vamba/vamba-widzety` seen from its folder, or the program
-/// beside it, where a build tree has it.
+/// The extension that comes with this host: in the libexec folder of its installation, or where a build tree has it. A
+/// path that need not exist.
 std::filesystem::path usualExtensionPath();
+
+/// Likewise the program of the desktop.
+std::filesystem::path desktopProgramPath();
 
 }  // namespace host

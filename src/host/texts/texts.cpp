@@ -66,6 +66,18 @@ Language languageOf(std::span<const std::string> preferred) {
 
 Language userLanguage() { return languageOf(platform::preferredLanguages()); }
 
+std::string languageTag(Language language) {
+  switch (language) {
+    case Language::english:
+      return "en";
+    case Language::lithuanian:
+      return "lt";
+    case Language::polish:
+      break;
+  }
+  return "pl";
+}
+
 std::string worded(const platform::LocalizedKey& key, Language language) {
   return platform::withArguments(format(key.key, language), key.arguments);
 }

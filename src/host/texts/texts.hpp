@@ -22,6 +22,9 @@ Language languageOf(std::span<const std::string> preferred);
 /// `languageOf` the environment's preferred languages (platform::preferredLanguages()), read at each call.
 Language userLanguage();
 
+/// As in BCP 47.
+std::string languageTag(Language language);
+
 /// The key's wording in the language with its numbers put in. A key without a wording shows as written.
 std::string worded(const platform::LocalizedKey& key, Language language);
 

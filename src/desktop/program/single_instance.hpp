@@ -1,0 +1,29 @@
+// One desktop a session: a second start tells the first, which opens its gallery.
+#pragma once
+
+#include <functional>
+
+#include <gio/gio.h>
+
+#include "desktop/windows/gobject.hpp"
+
+namespace desktop {
+
+class SingleInstance {
+ public:
+  /// `calledAgain` runs on the main thread whenever the program was started once more. Without a session bus every
+  /// start is the first.
+  explicit SingleInstance(std::function<void()> calledAgain);
+
+  /// Whether this one is the first. Where it is not, the first has been told.
+  bool isFirst() const { return first_; }
+
+ private:
+  void activated();
+
+  std::function<void()> calledAgain_;
+  OwnedObject<GApplication> application_;
+  bool first_ = true;
+};
+
+}  // namespace desktop

@@ -1,0 +1,87 @@
+#include "desktop/texts/texts.hpp"
+
+#include "platform/calendar/clock.hpp"
+
+namespace desktop {
+namespace {
+
+constexpr Texts polish{
+    .size = "_Rozmiar",
+    .small = "_Mały",
+    .medium = "_Średni",
+    .large = "_Duży",
+    .add = "_Dodaj widżet…",
+    .remove = "_Usuń widżet",
+    .reloadNow = "_Odśwież teraz",
+    .nextReload = "Następne odświeżenie: %s",
+    .noReload = "Trwa odświeżanie",
+    .quit = "_Zakończ",
+    .galleryTitle = "Galeria widżetów",
+    .addSmall = "Dodaj mały",
+    .addMedium = "Dodaj średni",
+    .addLarge = "Dodaj duży",
+    .addHint = "Wybierz rozmiar, żeby dodać widżet do pulpitu.",
+    .loading = "Trwa wczytywanie",
+};
+
+constexpr Texts english{
+    .size = "_Size",
+    .small = "_Small",
+    .medium = "_Medium",
+    .large = "_Large",
+    .add = "_Add widget…",
+    .remove = "_Remove widget",
+    .reloadNow = "Reload _now",
+    .nextReload = "Next reload: %s",
+    .noReload = "Reloading",
+    .quit = "_Quit",
+    .galleryTitle = "Widget gallery",
+    .addSmall = "Add small",
+    .addMedium = "Add medium",
+    .addLarge = "Add large",
+    .addHint = "Choose a size to add the widget to the desktop.",
+    .loading = "Loading",
+};
+
+constexpr Texts lithuanian{
+    .size = "_Dydis",
+    .small = "_Mažas",
+    .medium = "_Vidutinis",
+    .large = "_Didelis",
+    .add = "_Pridėti valdiklį…",
+    .remove = "Pa_šalinti valdiklį",
+    .reloadNow = "_Atnaujinti dabar",
+    .nextReload = "Kitas atnaujinimas: %s",
+    .noReload = "Atnaujinama",
+    .quit = "_Baigti",
+    .galleryTitle = "Valdiklių galerija",
+    .addSmall = "Pridėti mažą",
+    .addMedium = "Pridėti vidutinį",
+    .addLarge = "Pridėti didelį",
+    .addHint = "Pasirinkite dydį, kad pridėtumėte valdiklį į darbalaukį.",
+    .loading = "Įkeliama",
+};
+
+}  // namespace
+
+const Texts& textsFor(host::Language language) {
+  switch (language) {
+    case host::Language::english:
+      return english;
+    case host::Language::lithuanian:
+      return lithuanian;
+    case host::Language::polish:
+      break;
+  }
+  return polish;
+}
+
+std::string nextReloadLine(const Texts& texts, std::optional<absl::Time> reload) {
+  if (!reload) return texts.noReload;
+  const auto zone = platform::SystemClock().calendar().timeZone();
+  std::string line = texts.nextReload;
+  line.replace(line.find("%s"), 2, absl::FormatTime("%H:%M", *reload, zone));
+  return line;
+}
+
+}  // namespace desktop

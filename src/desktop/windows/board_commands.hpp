@@ -1,0 +1,31 @@
+// What a person can ask of a placed copy, by pointer, keyboard or menu.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include <absl/time/time.h>
+
+#include "desktop/placement/geometry.hpp"
+#include "desktop/placement/snapping.hpp"
+
+namespace desktop {
+
+/// Copies are named by their ids. A copy may be gone when the call returns.
+class BoardCommands {
+ public:
+  virtual ~BoardCommands() = default;
+
+  /// Where the copy would come to lie if it were dropped at `wanted`.
+  virtual Point snapped(int id, Point wanted) = 0;
+  virtual void moveTo(int id, Point origin) = 0;
+  virtual void step(int id, Direction direction) = 0;
+  virtual void resize(int id, const std::string& family) = 0;
+  virtual void remove(int id) = 0;
+  virtual void openGallery() = 0;
+  virtual void reload() = 0;
+  virtual std::optional<absl::Time> nextReload() const = 0;
+  virtual void quit() = 0;
+};
+
+}  // namespace desktop

@@ -1,0 +1,61 @@
+#include "desktop/windows/board_picture.hpp"
+
+#include <cmath>
+#include <memory>
+#include <utility>
+
+#include "render/layout/family_form.hpp"
+#include "render/picture/paint.hpp"
+
+namespace desktop {
+namespace {
+
+struct DestroySurface {
+  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+};
+
+struct DestroyContext {
+  void operator()(cairo_t* cairo) const { cairo_destroy(cairo); }
+};
+
+render::PictureOptions optionsFor(const std::string& family, const BoardContent& content, const BoardLook& look) {
+  auto form = render::familyForm(family).value_or(render::mediumFamily);
+  form.magnification *= look.textScale;
+  return {.form = form, .appearance = look.appearance, .redaction = content.redaction, .language = look.language};
+}
+
+}  // namespace
+
+BoardPicture::BoardPicture(std::string family, BoardContent content, BoardLook look)
+    : family_(std::move(family)),
+      content_(std::move(content)),
+      look_(std::move(look)),
+      options_(optionsFor(family_, content_, look_)),
+      drawing_(render::prepare(content_.view, options_)) {
+  if (drawing_ && content_.redaction == render::Redaction::none) aloud_ = render::readAloud(*drawing_);
+}
+
+void BoardPicture::paint(cairo_t* cairo, int scale, Filter filter) {
+  if (!drawing_) return;
+  // On a surface of its own in memory: letters come out as in a picture file, whatever the window's surface is.
+  const int width = static_cast<int>(std::lround(size().width));
+  const int height = static_cast<int>(std::lround(size().height));
+  const std::unique_ptr<cairo_surface_t, DestroySurface> surface(
+      cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width * scale, height * scale));
+  const std::unique_ptr<cairo_t, DestroyContext> painting(cairo_create(surface.get()));
+  render::paint(painting.get(), *drawing_,
+                {.size = options_.form.size,
+                 .pixels = static_cast<double>(scale),
+                 .appearance = options_.appearance,
+                 .redaction = options_.redaction});
+  cairo_surface_set_device_scale(surface.get(), scale, scale);
+  cairo_set_source_surface(cairo, surface.get(), 0, 0);
+  cairo_pattern_set_filter(cairo_get_source(cairo), filter == Filter::exact ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
+  cairo_paint(cairo);
+}
+
+render::Size boardSize(const std::string& family) {
+  return render::familyForm(family).value_or(render::mediumFamily).size;
+}
+
+}  // namespace desktop

@@ -1,0 +1,147 @@
+#include "desktop/windows/board_surface.hpp"
+
+#include <cmath>
+#include <utility>
+
+#include <gtk-layer-shell.h>
+
+#include "desktop/windows/gobject.hpp"
+#include "render/colour/palette.hpp"
+
+namespace desktop {
+namespace {
+
+GtkWindow* asWindow(GtkWidget* widget) { return GTK_WINDOW(widget); }
+
+/// What window managers are told of the surface.
+void describeToManager(GtkWindow* window, Stacking stacking) {
+  gtk_window_set_type_hint(window,
+                           stacking == Stacking::desktop ? GDK_WINDOW_TYPE_HINT_DESKTOP : GDK_WINDOW_TYPE_HINT_NORMAL);
+  gtk_window_set_decorated(window, FALSE);
+  gtk_window_set_resizable(window, FALSE);
+  gtk_window_set_skip_taskbar_hint(window, TRUE);
+  gtk_window_set_skip_pager_hint(window, TRUE);
+  gtk_window_set_keep_below(window, TRUE);
+  gtk_window_set_focus_on_map(window, FALSE);
+  gtk_window_stick(window);
+}
+
+void makeLayer(GtkWindow* window, BoardSurface::Input input) {
+  gtk_layer_init_for_window(window);
+  gtk_layer_set_namespace(window, "vamba-widget");
+  gtk_layer_set_layer(window, GTK_LAYER_SHELL_LAYER_BOTTOM);
+  gtk_layer_set_anchor(window, GTK_LAYER_SHELL_EDGE_LEFT, TRUE);
+  gtk_layer_set_anchor(window, GTK_LAYER_SHELL_EDGE_TOP, TRUE);
+  constexpr guint onDemandSince = 4;
+  if (input == BoardSurface::Input::all && gtk_layer_get_protocol_version() >= onDemandSince) {
+    gtk_layer_set_keyboard_mode(window, GTK_LAYER_SHELL_KEYBOARD_MODE_ON_DEMAND);
+  }
+}
+
+}  // namespace
+
+BoardSurface::BoardSurface(SurfaceStyle style, Input input)
+    : style_(style), input_(input), window_(gtk_window_new(GTK_WINDOW_TOPLEVEL)) {
+  gtk_widget_set_app_paintable(window_, TRUE);
+  if (GdkVisual* const visual = gdk_screen_get_rgba_visual(gtk_widget_get_screen(window_)); visual != nullptr) {
+    gtk_widget_set_visual(window_, visual);
+  }
+  describeToManager(asWindow(window_), style.stacking);
+  if (style.way == DisplayWay::layerShell) makeLayer(asWindow(window_), input);
+  if (input == Input::none) gtk_window_set_accept_focus(asWindow(window_), FALSE);
+  connect<&BoardSurface::draw>(window_, "draw", this);
+  connect<&BoardSurface::closeAsked>(window_, "delete-event", this);
+  connect<&BoardSurface::compositingChanged>(window_, "composited-changed", this);
+}
+
+BoardSurface::~BoardSurface() { gtk_widget_destroy(window_); }
+
+void BoardSurface::show(std::shared_ptr<BoardPicture> picture) {
+  const bool resized = !picture_ || picture_->size() != picture->size();
+  picture_ = std::move(picture);
+  if (resized) {
+    const auto size = picture_->size();
+    gtk_widget_set_size_request(window_, static_cast<int>(std::lround(size.width)),
+                                static_cast<int>(std::lround(size.height)));
+    shape();
+  }
+  repaint();
+}
+
+void BoardSurface::place(const SurfacePlace& place) {
+  if (style_.way == DisplayWay::layerShell) {
+    if (place.monitor != place_.monitor) gtk_layer_set_monitor(asWindow(window_), place.monitor);
+    gtk_layer_set_margin(asWindow(window_), GTK_LAYER_SHELL_EDGE_LEFT, place.onMonitor.x);
+    gtk_layer_set_margin(asWindow(window_), GTK_LAYER_SHELL_EDGE_TOP, place.onMonitor.y);
+  } else {
+    gtk_window_move(asWindow(window_), place.origin.x, place.origin.y);
+  }
+  place_ = place;
+  if (gtk_widget_get_visible(window_)) return;
+  gtk_widget_show(window_);
+  shape();
+}
+
+void BoardSurface::hide() { gtk_widget_hide(window_); }
+
+void BoardSurface::fade(double opacity) {
+  if (std::exchange(opacity_, opacity) != opacity) repaint();
+}
+
+bool BoardSurface::composed() const { return gdk_screen_is_composited(gtk_widget_get_screen(window_)) != FALSE; }
+
+void BoardSurface::repaint() { gtk_widget_queue_draw(window_); }
+
+gboolean BoardSurface::draw(cairo_t* cairo) {
+  if (!picture_) return TRUE;
+  cairo_save(cairo);
+  const bool transparent = composed();
+  const auto& background = render::palette(picture_->look().appearance).background;
+  cairo_set_source_rgba(cairo, background.red / 255.0, background.green / 255.0, background.blue / 255.0,
+                        transparent ? 0 : 1);
+  cairo_set_operator(cairo, CAIRO_OPERATOR_SOURCE);
+  cairo_paint(cairo);
+  cairo_set_operator(cairo, CAIRO_OPERATOR_OVER);
+  if (opacity_ < 1) cairo_push_group(cairo);
+  picture_->paint(cairo, gtk_widget_get_scale_factor(window_));
+  if (opacity_ < 1) {
+    cairo_pop_group_to_source(cairo);
+    cairo_paint_with_alpha(cairo, opacity_);
+  }
+  cairo_restore(cairo);
+  return FALSE;
+}
+
+void BoardSurface::compositingChanged() {
+  shape();
+  repaint();
+}
+
+/// Where nothing composes windows there is no transparency: the corners are cut off.
+void BoardSurface::shape() {
+  if (input_ == Input::none) {
+    cairo_region_t* const nowhere = cairo_region_create();
+    gtk_widget_input_shape_combine_region(window_, nowhere);
+    cairo_region_destroy(nowhere);
+  }
+  if (!picture_ || style_.way != DisplayWay::x11) return;
+  if (composed()) {
+    gtk_widget_shape_combine_region(window_, nullptr);
+    return;
+  }
+  const auto size = picture_->size();
+  cairo_surface_t* const mask = cairo_image_surface_create(
+      CAIRO_FORMAT_ARGB32, static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height)));
+  cairo_t* const cairo = cairo_create(mask);
+  picture_->paint(cairo, 1);
+  cairo_destroy(cairo);
+  cairo_region_t* const region = gdk_cairo_region_create_from_surface(mask);
+  cairo_surface_destroy(mask);
+  gtk_widget_shape_combine_region(window_, region);
+  cairo_region_destroy(region);
+}
+
+/// A board goes when its copy is removed, not when a window manager or a vanished monitor closes it.
+gboolean BoardSurface::closeAsked(GdkEvent* /*event*/) { return TRUE; }
+
+}  // namespace desktop

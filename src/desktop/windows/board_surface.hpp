@@ -1,0 +1,66 @@
+// A window without a frame at the bottom of the desktop that shows one board: made, put in its place and painted, each
+// in the way of the display. What a person does with it is board_window.hpp's.
+#pragma once
+
+#include <memory>
+
+#include <gtk/gtk.h>
+
+#include "desktop/placement/geometry.hpp"
+#include "desktop/windows/board_picture.hpp"
+#include "desktop/windows/display_way.hpp"
+
+namespace desktop {
+
+/// On X11: below other windows, hidden by some window managers' "show desktop"; or a part of the desktop itself, which
+/// stays then but may be covered by a file manager's icons.
+enum class Stacking { below, desktop };
+
+struct SurfaceStyle {
+  DisplayWay way = DisplayWay::x11;
+  Stacking stacking = Stacking::below;
+};
+
+/// Where a surface goes: in the display's coordinates, and relative to its monitor, which layers ask for.
+struct SurfacePlace {
+  GdkMonitor* monitor = nullptr;
+  Point origin;
+  Point onMonitor;
+  bool operator==(const SurfacePlace&) const = default;
+};
+
+class BoardSurface {
+ public:
+  enum class Input { all, none };
+
+  BoardSurface(SurfaceStyle style, Input input);
+  ~BoardSurface();
+  BoardSurface(const BoardSurface&) = delete;
+  BoardSurface& operator=(const BoardSurface&) = delete;
+
+  GtkWidget* widget() const { return window_; }
+
+  /// The picture lives until another is shown. Takes the picture's size.
+  void show(std::shared_ptr<BoardPicture> picture);
+  void place(const SurfacePlace& place);
+  void hide();
+  /// How opaque the board is painted.
+  void fade(double opacity);
+
+ private:
+  gboolean draw(cairo_t* cairo);
+  void compositingChanged();
+  bool composed() const;
+  void shape();
+  void repaint();
+  gboolean closeAsked(GdkEvent* event);
+
+  SurfaceStyle style_;
+  Input input_;
+  GtkWidget* window_;
+  std::shared_ptr<BoardPicture> picture_;  // shared with the copies of the same size
+  SurfacePlace place_;
+  double opacity_ = 1;
+};
+
+}  // namespace desktop

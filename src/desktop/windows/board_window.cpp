@@ -1,0 +1,172 @@
+#include "desktop/windows/board_window.hpp"
+
+#include <cmath>
+#include <utility>
+
+#include "desktop/windows/board_menu.hpp"
+#include "desktop/windows/gobject.hpp"
+
+namespace desktop {
+namespace {
+
+constexpr double draggedOpacity = 0.4;  ///< of the board while its image follows the pointer
+
+/// The step that an arrow key stands for.
+std::optional<Direction> directionOf(guint key) {
+  switch (key) {
+    case GDK_KEY_Left:
+    case GDK_KEY_KP_Left:
+      return Direction::left;
+    case GDK_KEY_Right:
+    case GDK_KEY_KP_Right:
+      return Direction::right;
+    case GDK_KEY_Up:
+    case GDK_KEY_KP_Up:
+      return Direction::up;
+    case GDK_KEY_Down:
+    case GDK_KEY_KP_Down:
+      return Direction::down;
+    default:
+      return std::nullopt;
+  }
+}
+
+}  // namespace
+
+BoardWindow::BoardWindow(int id, SurfaceStyle style, BoardCommands& commands, const Texts& texts)
+    : id_(id), style_(style), commands_(commands), texts_(texts), surface_(style, BoardSurface::Input::all) {
+  GtkWidget* const window = surface_.widget();
+  gtk_widget_add_events(window, GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK | GDK_BUTTON1_MOTION_MASK);
+  connect<&BoardWindow::pressed>(window, "button-press-event", this);
+  connect<&BoardWindow::moved>(window, "motion-notify-event", this);
+  connect<&BoardWindow::released>(window, "button-release-event", this);
+  connect<&BoardWindow::keyPressed>(window, "key-press-event", this);
+  connect<&BoardWindow::menuKeyPressed>(window, "popup-menu", this);
+}
+
+BoardWindow::~BoardWindow() { g_signal_handlers_disconnect_by_data(surface_.widget(), this); }
+
+void BoardWindow::show(std::shared_ptr<BoardPicture> picture, const std::string& widgetName) {
+  picture_ = std::move(picture);
+  surface_.show(picture_);
+  gtk_window_set_title(GTK_WINDOW(surface_.widget()), widgetName.c_str());
+  AtkObject* const accessible = gtk_widget_get_accessible(surface_.widget());
+  atk_object_set_name(accessible, widgetName.c_str());
+  const bool redacted = picture_->content().redaction == render::Redaction::placeholder;
+  atk_object_set_description(accessible, redacted ? texts_.loading : picture_->aloud().c_str());
+}
+
+void BoardWindow::place(const SurfacePlace& place) {
+  place_ = place;
+  surface_.place(place);
+}
+
+void BoardWindow::focus() { gtk_window_present(GTK_WINDOW(surface_.widget())); }
+
+/// Layers know their own coordinates only, and those mean something as long as the layer stays where it was pressed.
+Point BoardWindow::pointerAt(double x, double y, double rootX, double rootY) const {
+  if (style_.way != DisplayWay::layerShell)
+    return {static_cast<int>(std::lround(rootX)), static_cast<int>(std::lround(rootY))};
+  return {place_.origin.x + static_cast<int>(std::lround(x)), place_.origin.y + static_cast<int>(std::lround(y))};
+}
+
+gboolean BoardWindow::pressed(GdkEventButton* event) {
+  if (gdk_event_triggers_context_menu(reinterpret_cast<GdkEvent*>(event)) != FALSE) {
+    popUpBoardMenu(surface_.widget(), {id_, picture_->family()}, commands_, texts_, reinterpret_cast<GdkEvent*>(event));
+    return TRUE;
+  }
+  if (event->type != GDK_BUTTON_PRESS || event->button != GDK_BUTTON_PRIMARY) return FALSE;
+  drag_ = Drag{.pointer = pointerAt(event->x, event->y, event->x_root, event->y_root), .origin = place_.origin};
+  return TRUE;
+}
+
+gboolean BoardWindow::moved(GdkEventMotion* event) {
+  if (!drag_) return FALSE;
+  const Point now = pointerAt(event->x, event->y, event->x_root, event->y_root);
+  if (!drag_->moving &&
+      gtk_drag_check_threshold(surface_.widget(), drag_->pointer.x, drag_->pointer.y, now.x, now.y) == FALSE) {
+    return TRUE;
+  }
+  drag_->moving = true;
+  dragTo({drag_->origin.x + now.x - drag_->pointer.x, drag_->origin.y + now.y - drag_->pointer.y});
+  return TRUE;
+}
+
+void BoardWindow::dragTo(Point origin) {
+  dropped_ = commands_.snapped(id_, origin);
+  SurfacePlace place = place_;
+  place.onMonitor.x += dropped_.x - place_.origin.x;
+  place.onMonitor.y += dropped_.y - place_.origin.y;
+  place.origin = dropped_;
+  if (style_.way != DisplayWay::layerShell) return surface_.place(place);
+  if (!image_) {
+    image_ = std::make_unique<BoardSurface>(style_, BoardSurface::Input::none);
+    image_->show(picture_);
+    surface_.fade(draggedOpacity);
+  }
+  image_->place(place);
+}
+
+gboolean BoardWindow::released(GdkEventButton* event) {
+  if (!drag_ || event->button != GDK_BUTTON_PRIMARY) return FALSE;
+  const bool wasMoving = drag_->moving;
+  endDrag();
+  if (wasMoving) commands_.moveTo(id_, dropped_);
+  return TRUE;
+}
+
+void BoardWindow::endDrag() {
+  drag_.reset();
+  image_.reset();
+  surface_.fade(1);
+}
+
+gboolean BoardWindow::keyPressed(GdkEventKey* event) {
+  const guint modifiers = event->state & static_cast<guint>(gtk_accelerator_get_default_mod_mask());
+  if (drag_ && event->keyval == GDK_KEY_Escape) {
+    endDrag();
+    surface_.place(place_);
+    return TRUE;
+  }
+  if (modifiers != 0) return FALSE;
+  if (const auto direction = directionOf(event->keyval)) {
+    commands_.step(id_, *direction);
+    return TRUE;
+  }
+  switch (event->keyval) {
+    case GDK_KEY_Delete:
+    case GDK_KEY_KP_Delete:
+      commands_.remove(id_);
+      return TRUE;
+    case GDK_KEY_Insert:
+    case GDK_KEY_plus:
+    case GDK_KEY_KP_Add:
+      commands_.openGallery();
+      return TRUE;
+    case GDK_KEY_Return:
+    case GDK_KEY_KP_Enter:
+    case GDK_KEY_space:
+      return menuKeyPressed();
+    case GDK_KEY_F5:
+      commands_.reload();
+      return TRUE;
+    case GDK_KEY_1:
+      commands_.resize(id_, "systemSmall");
+      return TRUE;
+    case GDK_KEY_2:
+      commands_.resize(id_, "systemMedium");
+      return TRUE;
+    case GDK_KEY_3:
+      commands_.resize(id_, "systemLarge");
+      return TRUE;
+    default:
+      return FALSE;
+  }
+}
+
+gboolean BoardWindow::menuKeyPressed() {
+  popUpBoardMenu(surface_.widget(), {id_, picture_->family()}, commands_, texts_, nullptr);
+  return TRUE;
+}
+
+}  // namespace desktop

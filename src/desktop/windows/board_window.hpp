@@ -1,0 +1,60 @@
+// One placed copy under a person's hands: dragged, moved by keys, with its menu, and one accessible object that bears
+// the widget's name and reads the board.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <gtk/gtk.h>
+
+#include "desktop/texts/texts.hpp"
+#include "desktop/windows/board_commands.hpp"
+#include "desktop/windows/board_picture.hpp"
+#include "desktop/windows/board_surface.hpp"
+
+namespace desktop {
+
+class BoardWindow {
+ public:
+  BoardWindow(int id, SurfaceStyle style, BoardCommands& commands, const Texts& texts);
+  ~BoardWindow();
+  BoardWindow(const BoardWindow&) = delete;
+  BoardWindow& operator=(const BoardWindow&) = delete;
+
+  void show(std::shared_ptr<BoardPicture> picture, const std::string& widgetName);
+  void place(const SurfacePlace& place);
+  void hide() { surface_.hide(); }
+  /// Gives it the keyboard.
+  void focus();
+
+ private:
+  /// A drag in the display's coordinates.
+  struct Drag {
+    Point pointer;  ///< where it was pressed
+    Point origin;   ///< of the board then
+    bool moving = false;
+  };
+
+  gboolean pressed(GdkEventButton* event);
+  gboolean moved(GdkEventMotion* event);
+  gboolean released(GdkEventButton* event);
+  gboolean keyPressed(GdkEventKey* event);
+  gboolean menuKeyPressed();
+  void dragTo(Point origin);
+  void endDrag();
+  Point pointerAt(double x, double y, double rootX, double rootY) const;
+
+  int id_;
+  SurfaceStyle style_;
+  BoardCommands& commands_;
+  const Texts& texts_;
+  BoardSurface surface_;
+  std::shared_ptr<BoardPicture> picture_;
+  SurfacePlace place_;
+  std::optional<Drag> drag_;
+  Point dropped_;                        ///< where the drag would end now
+  std::unique_ptr<BoardSurface> image_;  ///< what follows the pointer where the board itself must not
+};
+
+}  // namespace desktop

@@ -1,0 +1,63 @@
+// The gallery: what the widget is called, what it is, and a live preview in each of its sizes; a click or Enter on one
+// adds it to the desktop.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtk/gtk.h>
+
+#include "desktop/texts/texts.hpp"
+#include "desktop/windows/board_picture.hpp"
+#include "host/extension/answers.hpp"
+
+namespace desktop {
+
+class GalleryWindow {
+ public:
+  struct Actions {
+    std::function<void(const std::string& family)> add;
+    std::function<void()> closed;  ///< the window may be destroyed in it
+  };
+
+  GalleryWindow(const Texts& texts, Actions actions);
+  ~GalleryWindow();
+  GalleryWindow(const GalleryWindow&) = delete;
+  GalleryWindow& operator=(const GalleryWindow&) = delete;
+
+  void describe(const host::WidgetDeclaration& widget);
+  /// By family. Those that have no picture yet show nothing.
+  void show(const std::map<std::string, std::shared_ptr<BoardPicture>>& pictures);
+  /// To the front, with the keyboard.
+  void present();
+
+ private:
+  /// One size's button with its drawing.
+  struct Preview {
+    GalleryWindow* gallery = nullptr;
+    std::string family;
+    GtkWidget* button = nullptr;
+    GtkWidget* drawing = nullptr;
+    std::shared_ptr<BoardPicture> picture;
+
+    gboolean draw(cairo_t* cairo);
+    void clicked();
+  };
+
+  void build();
+  GtkWidget* preview(const std::string& family, const char* action);
+  gboolean keyPressed(GdkEventKey* event);
+  gboolean closeAsked(GdkEvent* event);
+
+  const Texts& texts_;
+  Actions actions_;
+  GtkWidget* window_;
+  GtkWidget* name_ = nullptr;
+  GtkWidget* description_ = nullptr;
+  std::vector<std::unique_ptr<Preview>> previews_;
+};
+
+}  // namespace desktop

@@ -1,0 +1,38 @@
+// Small owners for the toolkit's objects, and signals that call member functions.
+#pragma once
+
+#include <memory>
+
+#include <glib-object.h>
+
+namespace desktop {
+
+struct ObjectRelease {
+  void operator()(gpointer object) const { g_object_unref(object); }
+};
+
+/// Holds one reference.
+template <typename Object>
+using OwnedObject = std::unique_ptr<Object, ObjectRelease>;
+
+namespace detail {
+
+template <auto method>
+struct Slot;
+
+template <typename Class, typename Result, typename... Arguments, Result (Class::*method)(Arguments...)>
+struct Slot<method> {
+  static Result call(gpointer /*emitter*/, Arguments... arguments, gpointer self) {
+    return (static_cast<Class*>(self)->*method)(arguments...);
+  }
+};
+
+}  // namespace detail
+
+/// Calls `method` of `self` with the signal's arguments but the emitter. `self` outlives the emitter, or disconnects.
+template <auto method, typename Class>
+gulong connect(gpointer emitter, const char* signal, Class* self) {
+  return g_signal_connect(emitter, signal, G_CALLBACK(&detail::Slot<method>::call), self);
+}
+
+}  // namespace desktop

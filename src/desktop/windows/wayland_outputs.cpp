@@ -1,0 +1,96 @@
+#include "desktop/windows/wayland_outputs.hpp"
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
+
+#include <wayland-client.h>
+
+namespace desktop {
+namespace {
+
+template <auto release>
+struct Release {
+  template <typename Object>
+  void operator()(Object* object) const {
+    release(object);
+  }
+};
+
+using OwnedQueue = std::unique_ptr<wl_event_queue, Release<&wl_event_queue_destroy>>;
+using OwnedRegistry = std::unique_ptr<wl_registry, Release<&wl_registry_destroy>>;
+using OwnedOutput = std::unique_ptr<wl_output, Release<&wl_output_destroy>>;
+
+struct Bound {
+  OwnedOutput proxy;
+  WaylandOutput told;
+};
+
+// Addresses of what is bound are given to the library, so each stays where it is.
+using AllBound = std::vector<std::unique_ptr<Bound>>;
+
+constexpr wl_output_listener outputListener{
+    .geometry =
+        [](void* output, wl_output* /*proxy*/, std::int32_t x, std::int32_t y, std::int32_t /*width*/,
+           std::int32_t /*height*/, std::int32_t /*subpixel*/, const char* make, const char* model,
+           std::int32_t /*transform*/) {
+          auto& told = *static_cast<WaylandOutput*>(output);
+          told.x = x;
+          told.y = y;
+          told.make = make;
+          told.model = model;
+        },
+    .mode = [](void*, wl_output*, std::uint32_t, std::int32_t, std::int32_t, std::int32_t) {},
+    .done = [](void*, wl_output*) {},
+    .scale = [](void*, wl_output*, std::int32_t) {},
+    .name = [](void* output, wl_output* /*proxy*/,
+               const char* name) { static_cast<WaylandOutput*>(output)->name = name; },
+    .description = [](void* output, wl_output* /*proxy*/,
+                      const char* text) { static_cast<WaylandOutput*>(output)->description = text; },
+};
+
+constexpr wl_registry_listener registryListener{
+    .global =
+        [](void* all, wl_registry* registry, std::uint32_t name, const char* interface, std::uint32_t version) {
+          if (std::string_view(interface) != wl_output_interface.name) return;
+          constexpr std::uint32_t withNames = 4;
+          auto& bound = *static_cast<AllBound*>(all)->emplace_back(std::make_unique<Bound>());
+          bound.proxy.reset(static_cast<wl_output*>(
+              wl_registry_bind(registry, name, &wl_output_interface, std::min(version, withNames))));
+          wl_output_add_listener(bound.proxy.get(), &outputListener, &bound.told);
+        },
+    .global_remove = [](void*, wl_registry*, std::uint32_t) {},
+};
+
+}  // namespace
+
+std::vector<WaylandOutput> waylandOutputs(wl_display* display) {
+  const OwnedQueue queue(wl_display_create_queue(display));
+  // A wrapper puts its children on the queue: the toolkit's own never sees them.
+  const std::unique_ptr<void, Release<&wl_proxy_wrapper_destroy>> wrapper(wl_proxy_create_wrapper(display));
+  wl_proxy_set_queue(static_cast<wl_proxy*>(wrapper.get()), queue.get());
+  AllBound bound;
+  const OwnedRegistry registry(wl_display_get_registry(static_cast<wl_display*>(wrapper.get())));
+  wl_registry_add_listener(registry.get(), &registryListener, &bound);
+  // The outputs are told of in the first answer, what they are in the second.
+  for (int i = 0; i < 2; ++i) {
+    if (wl_display_roundtrip_queue(display, queue.get()) < 0) return {};
+  }
+  std::vector<WaylandOutput> outputs;
+  for (auto& each : bound) outputs.push_back(std::move(each->told));
+  return outputs;
+}
+
+std::string serialOf(const WaylandOutput& output) {
+  std::string_view rest = output.description;
+  const std::string connector = " (" + output.name + ")";
+  if (output.name.empty() || !rest.ends_with(connector)) return {};
+  rest.remove_suffix(connector.size());
+  const std::string before = output.make + " " + output.model + " ";
+  if (!rest.starts_with(before)) return {};
+  rest.remove_prefix(before.size());
+  // What compositors built on one library write where there is none.
+  return rest == "Unknown" || rest == "(null)" ? std::string() : std::string(rest);
+}
+
+}  // namespace desktop

@@ -1,0 +1,64 @@
+#include "host/commands/desktop_program.hpp"
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include "host/commands/exit_status.hpp"
+#include "host/commands/program_folder.hpp"
+#include "platform/descriptors/file_descriptor.hpp"
+
+namespace host {
+namespace {
+
+std::string variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+/// A name that begins with NUL is one of the abstract namespace (unix(7)).
+bool listens(std::string_view socketName) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (socketName.size() >= sizeof address.sun_path) return false;
+  std::memcpy(address.sun_path, socketName.data(), socketName.size());
+  const platform::FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + socketName.size() +
+                                             (socketName.starts_with('\0') ? 0 : 1));
+  const auto* const generic = reinterpret_cast<const sockaddr*>(&address);
+  return ::connect(client.get(), generic, length) == 0 || errno == EAGAIN;
+}
+
+bool waylandReachable() {
+  const std::string name = variable("WAYLAND_DISPLAY");
+  if (name.empty()) return false;
+  return listens(name.starts_with('/') ? name : variable("XDG_RUNTIME_DIR") + "/" + name);
+}
+
+bool xReachable() {
+  const std::string name = variable("DISPLAY");
+  const auto colon = name.rfind(':');
+  if (colon == std::string::npos) return false;
+  // Another machine's, which only asking it in earnest tells.
+  if (colon != 0 && name.substr(0, colon) != "unix") return true;
+  const std::string path = "/tmp/.X11-unix/X" + name.substr(colon + 1, name.find('.', colon) - colon - 1);
+  return listens(std::string(1, '\0') + path) || listens(path);
+}
+
+}  // namespace
+
+bool displayReachable() { return waylandReachable() || xReachable(); }
+
+CommandResult becomeDesktop(char* const* argv) {
+  const auto program = desktopProgramPath();
+  ::execv(program.c_str(), argv);
+  return std::unexpected(CommandFailure{exit_status::noAnswer, "the desktop's program " + program.string() +
+                                                                   " can't be started: " + std::strerror(errno)});
+}
+
+}  // namespace host
