@@ -21,7 +21,11 @@ struct DestroyContext {
 render::PictureOptions optionsFor(const std::string& family, const BoardContent& content, const BoardLook& look) {
   auto form = render::familyForm(family).value_or(render::mediumFamily);
   form.magnification *= look.textScale;
-  return {.form = form, .appearance = look.appearance, .redaction = content.redaction, .language = look.language};
+  return {.form = form,
+          .appearance = look.appearance,
+          .redaction = content.redaction,
+          .language = look.language,
+          .accent = look.accent};
 }
 
 }  // namespace
@@ -47,7 +51,8 @@ void BoardPicture::paint(cairo_t* cairo, int scale, Filter filter) {
                 {.size = options_.form.size,
                  .pixels = static_cast<double>(scale),
                  .appearance = options_.appearance,
-                 .redaction = options_.redaction});
+                 .redaction = options_.redaction,
+                 .accent = options_.accent});
   cairo_surface_set_device_scale(surface.get(), scale, scale);
   cairo_set_source_surface(cairo, surface.get(), 0, 0);
   cairo_pattern_set_filter(cairo_get_source(cairo), filter == Filter::exact ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);

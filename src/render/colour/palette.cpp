@@ -41,9 +41,40 @@ double luminance(const Colour& colour) {
   return 0.2126 * linear(colour.red) + 0.7152 * linear(colour.green) + 0.0722 * linear(colour.blue);
 }
 
+/// In sRGB, from the first colour at 0 to the second at 1.
+Colour between(const Colour& first, Colour second, double share) {
+  second.opacity = share;
+  return blended(second, first);
+}
+
+bool isReadable(const Colour& tint, const Colour& background) {
+  constexpr double least = 4.5;
+  Colour badge = tint;
+  badge.opacity = 0.15;
+  return contrast(tint, background) >= least && contrast(tint, blended(badge, background)) >= least;
+}
+
+Colour readable(Colour accent, const Colour& background, const Colour& end) {
+  accent.opacity = 1;
+  constexpr int steps = 255;
+  for (int step = 0; step < steps; ++step) {
+    const Colour tint = between(accent, end, static_cast<double>(step) / steps);
+    if (isReadable(tint, background)) return tint;
+  }
+  return end;
+}
+
 }  // namespace
 
 const Palette& palette(Appearance appearance) { return appearance == Appearance::dark ? dark : light; }
+
+Palette palette(Appearance appearance, const std::optional<Colour>& accent) {
+  Palette colours = palette(appearance);
+  if (!accent) return colours;
+  const Colour end = appearance == Appearance::dark ? opaque(0xFFFFFF) : opaque(0x000000);
+  colours.tint = readable(*accent, colours.background, end);
+  return colours;
+}
 
 Colour colourOf(platform::ForegroundStyle style, const Palette& palette) {
   switch (style) {

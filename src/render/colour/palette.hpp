@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "platform/view_tree/node.hpp"
 
@@ -27,9 +28,15 @@ struct Palette {
   Colour rule;         ///< dividers
   Colour edge;         ///< the hairline around the board
   double placeholder;  ///< opacity of the bars that stand for redacted text, in the text's own colour
+  bool operator==(const Palette&) const = default;
 };
 
 const Palette& palette(Appearance appearance);
+
+/// The same with a person's own accent colour as the tint, if there is one: made darker in light and lighter in dark
+/// only as far as text in it needs to be readable (a contrast of 4.5, WCAG 2.1 level AA) on the background and on a
+/// badge filled with it. Its opacity is not asked.
+Palette palette(Appearance appearance, const std::optional<Colour>& accent);
 Colour colourOf(platform::ForegroundStyle style, const Palette& palette);
 
 /// `top` painted over the opaque `bottom`.

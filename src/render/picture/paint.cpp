@@ -17,7 +17,7 @@ class Painter {
       : cairo_(cairo),
         drawing_(drawing),
         style_(style),
-        palette_(palette(style.appearance)),
+        palette_(palette(style.appearance, style.accent)),
         boardPixels_(drawing.board.fit * style.pixels) {}
 
   void board() {
@@ -114,7 +114,7 @@ class Painter {
   cairo_t* cairo_;
   Drawing& drawing_;
   const PaintStyle& style_;
-  const Palette& palette_;
+  const Palette palette_;
   double boardPixels_;  ///< device pixels for one of the board's points
 };
 
@@ -134,7 +134,8 @@ std::expected<void, PictureError> paint(cairo_t* cairo, const platform::Node& tr
   if (!(pixels > 0)) return std::unexpected(PictureError::scaleOutOfRange);
   cairo_save(cairo);
   cairo_scale(cairo, 1 / pixels, 1 / pixels);
-  paint(cairo, *drawing, {options.form.size, pixels, options.appearance, options.redaction, LetterPaint::outlines});
+  paint(cairo, *drawing,
+        {options.form.size, pixels, options.appearance, options.redaction, LetterPaint::outlines, options.accent});
   cairo_restore(cairo);
   return {};
 }

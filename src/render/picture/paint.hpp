@@ -3,6 +3,7 @@
 #pragma once
 
 #include <expected>
+#include <optional>
 
 #include <cairo.h>
 
@@ -21,6 +22,7 @@ struct PaintStyle {
   Appearance appearance = Appearance::light;
   Redaction redaction = Redaction::none;
   LetterPaint letters = LetterPaint::outlines;
+  std::optional<Colour> accent = std::nullopt;  ///< a person's own tint
 };
 
 /// Paints in device pixels from the surface's origin, over what is there.

@@ -31,7 +31,8 @@ Picture drawPdf(const platform::Node& tree, const PictureOptions& options) {
   constexpr double fineness = 16;
   cairo_scale(cairo.get(), 1 / fineness, 1 / fineness);
   paint(cairo.get(), *drawing,
-        {options.form.size, options.scale * fineness, options.appearance, options.redaction, LetterPaint::glyphs});
+        {options.form.size, options.scale * fineness, options.appearance, options.redaction, LetterPaint::glyphs,
+         options.accent});
   cairo_show_page(cairo.get());
   cairo_surface_finish(surface.get());
   if (cairo_status(cairo.get()) != CAIRO_STATUS_SUCCESS ||

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <expected>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,9 +26,10 @@ struct PictureOptions {
   double scale = 1;               ///< pixels a point in a PNG; in the others the natural size is as many times larger
   Appearance appearance = Appearance::light;
   Redaction redaction = Redaction::none;
-  Lettering lettering = Lettering::text;  ///< of an SVG
-  std::string title;                      ///< what the picture is called by those who read it aloud
-  std::string language;                   ///< of the texts, as in BCP 47; empty: unknown
+  Lettering lettering = Lettering::text;        ///< of an SVG
+  std::string title;                            ///< what the picture is called by those who read it aloud
+  std::string language;                         ///< of the texts, as in BCP 47; empty: unknown
+  std::optional<Colour> accent = std::nullopt;  ///< a person's own tint, made readable; none: the board's
 };
 
 enum class PictureError {

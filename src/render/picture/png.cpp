@@ -12,7 +12,9 @@ Picture drawPng(const platform::Node& tree, const PictureOptions& options) {
   const OwnedSurface surface(
       cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(device.width), static_cast<int>(device.height)));
   const OwnedCairo cairo(cairo_create(surface.get()));
-  paint(cairo.get(), *drawing, {options.form.size, options.scale, options.appearance, options.redaction});
+  paint(
+      cairo.get(), *drawing,
+      {options.form.size, options.scale, options.appearance, options.redaction, LetterPaint::outlines, options.accent});
   cairo_surface_flush(surface.get());
   if (cairo_status(cairo.get()) != CAIRO_STATUS_SUCCESS) return std::unexpected(PictureError::notEncoded);
 

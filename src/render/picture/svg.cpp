@@ -25,7 +25,7 @@ class Svg {
   Svg(Drawing& drawing, const PictureOptions& options)
       : drawing_(drawing),
         options_(options),
-        palette_(palette(options.appearance)),
+        palette_(palette(options.appearance, options.accent)),
         boardPixels_(drawing.board.fit * options.scale) {}
 
   std::string file() && {
@@ -199,7 +199,7 @@ class Svg {
 
   Drawing& drawing_;
   const PictureOptions& options_;
-  const Palette& palette_;
+  const Palette palette_;
   double boardPixels_;  ///< units of the file for one of the board's points
   Outliner outliner_;
   SvgWriter svg_;

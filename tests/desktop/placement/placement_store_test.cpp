@@ -92,8 +92,8 @@ TEST_F(PlacementStoreTest, SetsAsideWhateverIsNoPlacementsFile) {
   for (const auto& [what, make] : cases) {
     make();
     EXPECT_TRUE(load().notice) << what;
-    EXPECT_EQ(namesIn(path("")).size(), ++aside) << what;
-    EXPECT_FALSE(namesIn(path("")).contains("placements.json")) << what;
+    ASSERT_EQ(namesIn(path("")).size(), ++aside) << what;
+    ASSERT_FALSE(namesIn(path("")).contains("placements.json")) << what;
   }
   ASSERT_TRUE(PlacementStore(path()).save(sample()));
   EXPECT_EQ(load().placements, sample());

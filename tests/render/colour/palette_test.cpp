@@ -1,5 +1,8 @@
 #include "render/colour/palette.hpp"
 
+#include <random>
+#include <string>
+
 #include <gtest/gtest.h>
 
 namespace render {
@@ -59,6 +62,44 @@ TEST_P(PaletteContrast, RulesAreSeenButFainterThanAnyText) {
   const double rule = contrast(blended(colours.rule, colours.background), colours.background);
   EXPECT_GT(rule, 1.1);
   EXPECT_LT(rule, 2);
+}
+
+// A tint fills its own badge with 15 %.
+double contrastOnItsBadge(const Palette& colours) {
+  Colour badge = colours.tint;
+  badge.opacity = 0.15;
+  return contrast(colours.tint, blended(badge, colours.background));
+}
+
+TEST_P(PaletteContrast, AnyAccentIsReadableAndNoFurtherFromItselfThanItMustBe) {
+  std::mt19937 generator(4);
+  std::uniform_int_distribution<int> channel(0, 255);
+  const auto roll = [&] { return static_cast<std::uint8_t>(channel(generator)); };
+  int moved = 0;
+  for (int round = 0; round < 5000; ++round) {
+    const Colour accent{roll(), roll(), roll(), 0.5};
+    const auto colours = palette(GetParam(), accent);
+    const std::string what = "round " + std::to_string(round);
+    ASSERT_EQ(colours.tint.opacity, 1) << what;
+    ASSERT_GE(contrast(colours.tint, colours.background), 4.5) << what;
+    ASSERT_GE(contrastOnItsBadge(colours), 4.5) << what;
+    if (colours.tint == Colour{accent.red, accent.green, accent.blue}) continue;
+    ++moved;
+    // One that was moved is hardly more readable than it must be; channels are whole numbers, hence not exactly.
+    ASSERT_LT(contrastOnItsBadge(colours), 4.75) << what;
+  }
+  EXPECT_GT(moved, 500);
+  EXPECT_LT(moved, 4500);
+}
+
+TEST_P(PaletteContrast, ReadableAccentStaysAsItIsAndNothingElseChanges) {
+  const Colour accent = GetParam() == Appearance::dark ? Colour{0xFF, 0xB0, 0x40} : Colour{0x80, 0x20, 0x90};
+  Palette expected = palette(GetParam());
+  const auto colours = palette(GetParam(), accent);
+  EXPECT_EQ(colours.tint, accent);
+  expected.tint = accent;
+  EXPECT_EQ(colours, expected);
+  EXPECT_EQ(palette(GetParam(), std::nullopt), palette(GetParam()));
 }
 
 INSTANTIATE_TEST_SUITE_P(Palette, PaletteContrast, ::testing::Values(Appearance::light, Appearance::dark),

@@ -1,3 +1,4 @@
+#include <absl/strings/str_replace.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -53,6 +54,15 @@ TEST(Svg, IsReadAloudByItsTitleAndDescription) {
   EXPECT_EQ(title.text, "Vamba — spotkania");
   EXPECT_THAT(description.text, StartsWith("Vamba\n3 do decyzji\n09:30\nNarada"));
   EXPECT_EQ(root.attribute("aria-labelledby"), title.attribute("id") + " " + description.attribute("id"));
+}
+
+TEST(Svg, WearsAPersonsAccentExactlyWhereTheTintWas) {
+  const auto tree = board(shortBoard(), Family::medium);
+  const auto usual = drawSvg(tree, {});
+  const auto accented = drawSvg(tree, {.accent = Colour{0x80, 0x20, 0x90}});
+  ASSERT_TRUE(usual && accented);
+  EXPECT_THAT(*usual, HasSubstr("#1a62d6"));
+  EXPECT_EQ(*accented, absl::StrReplaceAll(*usual, {{"#1a62d6", "#802090"}}));
 }
 
 TEST(Svg, WithoutATitleNamesTheDescriptionAlone) {
