@@ -20,6 +20,9 @@ struct BusConnectionCloser {
 };
 using BusConnection = std::unique_ptr<sd_bus, BusConnectionCloser>;
 
+/// Throws std::runtime_error.
+BusConnection connectToBus(const std::string& address);
+
 class SessionBus {
  public:
   using Environment = std::map<std::string, std::string>;
@@ -30,7 +33,7 @@ class SessionBus {
 
   const std::string& address() const { return address_; }
   /// Throws std::runtime_error.
-  BusConnection connect() const;
+  BusConnection connect() const { return connectToBus(address_); }
 
   /// A path in the session's own folder, which holds `home` and `run`.
   std::string path(const std::string& name) const { return folder_.path(name); }

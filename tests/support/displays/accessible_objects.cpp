@@ -1,0 +1,147 @@
+#include "support/displays/accessible_objects.hpp"
+
+#include <array>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+#include <systemd/sd-bus.h>
+
+#include "support/waiting.hpp"
+
+namespace support {
+namespace {
+
+constexpr const char* launcherProgram = "/usr/libexec/at-spi-bus-launcher";
+constexpr const char* registryName = "org.a11y.atspi.Registry";
+constexpr const char* rootPath = "/org/a11y/atspi/accessible/root";
+constexpr const char* accessibleInterface = "org.a11y.atspi.Accessible";
+
+using Message = std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)>;
+
+struct Reference {
+  std::string owner;
+  std::string path;
+};
+
+void check(int result, const char* what) {
+  if (result < 0) throw std::runtime_error(std::string(what) + ": " + std::strerror(-result));
+}
+
+// Objects go while they are being looked at; such a call has no answer.
+Message call(sd_bus* bus, const Reference& object, const char* interface, const char* member) {
+  sd_bus_message* reply = nullptr;
+  sd_bus_call_method(bus, object.owner.c_str(), object.path.c_str(), interface, member, nullptr, &reply, "");
+  return {reply, &sd_bus_message_unref};
+}
+
+std::string property(sd_bus* bus, const Reference& object, const char* name) {
+  char* value = nullptr;
+  const int result = sd_bus_get_property_string(bus, object.owner.c_str(), object.path.c_str(), accessibleInterface,
+                                                name, nullptr, &value);
+  const std::unique_ptr<char, decltype(&std::free)> owned(value, &std::free);
+  return result < 0 ? std::string() : value;
+}
+
+std::string roleOf(sd_bus* bus, const Reference& object) {
+  const auto reply = call(bus, object, accessibleInterface, "GetRoleName");
+  const char* role = "";
+  if (reply) sd_bus_message_read(reply.get(), "s", &role);
+  return role;
+}
+
+std::vector<Reference> childrenOf(sd_bus* bus, const Reference& object) {
+  std::vector<Reference> children;
+  const auto reply = call(bus, object, accessibleInterface, "GetChildren");
+  if (!reply || sd_bus_message_enter_container(reply.get(), 'a', "(so)") < 0) return children;
+  const char* owner = nullptr;
+  const char* path = nullptr;
+  while (sd_bus_message_read(reply.get(), "(so)", &owner, &path) > 0) children.push_back({owner, path});
+  return children;
+}
+
+std::optional<pid_t> processOf(sd_bus* bus, const std::string& owner) {
+  sd_bus_creds* credentials = nullptr;
+  pid_t process = 0;
+  const int result = sd_bus_get_name_creds(bus, owner.c_str(), SD_BUS_CREDS_PID, &credentials);
+  const bool known = result >= 0 && sd_bus_creds_get_pid(credentials, &process) >= 0;
+  sd_bus_creds_unref(credentials);
+  return known ? std::optional(process) : std::nullopt;
+}
+
+int changed(sd_bus_message* signal, void* changes, sd_bus_error*) {
+  const char* name = "";
+  const char* contents = nullptr;
+  const char* text = "";
+  if (sd_bus_message_read(signal, "sii", &name, nullptr, nullptr) < 0) return 0;
+  sd_bus_message_peek_type(signal, nullptr, &contents);
+  if (contents != nullptr && std::strcmp(contents, "s") == 0) sd_bus_message_read(signal, "v", "s", &text);
+  static_cast<std::vector<std::string>*>(changes)->push_back(std::string(name) + ": " + text);
+  return 0;
+}
+
+ChildProcess launch(const SessionBus& bus) {
+  return ChildProcess({.command = {launcherProgram, "--launch-immediately"},
+                       .environment = environmentLines(bus.environment()),
+                       .input = {},
+                       .errorFile = bus.path("accessibility.log"),
+                       .package = "at-spi2-core",
+                       .endSignal = SIGTERM});
+}
+
+// Whoever is asked first may not be there yet.
+std::string accessibilityAddress(const SessionBus& bus) {
+  const auto connection = bus.connect();
+  std::string address;
+  waitUntil("the accessibility bus is there", [&] {
+    const auto reply = call(connection.get(), {"org.a11y.Bus", "/org/a11y/bus"}, "org.a11y.Bus", "GetAddress");
+    const char* text = "";
+    if (reply) sd_bus_message_read(reply.get(), "s", &text);
+    address = text;
+    return !address.empty();
+  });
+  return address;
+}
+
+}  // namespace
+
+AccessibleObjects::AccessibleObjects(SessionBus& bus)
+    : bus_(bus), launcher_(launch(bus)), connection_(connectToBus(accessibilityAddress(bus))) {
+  auto* const raw = connection_.get();
+  check(sd_bus_match_signal(raw, nullptr, nullptr, nullptr, "org.a11y.atspi.Event.Object", "PropertyChange", &changed,
+                            &changes_),
+        "listening for changes");
+  // Programs tell only what somebody has asked the registry for.
+  sd_bus_message* reply = nullptr;
+  check(sd_bus_call_method(raw, registryName, "/org/a11y/atspi/registry", registryName, "RegisterEvent", nullptr,
+                           &reply, "s", "object:property-change"),
+        "asking for changes");
+  sd_bus_message_unref(reply);
+  bus_.setVariable("NO_AT_BRIDGE", std::nullopt);
+}
+
+AccessibleObjects::~AccessibleObjects() { bus_.setVariable("NO_AT_BRIDGE", "1"); }
+
+std::vector<AccessibleObject> AccessibleObjects::of(pid_t process) {
+  auto* const bus = connection_.get();
+  std::vector<AccessibleObject> found;
+  const std::function<void(const Reference&, int)> visit = [&](const Reference& object, int depth) {
+    found.push_back({depth, roleOf(bus, object), property(bus, object, "Name"), property(bus, object, "Description")});
+    for (const auto& child : childrenOf(bus, object)) visit(child, depth + 1);
+  };
+  for (const auto& program : childrenOf(bus, {registryName, rootPath})) {
+    if (processOf(bus, program.owner) != process) continue;
+    for (const auto& window : childrenOf(bus, program)) visit(window, 0);
+  }
+  return found;
+}
+
+std::vector<std::string> AccessibleObjects::changes() {
+  while (sd_bus_process(connection_.get(), nullptr) > 0) {
+  }
+  return changes_;
+}
+
+}  // namespace support

@@ -1,0 +1,44 @@
+// What a screen reader meets: the accessible objects that programs on a test's bus offer over AT-SPI. Programs that are
+// started while this object lives offer theirs. Needs the package at-spi2-core.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+#include "support/child_process.hpp"
+#include "support/session_bus.hpp"
+
+namespace support {
+
+struct AccessibleObject {
+  int depth = 0;     // 0: a window of the program; its children have 1
+  std::string role;  // "frame", "panel", "push button"
+  std::string name;
+  std::string description;
+  bool operator==(const AccessibleObject&) const = default;
+};
+
+/// Every function throws std::runtime_error where accessibility does not work as on a healthy desktop.
+class AccessibleObjects {
+ public:
+  explicit AccessibleObjects(SessionBus& bus);
+  AccessibleObjects(const AccessibleObjects&) = delete;
+  AccessibleObjects& operator=(const AccessibleObjects&) = delete;
+  ~AccessibleObjects();
+
+  /// All objects of a process, each before its children; none while it has not joined.
+  std::vector<AccessibleObject> of(pid_t process);
+
+  /// What programs told of changed properties so far, as "accessible-name: the new text", the oldest first.
+  std::vector<std::string> changes();
+
+ private:
+  SessionBus& bus_;
+  ChildProcess launcher_;
+  BusConnection connection_;
+  std::vector<std::string> changes_;
+};
+
+}  // namespace support
