@@ -1,5 +1,5 @@
 # Completion of vamba-host for fish.
-set -l commands gallery placeholder snapshot timeline show watch
+set -l commands gallery placeholder snapshot timeline show watch autostart
 
 complete -c vamba-host -f
 complete -c vamba-host -l help -d 'Tell how to use it'
@@ -11,7 +11,9 @@ complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a snapsho
 complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a timeline -d 'A timeline as JSON'
 complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a show -d 'One board, once'
 complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a watch -d 'The board, kept current'
+complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a autostart -d 'Whether the widgets come up with your session'
 
+complete -c vamba-host -n '__fish_seen_subcommand_from autostart' -a 'on off status' -d 'Have it so, or not, or tell'
 complete -c vamba-host -n '__fish_seen_subcommand_from gallery' -l json -d 'As JSON'
 complete -c vamba-host -n '__fish_seen_subcommand_from snapshot' -l preview -d 'The sample of the gallery'
 complete -c vamba-host -n '__fish_seen_subcommand_from placeholder snapshot timeline show watch' -l family -x -a 'small medium large' -d 'The size'

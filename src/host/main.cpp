@@ -14,6 +14,7 @@ host::CommandResult run(const host::CommandLine& line, char* const* argv) {
   const auto usual = [] { return host::displayReachable() ? host::Command::desktop : host::Command::show; };
   const auto command = line.command ? *line.command : usual();
   if (command == host::Command::desktop) return host::becomeDesktop(argv);
+  if (command == host::Command::autostart) return host::autostart(line);
   host::ExtensionSettings settings{.program = line.extension.value_or(host::usualExtensionPath())};
   if (command == host::Command::watch) return host::watch(settings, line);
   host::ExtensionClient extension(settings);

@@ -20,6 +20,8 @@ const Words<std::string> families{{"small", "systemSmall"}, {"medium", "systemMe
 const Words<Format> boardFormats{
     {"text", Format::text}, {"json", Format::json}, {"svg", Format::svg}, {"png", Format::png}, {"pdf", Format::pdf}};
 const Words<Format> streamFormats{{"text", Format::text}, {"json", Format::json}, {"waybar", Format::waybar}};
+const Words<AutostartAction> autostartActions{
+    {"on", AutostartAction::on}, {"off", AutostartAction::off}, {"status", AutostartAction::status}};
 const Words<Appearance> appearances{{"light", Appearance::light}, {"dark", Appearance::dark}};
 
 template <typename Value>
@@ -109,6 +111,10 @@ std::variant<CommandLine, Exit> parseCommandLine(int argc, const char* const* ar
   desktop.add_flag("--verbose", line.verbose, "say on standard error how and when windows are shown");
   desktop.add_flag("--part-of-desktop", line.partOfDesktop,
                    "on X11: stay when the desktop is shown, though a file manager's icons may cover the widgets");
+
+  auto& autostart = add("autostart", Command::autostart, "whether the widgets come up with your session");
+  addChoice(autostart, "action", line.autostart, autostartActions, "have it so, or not, or tell");
+  autostart.get_option("action")->required();
 
   try {
     app.parse(argc, argv);

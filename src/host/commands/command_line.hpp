@@ -8,8 +8,9 @@
 
 namespace host {
 
-enum class Command { gallery, placeholder, snapshot, timeline, show, watch, desktop };
+enum class Command { gallery, placeholder, snapshot, timeline, show, watch, desktop, autostart };
 enum class Format { text, json, waybar, svg, png, pdf };
+enum class AutostartAction { on, off, status };
 enum class Appearance { light, dark };
 
 struct CommandLine {
@@ -25,7 +26,8 @@ struct CommandLine {
   Appearance appearance = Appearance::light;
   bool verbose = false;        ///< the desktop says what it does
   bool partOfDesktop = false;  ///< on X11 windows that are a part of the desktop instead of lying below others
-  bool outlines = false;       ///< letters of an SVG as outlines instead of text
+  AutostartAction autostart = AutostartAction::status;
+  bool outlines = false;  ///< letters of an SVG as outlines instead of text
 };
 
 /// Why there is no command to run: help or version to print with status 0, or a mistake with status 2.

@@ -24,4 +24,7 @@ CommandResult show(ExtensionClient& extension, const CommandLine& line);
 /// the last board stays.
 CommandResult watch(const ExtensionSettings& settings, const CommandLine& line);
 
+/// Has the widgets come up with the session, or no more; or tells whether they do.
+CommandResult autostart(const CommandLine& line);
+
 }  // namespace host

@@ -16,10 +16,12 @@ std::filesystem::path firstThere(const std::array<const char*, 3>& names) {
 
 }  // namespace
 
-std::filesystem::path programFolder() {
+std::filesystem::path programPath() {
   std::error_code error;
-  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+  return std::filesystem::read_symlink("/proc/self/exe", error);
 }
+
+std::filesystem::path programFolder() { return programPath().parent_path(); }
 
 std::filesystem::path usualExtensionPath() {
   // Beside the desktop's program, beside the host in a build tree, from the host, from the desktop in a build tree.

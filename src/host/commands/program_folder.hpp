@@ -5,6 +5,9 @@
 
 namespace host {
 
+/// The running program itself.
+std::filesystem::path programPath();
+
 /// The folder of the running program.
 std::filesystem::path programFolder();
 

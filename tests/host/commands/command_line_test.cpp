@@ -69,6 +69,9 @@ TEST(CommandLineTest, RefusesAWrongLineWithStatus2AndSaysWhy) {
       {"gallery", "--family", "small"},
       {"show", "watch"},
       {"show", "--output"},
+      {"autostart"},
+      {"autostart", "sideways"},
+      {"autostart", "on", "off", "status"},
   };
   for (const auto& arguments : wrong) {
     const auto parsed = parse(arguments);
@@ -80,8 +83,20 @@ TEST(CommandLineTest, RefusesAWrongLineWithStatus2AndSaysWhy) {
   }
 }
 
+TEST(CommandLineTest, TakesOneActionOfAutostart) {
+  const std::pair<const char*, AutostartAction> actions[] = {
+      {"on", AutostartAction::on}, {"off", AutostartAction::off}, {"status", AutostartAction::status}};
+  for (const auto& [word, action] : actions) {
+    const auto parsed = parse({"autostart", word});
+    const auto* line = std::get_if<CommandLine>(&parsed);
+    ASSERT_NE(line, nullptr) << word;
+    EXPECT_EQ(line->command, Command::autostart);
+    EXPECT_EQ(line->autostart, action);
+  }
+}
+
 TEST(CommandLineTest, ExplainsItselfEverywhere) {
-  for (const char* command : {"gallery", "placeholder", "snapshot", "timeline", "show", "watch"}) {
+  for (const char* command : {"gallery", "placeholder", "snapshot", "timeline", "show", "watch", "autostart"}) {
     for (const char* flag : {"--help", "--version"}) {
       const auto parsed = parse({command, flag});
       const auto* exit = std::get_if<Exit>(&parsed);

@@ -1,0 +1,121 @@
+#include "host/autostart/autostart.hpp"
+
+#include <cstddef>
+#include <system_error>
+#include <utility>
+
+#include <unistd.h>
+
+#include "host/autostart/start_files.hpp"
+#include "platform/files/read_file.hpp"
+#include "platform/files/replace_file.hpp"
+
+namespace host {
+namespace {
+
+constexpr std::size_t largestFile = 1U << 16U;
+
+std::unexpected<std::string> failure(const std::string& what, const std::filesystem::path& file,
+                                     const std::string& reason) {
+  return std::unexpected("can't " + what + " " + file.string() + ": " + reason);
+}
+
+/// The file's text; none where there is no file. A foreign one is an error.
+std::expected<std::optional<std::string>, std::string> ownText(const std::filesystem::path& file) {
+  auto text = platform::readFile(file, largestFile);
+  if (text && startedProgram(*text)) return *std::move(text);
+  if (text) return std::unexpected(file.string() + " was not written by vamba-host; remove or rename it first");
+  if (text.error().kind == platform::ReadFailure::Kind::missing) return std::nullopt;
+  return failure("use", file, text.error().reason);
+}
+
+std::expected<void, std::string> write(const std::filesystem::path& file, const std::string& text) {
+  if (const auto made = platform::makeFolders(file.parent_path()); !made) {
+    return failure("write", file, made.error());
+  }
+  const auto written = platform::replaceFile(file, text, platform::Durability::lasting, {.file = 0644});
+  if (!written) return failure("write", file, written.error());
+  return {};
+}
+
+std::expected<void, std::string> removeFile(const std::filesystem::path& file) {
+  std::error_code error;
+  std::filesystem::remove(file, error);
+  if (error) return failure("remove", file, error.message());
+  return {};
+}
+
+bool isThere(const std::filesystem::path& link) {
+  std::error_code ignored;
+  return std::filesystem::symlink_status(link, ignored).type() != std::filesystem::file_type::not_found;
+}
+
+AutostartStatus describe(StartMeans means, const std::filesystem::path& file, const std::string& text) {
+  const auto program = startedProgram(text).value_or("");
+  return {means, file, program, access(program.c_str(), X_OK) == 0};
+}
+
+}  // namespace
+
+Autostart::Autostart(std::filesystem::path configFolder, ServiceManager& services)
+    : unit_(configFolder / "systemd/user/vamba-desktop.service"),
+      link_(configFolder / "systemd/user/graphical-session.target.wants/vamba-desktop.service"),
+      entry_(std::move(configFolder) / "autostart/vamba-desktop.desktop"),
+      services_(services) {}
+
+std::expected<AutostartStatus, std::string> Autostart::on(const std::filesystem::path& program) {
+  if (const auto possible = canBeStarted(program); !possible) return std::unexpected(possible.error());
+  // Nothing is begun where one of the names is taken.
+  for (const auto& file : {unit_, entry_}) {
+    if (const auto own = ownText(file); !own) return std::unexpected(own.error());
+  }
+  const bool bySystemd = systemdCanStart(program) && services_.knowsGraphicalSession();
+  const auto& file = bySystemd ? unit_ : entry_;
+  const std::string text = bySystemd ? systemdUnit(program) : autostartEntry(program);
+  if (const auto written = write(file, text); !written) return std::unexpected(written.error());
+  if (bySystemd && !isThere(link_)) {
+    // What `systemctl --user enable` does, also where there is no systemctl.
+    std::error_code error;
+    std::filesystem::create_directories(link_.parent_path(), error);
+    if (!error) std::filesystem::create_symlink("../" + unit_.filename().string(), link_, error);
+    if (error) return failure("write", link_, error.message());
+  }
+  const auto removed = remove(bySystemd ? StartMeans::autostartEntry : StartMeans::systemdUnit);
+  if (!removed) return std::unexpected(removed.error());
+  if (bySystemd) services_.reload();
+  return describe(bySystemd ? StartMeans::systemdUnit : StartMeans::autostartEntry, file, text);
+}
+
+std::expected<void, std::string> Autostart::remove(StartMeans means) {
+  const auto& file = means == StartMeans::systemdUnit ? unit_ : entry_;
+  const auto own = ownText(file);
+  if (!own) return std::unexpected(own.error());
+  // A link that leads nowhere is left from a unit that was removed by hand.
+  const bool linked = means == StartMeans::systemdUnit && isThere(link_);
+  if (linked) {
+    if (auto removed = removeFile(link_); !removed) return removed;
+  }
+  if (*own) {
+    if (auto removed = removeFile(file); !removed) return removed;
+  }
+  if (means == StartMeans::systemdUnit && (linked || *own)) services_.reload();
+  return {};
+}
+
+std::expected<void, std::string> Autostart::off() {
+  const auto unit = remove(StartMeans::systemdUnit);
+  const auto entry = remove(StartMeans::autostartEntry);
+  return unit ? entry : unit;
+}
+
+std::expected<std::optional<AutostartStatus>, std::string> Autostart::status() const {
+  const auto unit = ownText(unit_);
+  if (!unit) return std::unexpected(unit.error());
+  if (*unit && isThere(link_)) return describe(StartMeans::systemdUnit, unit_, **unit);
+  const auto entry = ownText(entry_);
+  if (!entry) return std::unexpected(entry.error());
+  if (*entry && !isSwitchedOff(**entry)) return describe(StartMeans::autostartEntry, entry_, **entry);
+  return std::nullopt;
+}
+
+}  // namespace host

@@ -1,0 +1,54 @@
+#include "host/autostart/service_manager.hpp"
+
+#include <cerrno>
+#include <cstdlib>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace host {
+namespace {
+
+/// The manager's own socket: without it systemctl would only complain, after a while.
+bool managerRuns() {
+  const char* const folder = std::getenv("XDG_RUNTIME_DIR");
+  return folder != nullptr && access((std::string(folder) + "/systemd/private").c_str(), F_OK) == 0;
+}
+
+/// Whether `systemctl --user ARGUMENT...` is there and says yes. Its own words are dropped.
+bool systemctl(std::initializer_list<const char*> arguments) {
+  if (!managerRuns()) return false;
+  std::vector<std::string> words{"systemctl", "--user", "--quiet"};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+
+  posix_spawn_file_actions_t actions;
+  if (posix_spawn_file_actions_init(&actions) != 0) return false;
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
+  }
+  pid_t process = -1;
+  const bool started = posix_spawnp(&process, "systemctl", &actions, nullptr, argv.data(), environ) == 0;
+  posix_spawn_file_actions_destroy(&actions);
+  if (!started) return false;
+  int status = 0;
+  while (waitpid(process, &status, 0) < 0) {
+    if (errno != EINTR) return false;
+  }
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+}  // namespace
+
+bool Systemd::knowsGraphicalSession() { return systemctl({"is-active", "graphical-session.target"}); }
+
+void Systemd::reload() { systemctl({"daemon-reload"}); }
+
+}  // namespace host

@@ -1,0 +1,33 @@
+// The files that start the widgets with a session: a unit of the user's systemd, and an entry of XDG autostart. Only
+// their text; where they lie is the autostart's matter.
+#pragma once
+
+#include <expected>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+/// A unit that the graphical session starts and ends (systemd.unit(5), systemd.service(5)), for a program that
+/// `systemdCanStart`.
+std::string systemdUnit(const std::filesystem::path& program);
+
+/// An entry of the Desktop Application Autostart Specification.
+std::string autostartEntry(const std::filesystem::path& program);
+
+/// Whether a unit can start the program: systemd refuses one with quotes or backslashes in its path.
+bool systemdCanStart(const std::filesystem::path& program);
+
+/// Whether an entry can start the program, whatever else its path holds: no control characters, and no '=', which the
+/// Desktop Entry Specification forbids in a program's path. The error is a sentence for a person.
+std::expected<void, std::string> canBeStarted(const std::filesystem::path& program);
+
+/// The program that one of these texts starts; none for a text that was not made here.
+std::optional<std::filesystem::path> startedProgram(std::string_view text);
+
+/// Whether a session skips the entry, since a settings program has switched it off.
+bool isSwitchedOff(std::string_view entry);
+
+}  // namespace host

@@ -1,0 +1,49 @@
+#include <cstdlib>
+#include <string>
+
+#include "host/autostart/autostart.hpp"
+#include "host/commands/commands.hpp"
+#include "host/commands/exit_status.hpp"
+#include "host/commands/output.hpp"
+#include "host/commands/program_folder.hpp"
+#include "platform/files/user_folders.hpp"
+
+namespace host {
+namespace {
+
+std::string sentence(const std::optional<AutostartStatus>& status) {
+  if (!status) return "off\n";
+  const bool unit = status->means == StartMeans::systemdUnit;
+  std::string text = unit ? "on: systemd user unit " : "on: XDG autostart file ";
+  text += status->file.string();
+  if (!status->programThere) text += ", but " + status->program.string() + " is not there any more";
+  return text + "\n";
+}
+
+}  // namespace
+
+CommandResult autostart(const CommandLine& line) {
+  const auto failure = [](const std::string& why) {
+    return std::unexpected(CommandFailure{exit_status::noAnswer, why});
+  };
+  const auto folder = platform::userConfigFolder(std::getenv);
+  if (!folder) return failure("neither XDG_CONFIG_HOME nor HOME names a folder");
+  Systemd systemd;
+  Autostart autostart(*folder, systemd);
+  std::optional<AutostartStatus> now;
+  if (line.autostart == AutostartAction::on) {
+    const auto on = autostart.on(programPath());
+    if (!on) return failure(on.error());
+    now = *on;
+  } else if (line.autostart == AutostartAction::off) {
+    if (const auto off = autostart.off(); !off) return failure(off.error());
+  } else {
+    const auto status = autostart.status();
+    if (!status) return failure(status.error());
+    now = *status;
+  }
+  if (const auto written = writeStandardOutput(sentence(now)); !written) return failure(written.error());
+  return {};
+}
+
+}  // namespace host
