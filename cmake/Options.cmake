@@ -35,6 +35,7 @@ add_library(vamba_cxx_runtime INTERFACE)
 if(VAMBA_STATIC_CXX_RUNTIME)
   target_link_options(vamba_cxx_runtime INTERFACE -static-libstdc++ -static-libgcc)
 endif()
+target_link_options(vamba_compile_options INTERFACE -Wl,--as-needed)
 if(VAMBA_SANITIZE)
   target_compile_options(vamba_compile_options INTERFACE
     -fsanitize=${VAMBA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

@@ -21,13 +21,14 @@ endfunction()
 
 # vamba_test(NAME SOURCES file... DEPENDS target... [LABELS label...])
 # A GoogleTest program; each of its tests is a ctest test of its own. The label `threads` marks those worth running
-# under ThreadSanitizer; the target threads_tests builds them.
+# under ThreadSanitizer; the target threads_tests builds them. All stand in bin/tests/.
 function(vamba_test name)
   cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
   add_executable(${name} ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin/tests)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} GTest::gmock GTest::gtest_main vamba_compile_options)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES

@@ -31,13 +31,14 @@ platform::ChildTask<std::expected<Wynik, BladPobrania>> pobieranie(const KlientA
 }  // namespace
 
 Wpis wczytajWpis(const Otoczenie& otoczenie, std::stop_token stop) {
+  // The keychain may be another process's: the HTTP library is loaded while it answers.
+  wspolnaSesja().prepare();
   const PekKluczy pek(otoczenie.magazyn);
   const auto token = pek.czytaj(kontoTokenu);
   if (!token || token->empty()) {
     return wpisZBledem(otoczenie.zegar, tlumacz("Zaloguj się w aplikacji Vamba.", biezacyJezyk()));
   }
 
-  wspolnaSesja().prepare();  // whoever is signed out never comes here and makes no session
   const KlientApi klient(pek);
   auto pobieranieZadan = pobieranie<std::vector<ZadanieMoje>>(klient, "/moje/zadania", stop);
   auto pobieranieSkrzynki = pobieranie<Skrzynka>(klient, "/skrzynka", stop);

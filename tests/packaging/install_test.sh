@@ -7,7 +7,8 @@ trap 'rm -rf -- "$place"' EXIT
 
 cmake --install "$build" --prefix "$place/usr" >/dev/null
 
-for file in bin/vamba-host libexec/vamba/vamba-widzety share/man/man1/vamba-host.1; do
+for file in bin/vamba-host libexec/vamba/vamba-widzety libexec/vamba/vamba-pictures.so \
+  libexec/vamba/vamba-transfers.so share/man/man1/vamba-host.1; do
   [ -s "$place/usr/$file" ] || { echo "not installed: $file" >&2; exit 1; }
 done
 if find "$place" -name 'vamba-sample-service' | grep -q .; then
@@ -20,3 +21,12 @@ gallery=$(LANGUAGE=pl "$place/usr/bin/vamba-host" gallery)
 grep -qF 'Vamba — spotkania i zadania' <<<"$gallery" || { echo "gallery said: $gallery" >&2; exit 1; }
 board=$(LANGUAGE=pl "$place/usr/bin/vamba-host" show --entry preview)
 grep -qF 'Narada zespołu' <<<"$board" || { echo "show said: $board" >&2; exit 1; }
+
+# Nothing that is shown without a service needs the module that speaks HTTP; without it there is no connection.
+rm "$place/usr/libexec/vamba/vamba-transfers.so"
+board=$(LANGUAGE=pl "$place/usr/bin/vamba-host" show --entry preview)
+grep -qF 'Narada zespołu' <<<"$board" || { echo "show without the module said: $board" >&2; exit 1; }
+item=$place/keys/QX4R2M7K9A.pl.ferol.vamba/pl.ferol.vamba/token-urzadzenia
+(umask 077 && mkdir -p "${item%/*}" && printf abc >"$item")
+board=$(VAMBA_KEYCHAIN_DIR=$place/keys LANGUAGE=pl "$place/usr/bin/vamba-host" show)
+grep -qF 'Brak połączenia z Vambą.' <<<"$board" || { echo "a load without the module said: $board" >&2; exit 1; }

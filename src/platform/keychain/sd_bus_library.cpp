@@ -14,7 +14,7 @@ bool find(void* library, const char* name, Function& function) {
 }
 
 std::optional<SdBusLibrary> load() {
-  void* const library = dlopen("libsystemd.so.0", RTLD_NOW | RTLD_LOCAL);
+  void* const library = dlopen("libsystemd.so.0", RTLD_LAZY | RTLD_LOCAL);
   if (library == nullptr) return std::nullopt;
   SdBusLibrary bus{};
   const bool whole =

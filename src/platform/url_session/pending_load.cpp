@@ -3,34 +3,8 @@
 #include <utility>
 
 namespace platform {
-namespace {
-
-using Clock = TimeLimits::Clock;
-
-// Far enough to mean "never", near enough that adding it to an instant cannot overflow.
-constexpr absl::Duration longestLimit = absl::Hours(24 * 365 * 50);
-
-Clock::duration clockDuration(absl::Duration duration) {
-  if (duration >= longestLimit) return Clock::duration::max();
-  return absl::ToChronoNanoseconds(std::max(duration, absl::ZeroDuration()));
-}
-
-Clock::time_point after(Clock::time_point begin, Clock::duration duration) {
-  return duration == Clock::duration::max() ? Clock::time_point::max() : begin + duration;
-}
-
-}  // namespace
 
 TransportError cancelledError() { return {TransportError::Kind::cancelled, 0, "cancelled"}; }
-
-TimeLimits TimeLimits::from(absl::Duration idle, absl::Duration whole) {
-  const auto now = Clock::now();
-  return {.idle = clockDuration(idle), .begin = now, .end = after(now, clockDuration(whole))};
-}
-
-TimeLimits::Clock::time_point TimeLimits::idleDeadline(Clock::time_point lastByte) const {
-  return after(lastByte, idle);
-}
 
 PendingLoad::PendingLoad(Url url, RequestHeaders headers, TimeLimits limits)
     : url_(std::move(url)), headers_(std::move(headers)), limits_(limits) {}

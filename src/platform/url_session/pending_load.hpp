@@ -3,7 +3,6 @@
 #pragma once
 
 #include <atomic>
-#include <chrono>
 #include <condition_variable>
 #include <expected>
 #include <functional>
@@ -11,9 +10,8 @@
 #include <optional>
 #include <stop_token>
 
-#include <absl/time/time.h>
-
 #include "platform/url_session/request_headers.hpp"
+#include "platform/url_session/time_limits.hpp"
 #include "platform/url_session/transport_error.hpp"
 #include "platform/url_session/url.hpp"
 #include "platform/url_session/url_response.hpp"
@@ -23,22 +21,6 @@ namespace platform {
 using LoadResult = std::expected<DataAndResponse, TransportError>;
 
 TransportError cancelledError();
-
-/// A load's limits, counted from the moment of the call.
-struct TimeLimits {
-  using Clock = std::chrono::steady_clock;
-
-  /// Longest wait without a byte; Clock::duration::max() for no limit.
-  Clock::duration idle;
-  Clock::time_point begin;
-  /// When the whole load must be over; Clock::time_point::max() for no limit.
-  Clock::time_point end;
-
-  /// Begins now. Durations too long for the clock count as no limit.
-  static TimeLimits from(absl::Duration idle, absl::Duration whole);
-
-  Clock::time_point idleDeadline(Clock::time_point lastByte) const;
-};
 
 class PendingLoad {
  public:

@@ -5,7 +5,7 @@
 
 #include "platform/url_session/pending_load.hpp"
 #include "platform/url_session/request_headers.hpp"
-#include "platform/url_session/transfer_loop.hpp"
+#include "platform/url_session/transfer_worker.hpp"
 
 namespace platform {
 namespace {
@@ -24,12 +24,12 @@ UrlSession::UrlSession(UrlSessionConfiguration configuration) : configuration_(s
 
 UrlSession::~UrlSession() = default;
 
-TransferLoop* UrlSession::loop() const {
-  std::call_once(loopOnce_, [this] {
-    loop_ = TransferLoop::start(
+TransferWorker* UrlSession::worker() const {
+  std::call_once(workerOnce_, [this] {
+    worker_ = TransferWorker::start(
         {.longestBody = configuration_.longestBody, .trustedRootsFile = configuration_.trustedRootsFile});
   });
-  return loop_.get();
+  return worker_.get();
 }
 
 std::expected<DataAndResponse, TransportError> UrlSession::data(const UrlRequest& request, std::stop_token stop) const {
@@ -45,10 +45,11 @@ std::expected<DataAndResponse, TransportError> UrlSession::data(const UrlRequest
       TimeLimits::from(std::min(request.timeoutInterval, configuration_.timeoutIntervalForRequest),
                        configuration_.timeoutIntervalForResource));
   if (stop.stop_requested()) return std::unexpected(cancelledError());
-  TransferLoop* const transfers = loop();
-  if (transfers == nullptr) return std::unexpected(TransportError{Kind::other, 0, "the HTTP library did not start"});
-  transfers->submit(load);
-  return load->await(stop, [transfers] { transfers->wake(); });
+  TransferWorker* const transfers = worker();
+  if (transfers == nullptr) return std::unexpected(TransportError{Kind::other, 0, "no thread could be started"});
+  LoadQueue& queue = transfers->queue();
+  queue.submit(load);
+  return load->await(stop, [&queue] { queue.wake(); });
 }
 
 }  // namespace platform

@@ -46,11 +46,11 @@ struct UrlSessionConfiguration {
   static UrlSessionConfiguration ephemeral();
 };
 
-class TransferLoop;
+class TransferWorker;
 
 class UrlSession {
  public:
-  /// Costs nothing: the worker thread and the HTTP library start with `prepare` or the first load.
+  /// Costs nothing: the worker thread starts, and the HTTP library is loaded, with `prepare` or the first load.
   explicit UrlSession(UrlSessionConfiguration configuration);
 
   /// Ends loads under way with `cancelled` and joins the worker thread.
@@ -60,7 +60,7 @@ class UrlSession {
   UrlSession& operator=(const UrlSession&) = delete;
 
   /// Lets the worker thread and the HTTP library start beside the caller, for a load that is about to come.
-  void prepare() const { loop(); }
+  void prepare() const { worker(); }
 
   /// Loads and waits for the whole answer. Any number of threads may load at once. A stop request ends the load with
   /// `cancelled` in whatever phase it is.
@@ -69,11 +69,11 @@ class UrlSession {
   const UrlSessionConfiguration& configuration() const { return configuration_; }
 
  private:
-  TransferLoop* loop() const;
+  TransferWorker* worker() const;
 
   const UrlSessionConfiguration configuration_;
-  mutable std::once_flag loopOnce_;
-  mutable std::unique_ptr<TransferLoop> loop_;
+  mutable std::once_flag workerOnce_;
+  mutable std::unique_ptr<TransferWorker> worker_;
 };
 
 }  // namespace platform

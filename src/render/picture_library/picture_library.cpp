@@ -19,7 +19,7 @@ std::filesystem::path pictureModulePath(const std::filesystem::path& programFold
 
 std::expected<PictureLibrary, std::string> PictureLibrary::open(const std::filesystem::path& module) {
   // Its libraries hold state for the thread and the process, and are not made to be unloaded.
-  void* handle = dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+  void* handle = dlopen(module.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
   if (handle == nullptr) return std::unexpected("cannot load the picture module: " + std::string(dlerror()));
   const auto entry = reinterpret_cast<PictureModuleEntry>(dlsym(handle, pictureModuleEntry));
   if (entry == nullptr || std::string_view(entry()->build) != VAMBA_BUILD) {

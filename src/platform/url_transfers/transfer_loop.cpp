@@ -1,16 +1,13 @@
-#include "platform/url_session/transfer_loop.hpp"
+#include "platform/url_transfers/transfer_loop.hpp"
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <limits>
-#include <system_error>
-#include <utility>
 
 #include <curl/curl.h>
 #include <openssl/ssl.h>
 
-#include "platform/url_session/curl_error.hpp"
+#include "platform/url_transfers/curl_error.hpp"
 
 namespace platform {
 namespace {
@@ -27,72 +24,21 @@ bool libraryIsLoaded() {
   return loaded;
 }
 
-// Signals sent to the process are for the program's own threads, and a broken connection must not raise SIGPIPE.
-// A new thread inherits the mask.
-class AllSignalsBlocked {
- public:
-  AllSignalsBlocked() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-  AllSignalsBlocked(const AllSignalsBlocked&) = delete;
-  AllSignalsBlocked& operator=(const AllSignalsBlocked&) = delete;
-
- private:
-  sigset_t before_;
-};
-
 std::string originOf(const Url& url) {
   return url.scheme().value_or("") + "://" + url.host().value_or("") + ":" + url.port().value_or("");
 }
 
-TransportError notStartedError() { return {TransportError::Kind::other, 0, "the HTTP library did not start"}; }
-
 }  // namespace
 
-std::unique_ptr<TransferLoop> TransferLoop::start(TransferLoopSettings settings) {
-  std::unique_ptr<TransferLoop> loop(new TransferLoop(std::move(settings)));
-  const AllSignalsBlocked blocked;
-  try {
-    loop->worker_ = std::thread(&TransferLoop::run, loop.get());
-  } catch (const std::system_error&) {
-    return nullptr;
-  }
-  return loop;
+TransferLoop::TransferLoop(LoadQueue& queue, const TransferSettings& settings) : queue_(queue), settings_(settings) {
+  if (libraryIsLoaded()) multi_.reset(curl_multi_init());
+  if (multi_) queue_.setWaker([multi = multi_.get()] { curl_multi_wakeup(multi); });
 }
 
-TransferLoop::~TransferLoop() {
-  if (!worker_.joinable()) return;
-  {
-    const std::lock_guard lock(mutex_);
-    ending_ = true;
-  }
-  wake();
-  worker_.join();
-}
-
-void TransferLoop::submit(std::shared_ptr<PendingLoad> load) {
-  {
-    const std::lock_guard lock(mutex_);
-    if (!refusing_) submitted_.push_back(std::exchange(load, nullptr));
-  }
-  if (load) {
-    load->settle(std::unexpected(notStartedError()));
-  } else {
-    wake();
-  }
-}
-
-// Before the library is there the worker needs no call: it looks for loads once it is.
-void TransferLoop::wake() {
-  const std::lock_guard lock(mutex_);
-  if (wakeable_ != nullptr) curl_multi_wakeup(wakeable_);
-}
+TransferLoop::~TransferLoop() { queue_.setWaker({}); }
 
 void TransferLoop::run() {
-  if (!openLibrary()) return;
+  if (!multi_) return queue_.refuse({TransportError::Kind::other, 0, "the HTTP library did not start"});
   while (takeSubmitted()) {
     int running = 0;
     curl_multi_perform(multi_.get(), &running);
@@ -103,37 +49,14 @@ void TransferLoop::run() {
   cancelAll();
 }
 
-// False when that fails: then what was submitted is refused, and what comes later too.
-bool TransferLoop::openLibrary() {
-  if (libraryIsLoaded()) multi_.reset(curl_multi_init());
-  std::vector<std::shared_ptr<PendingLoad>> refused;
-  {
-    const std::lock_guard lock(mutex_);
-    wakeable_ = multi_.get();
-    refusing_ = wakeable_ == nullptr;
-    if (refusing_) refused.swap(submitted_);
-  }
-  for (const auto& load : refused) load->settle(std::unexpected(notStartedError()));
-  return multi_ != nullptr;
-}
-
 // Begins what callers have asked for since the last round. False when the session is ending.
 bool TransferLoop::takeSubmitted() {
-  std::vector<std::shared_ptr<PendingLoad>> loads;
-  bool ending = false;
-  {
-    const std::lock_guard lock(mutex_);
-    loads.swap(submitted_);
-    ending = ending_;
+  const auto loads = queue_.take();
+  if (!loads) return false;
+  for (const auto& load : *loads) {
+    if (!load->isAbandoned()) begin(load);
   }
-  for (auto& load : loads) {
-    if (ending) {
-      load->settle(std::unexpected(cancelledError()));
-    } else if (!load->isAbandoned()) {
-      begin(load);
-    }
-  }
-  return !ending;
+  return true;
 }
 
 void TransferLoop::begin(const std::shared_ptr<PendingLoad>& load) {
@@ -195,8 +118,7 @@ void TransferLoop::cancelAll() {
 
 // Plain HTTP is spared the look at the system's certificates; a chosen file still holds for a proxy with TLS.
 const TrustedRoots& TransferLoop::rootsFor(const Url& url) {
-  static const TrustedRoots none;
-  if (url.scheme() != "https" && settings_.trustedRootsFile.empty()) return none;
+  if (url.scheme() != "https" && settings_.trustedRootsFile.empty()) return noRoots_;
   if (!roots_) roots_ = TrustedRoots::choose(settings_.trustedRootsFile);
   return *roots_;
 }
