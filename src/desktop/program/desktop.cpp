@@ -6,8 +6,9 @@
 #include <set>
 #include <utility>
 
+#include <absl/strings/str_cat.h>
+
 #include "desktop/program/loading_board.hpp"
-#include "desktop/windows/gobject.hpp"
 
 namespace desktop {
 namespace {
@@ -75,21 +76,12 @@ void Desktop::widgetFound(const host::WidgetDeclaration& widget) {
 }
 
 void Desktop::begin() {
-  GdkDisplay* const display = gdk_display_get_default();
-  connect<&Desktop::monitorAddedOrRemoved>(display, "monitor-added", this);
-  connect<&Desktop::monitorAddedOrRemoved>(display, "monitor-removed", this);
-  connect<&Desktop::screenChanged>(gdk_display_get_default_screen(display), "monitors-changed", this);
-  connect<&Desktop::screenChanged>(gdk_display_get_default_screen(display), "size-changed", this);
+  monitorChanges_.emplace([this] { monitorsSettleSoon(); });
   monitorsChanged();
   // A program without a window would seem to do nothing.
   if (placements_.empty() && !firstWidgetWanted_) openGallery();
 }
 
-void Desktop::monitorAddedOrRemoved(GdkMonitor* /*monitor*/) { monitorsSettleSoon(); }
-
-void Desktop::screenChanged() { monitorsSettleSoon(); }
-
-/// Several signals tell of one change, some of them before all of it is known.
 void Desktop::monitorsSettleSoon() {
   if (std::exchange(monitorsPending_, true)) return;
   MainLoop::postWhenIdle([this] {
@@ -100,6 +92,12 @@ void Desktop::monitorsSettleSoon() {
 
 void Desktop::monitorsChanged() {
   monitors_ = displayedMonitors(parts_.style.way);
+  for (const auto& [monitor, handle] : monitors_) {
+    const auto& area = monitor.area;
+    parts_.journal.sayIfVerbose(absl::StrCat("monitor ", monitor.identity.make, " ", monitor.identity.model, " ",
+                                             monitor.identity.serial, " at ", monitor.identity.connector, ": ",
+                                             area.width, "x", area.height, "+", area.x, "+", area.y));
+  }
   if (firstWidgetWanted_) placeFirst();
   arrangeWindows();
 }

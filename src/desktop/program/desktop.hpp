@@ -68,8 +68,6 @@ class Desktop final : public BoardCommands {
 
   void add(const std::string& family);
   void placeFirst();
-  void monitorAddedOrRemoved(GdkMonitor* monitor);
-  void screenChanged();
   void monitorsSettleSoon();
   void monitorsChanged();
   void placementsChanged();
@@ -94,6 +92,7 @@ class Desktop final : public BoardCommands {
   Placements placements_;
   bool firstWidgetWanted_ = false;
   std::vector<DisplayedMonitor> monitors_;
+  std::optional<MonitorChanges> monitorChanges_;
   bool monitorsPending_ = false;
   std::vector<Arranged> arranged_;
   std::map<int, std::unique_ptr<BoardWindow>> windows_;

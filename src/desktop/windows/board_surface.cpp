@@ -3,7 +3,9 @@
 #include <cmath>
 #include <utility>
 
+#include <gdk/gdkwayland.h>
 #include <gtk-layer-shell.h>
+#include <wayland-client.h>
 
 #include "desktop/windows/gobject.hpp"
 #include "render/colour/palette.hpp"
@@ -36,6 +38,13 @@ void makeLayer(GtkWindow* window, BoardSurface::Input input) {
   if (input == BoardSurface::Input::all && gtk_layer_get_protocol_version() >= onDemandSince) {
     gtk_layer_set_keyboard_mode(window, GTK_LAYER_SHELL_KEYBOARD_MODE_ON_DEMAND);
   }
+}
+
+/// The toolkit commits with the next frame, for which a compositor does not ask while the surface is out of sight.
+void commit(GtkWidget* window) {
+  GdkWindow* const mapped = gtk_widget_get_window(window);
+  if (mapped == nullptr || gtk_widget_get_mapped(window) == FALSE) return;
+  if (wl_surface* const surface = gdk_wayland_window_get_wl_surface(mapped)) wl_surface_commit(surface);
 }
 
 }  // namespace
@@ -73,6 +82,7 @@ void BoardSurface::place(const SurfacePlace& place) {
     if (place.monitor != place_.monitor) gtk_layer_set_monitor(asWindow(window_), place.monitor);
     gtk_layer_set_margin(asWindow(window_), GTK_LAYER_SHELL_EDGE_LEFT, place.onMonitor.x);
     gtk_layer_set_margin(asWindow(window_), GTK_LAYER_SHELL_EDGE_TOP, place.onMonitor.y);
+    commit(window_);
   } else {
     gtk_window_move(asWindow(window_), place.origin.x, place.origin.y);
   }

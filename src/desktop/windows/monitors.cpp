@@ -12,6 +12,7 @@
 #include <gdk/gdkx.h>
 
 #include "desktop/windows/edid.hpp"
+#include "desktop/windows/gobject.hpp"
 #include "desktop/windows/wayland_outputs.hpp"
 
 namespace desktop {
@@ -54,17 +55,13 @@ MonitorIdentity identityOnX(GdkDisplay* display, GdkMonitor* monitor) {
   return identity;
 }
 
-MonitorIdentity identityOnWayland(GdkMonitor* monitor, const std::vector<WaylandOutput>& outputs) {
+/// `output` as the compositor told of it, if it is known.
+MonitorIdentity identityOnWayland(GdkMonitor* monitor, const WaylandOutput* output) {
   MonitorIdentity identity{.make = textOrEmpty(gdk_monitor_get_manufacturer(monitor)),
                            .model = textOrEmpty(gdk_monitor_get_model(monitor))};
-  GdkRectangle frame{};
-  gdk_monitor_get_geometry(monitor, &frame);
-  const auto same = std::ranges::find_if(outputs, [&](const WaylandOutput& output) {
-    return output.make == identity.make && output.model == identity.model && output.x == frame.x && output.y == frame.y;
-  });
-  if (same == outputs.end()) return identity;
-  identity.connector = same->name;
-  identity.serial = serialOf(*same);
+  if (output == nullptr || output->make != identity.make || output->model != identity.model) return identity;
+  identity.connector = output->name;
+  identity.serial = serialOf(*output);
   return identity;
 }
 
@@ -73,18 +70,62 @@ MonitorIdentity identityOnWayland(GdkMonitor* monitor, const std::vector<Wayland
 std::vector<DisplayedMonitor> displayedMonitors(DisplayWay way) {
   GdkDisplay* const display = gdk_display_get_default();
   const bool onX = way == DisplayWay::x11;
-  const auto outputs = onX ? std::vector<WaylandOutput>() : waylandOutputs(gdk_wayland_display_get_wl_display(display));
+  const auto count = static_cast<std::size_t>(gdk_display_get_n_monitors(display));
+  // The toolkit, too, has them in the order in which the compositor announces them.
+  auto outputs = onX ? std::vector<WaylandOutput>() : waylandOutputs(gdk_wayland_display_get_wl_display(display));
+  if (outputs.size() != count) outputs.clear();
   std::vector<DisplayedMonitor> all;
-  for (int i = 0; i < gdk_display_get_n_monitors(display); ++i) {
-    GdkMonitor* const handle = gdk_display_get_monitor(display, i);
+  for (std::size_t i = 0; i < count; ++i) {
+    GdkMonitor* const handle = gdk_display_get_monitor(display, static_cast<int>(i));
     GdkRectangle area{};
     gdk_monitor_get_workarea(handle, &area);
-    all.push_back({.monitor = {.identity = onX ? identityOnX(display, handle) : identityOnWayland(handle, outputs),
+    const auto identity =
+        onX ? identityOnX(display, handle) : identityOnWayland(handle, outputs.empty() ? nullptr : &outputs[i]);
+    all.push_back({.monitor = {.identity = identity,
                                .area = {area.x, area.y, area.width, area.height},
                                .primary = gdk_monitor_is_primary(handle) != FALSE},
                    .handle = handle});
   }
   return all;
 }
+
+MonitorChanges::MonitorChanges(std::function<void()> changed) : changed_(std::move(changed)) {
+  GdkDisplay* const display = gdk_display_get_default();
+  connect<&MonitorChanges::monitorAdded>(display, "monitor-added", this);
+  connect<&MonitorChanges::monitorRemoved>(display, "monitor-removed", this);
+  GdkScreen* const screen = gdk_display_get_default_screen(display);
+  connect<&MonitorChanges::screenChanged>(screen, "monitors-changed", this);
+  connect<&MonitorChanges::screenChanged>(screen, "size-changed", this);
+  for (int i = 0; i < gdk_display_get_n_monitors(display); ++i) follow(gdk_display_get_monitor(display, i));
+}
+
+MonitorChanges::~MonitorChanges() {
+  GdkDisplay* const display = gdk_display_get_default();
+  g_signal_handlers_disconnect_by_data(display, this);
+  g_signal_handlers_disconnect_by_data(gdk_display_get_default_screen(display), this);
+  for (int i = 0; i < gdk_display_get_n_monitors(display); ++i) {
+    g_signal_handlers_disconnect_by_data(gdk_display_get_monitor(display, i), this);
+  }
+}
+
+void MonitorChanges::follow(GdkMonitor* monitor) {
+  for (const char* signal : {"notify::geometry", "notify::workarea", "notify::scale-factor"}) {
+    connect<&MonitorChanges::monitorChanged>(monitor, signal, this);
+  }
+}
+
+void MonitorChanges::monitorAdded(GdkMonitor* monitor) {
+  follow(monitor);
+  changed_();
+}
+
+void MonitorChanges::monitorRemoved(GdkMonitor* monitor) {
+  g_signal_handlers_disconnect_by_data(monitor, this);
+  changed_();
+}
+
+void MonitorChanges::monitorChanged(GParamSpec* /*property*/) { changed_(); }
+
+void MonitorChanges::screenChanged() { changed_(); }
 
 }  // namespace desktop

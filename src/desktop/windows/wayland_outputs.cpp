@@ -31,12 +31,10 @@ using AllBound = std::vector<std::unique_ptr<Bound>>;
 
 constexpr wl_output_listener outputListener{
     .geometry =
-        [](void* output, wl_output* /*proxy*/, std::int32_t x, std::int32_t y, std::int32_t /*width*/,
+        [](void* output, wl_output* /*proxy*/, std::int32_t /*x*/, std::int32_t /*y*/, std::int32_t /*width*/,
            std::int32_t /*height*/, std::int32_t /*subpixel*/, const char* make, const char* model,
            std::int32_t /*transform*/) {
           auto& told = *static_cast<WaylandOutput*>(output);
-          told.x = x;
-          told.y = y;
           told.make = make;
           told.model = model;
         },

@@ -14,11 +14,10 @@ struct WaylandOutput {
   std::string model;
   std::string name;         ///< of the connector: "DP-1"
   std::string description;  ///< "Make Model Serial (DP-1)" with most compositors
-  int x = 0;
-  int y = 0;
 };
 
-/// Asks the compositor and waits for its answer, on a queue of its own. Empty where it has gone.
+/// In the order in which the compositor announces them. Asks it and waits for its answer, on a queue of its own. Empty
+/// where it has gone.
 std::vector<WaylandOutput> waylandOutputs(wl_display* display);
 
 /// The serial number in the description; empty where there is none.
