@@ -7,6 +7,7 @@
 #include "host/commands/desktop_program.hpp"
 #include "host/commands/exit_status.hpp"
 #include "host/commands/program_folder.hpp"
+#include "platform/descriptors/standard_streams.hpp"
 
 namespace {
 
@@ -31,6 +32,7 @@ host::CommandResult run(const host::CommandLine& line, char* const* argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  platform::fillStandardStreams();
   std::signal(SIGPIPE, SIG_IGN);
   const auto parsed = host::parseCommandLine(argc, argv);
   if (const auto* exit = std::get_if<host::Exit>(&parsed)) {

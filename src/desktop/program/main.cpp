@@ -4,8 +4,10 @@
 
 #include "desktop/program/run.hpp"
 #include "host/commands/exit_status.hpp"
+#include "platform/descriptors/standard_streams.hpp"
 
 int main(int argc, char** argv) {
+  platform::fillStandardStreams();
   std::signal(SIGPIPE, SIG_IGN);
   const auto parsed = host::parseCommandLine(argc, argv);
   if (const auto* exit = std::get_if<host::Exit>(&parsed)) {

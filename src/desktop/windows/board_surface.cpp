@@ -9,6 +9,7 @@
 
 #include "desktop/windows/gobject.hpp"
 #include "render/colour/palette.hpp"
+#include "render/picture/frame_style.hpp"
 
 namespace desktop {
 namespace {
@@ -56,10 +57,15 @@ BoardSurface::BoardSurface(SurfaceStyle style, Input input)
     gtk_widget_set_visual(window_, visual);
   }
   describeToManager(asWindow(window_), style.stacking);
+  // Windows begin with a visible focus; a board shows it once a key was struck in it.
+  gtk_window_set_focus_visible(asWindow(window_), FALSE);
   if (style.way == DisplayWay::layerShell) makeLayer(asWindow(window_), input);
   if (input == Input::none) gtk_window_set_accept_focus(asWindow(window_), FALSE);
   connect<&BoardSurface::draw>(window_, "draw", this);
   connect<&BoardSurface::closeAsked>(window_, "delete-event", this);
+  for (const char* signal : {"notify::is-active", "notify::focus-visible"}) {
+    connect<&BoardSurface::focusChanged>(window_, signal, this);
+  }
   connect<&BoardSurface::compositingChanged>(window_, "composited-changed", this);
 }
 
@@ -118,9 +124,32 @@ gboolean BoardSurface::draw(cairo_t* cairo) {
     cairo_pop_group_to_source(cairo);
     cairo_paint_with_alpha(cairo, opacity_);
   }
+  drawFocus(cairo);
   cairo_restore(cairo);
   return FALSE;
 }
+
+/// For who moves about by keyboard: an outline within the edge, as a pointer alone never makes it appear.
+void BoardSurface::drawFocus(cairo_t* cairo) const {
+  GtkWindow* const window = asWindow(window_);
+  if (gtk_window_is_active(window) == FALSE || gtk_window_get_focus_visible(window) == FALSE) return;
+  constexpr double width = 2;
+  const auto& look = picture_->look();
+  const auto tint = render::palette(look.appearance, look.accent).tint;
+  const auto size = picture_->size();
+  const double radius = render::boardRadius - width;
+  cairo_new_path(cairo);
+  cairo_arc(cairo, width + radius, width + radius, radius, G_PI, 1.5 * G_PI);
+  cairo_arc(cairo, size.width - width - radius, width + radius, radius, 1.5 * G_PI, 2 * G_PI);
+  cairo_arc(cairo, size.width - width - radius, size.height - width - radius, radius, 0, 0.5 * G_PI);
+  cairo_arc(cairo, width + radius, size.height - width - radius, radius, 0.5 * G_PI, G_PI);
+  cairo_close_path(cairo);
+  cairo_set_line_width(cairo, width);
+  cairo_set_source_rgb(cairo, tint.red / 255.0, tint.green / 255.0, tint.blue / 255.0);
+  cairo_stroke(cairo);
+}
+
+void BoardSurface::focusChanged(GParamSpec* /*property*/) { repaint(); }
 
 void BoardSurface::compositingChanged() {
   shape();

@@ -49,6 +49,8 @@ class BoardSurface {
 
  private:
   gboolean draw(cairo_t* cairo);
+  void drawFocus(cairo_t* cairo) const;
+  void focusChanged(GParamSpec* property);
   void compositingChanged();
   bool composed() const;
   void shape();
