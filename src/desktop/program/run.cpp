@@ -66,7 +66,7 @@ host::CommandResult run(const host::CommandLine& line) {
     if (running != nullptr) running->openGallery();
   });
   if (!instance.isFirst()) {
-    journal.sayIfVerbose("a desktop is there already; its gallery opens");
+    journal.say("the widgets are on the desktop already; their gallery opens");
     return {};
   }
 
