@@ -1,0 +1,189 @@
+#include "desktop/appearance/appearance_portal.hpp"
+
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+
+#include <gio/gio.h>
+#include <unistd.h>
+
+#include "desktop/appearance/portal_values.hpp"
+
+namespace desktop {
+namespace {
+
+constexpr const char* portalName = "org.freedesktop.portal.Desktop";
+constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
+constexpr const char* settings = "org.freedesktop.portal.Settings";
+constexpr const char* appearance = "org.freedesktop.appearance";
+constexpr const char* schemeKey = "color-scheme";
+constexpr const char* accentKey = "accent-color";
+
+struct ObjectRelease {
+  void operator()(gpointer object) const { g_object_unref(object); }
+};
+struct VariantRelease {
+  void operator()(GVariant* variant) const { g_variant_unref(variant); }
+};
+struct ErrorRelease {
+  void operator()(GError* error) const { g_error_free(error); }
+};
+template <typename Object>
+using OwnedObject = std::unique_ptr<Object, ObjectRelease>;
+using OwnedVariant = std::unique_ptr<GVariant, VariantRelease>;
+using OwnedError = std::unique_ptr<GError, ErrorRelease>;
+
+std::string variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+}  // namespace
+
+std::optional<std::string> sessionBusToAsk() {
+  // "autolaunch:" would start a bus of its own, which no portal is on.
+  if (auto address = variable("DBUS_SESSION_BUS_ADDRESS"); !address.empty()) {
+    if (address.find("autolaunch:") != std::string::npos) return std::nullopt;
+    return address;
+  }
+  const std::string socket = variable("XDG_RUNTIME_DIR") + "/bus";
+  if (!socket.starts_with('/') || socket == "/bus" || access(socket.c_str(), F_OK) != 0) return std::nullopt;
+  char* const escaped = g_dbus_address_escape_value(socket.c_str());
+  std::string address = std::string("unix:path=") + escaped;
+  g_free(escaped);
+  return address;
+}
+
+class AppearancePortal::Conversation {
+ public:
+  Conversation(const std::string& busAddress, std::function<void(const DesktopAppearance&)> changed)
+      : changed_(std::move(changed)), ended_(g_cancellable_new()) {
+    // A connection of its own: the one that GLib shares ends the process with the bus.
+    constexpr auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                                             G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+    g_dbus_connection_new_for_address(busAddress.c_str(), flags, nullptr, ended_.get(), &Conversation::connected,
+                                      new Question{this, OwnedObject<GCancellable>(ref(ended_.get()))});
+  }
+
+  ~Conversation() {
+    g_cancellable_cancel(ended_.get());
+    if (!bus_) return;
+    g_dbus_connection_signal_unsubscribe(bus_.get(), settingChanges_);
+    g_dbus_connection_signal_unsubscribe(bus_.get(), ownerChanges_);
+    g_dbus_connection_close(bus_.get(), nullptr, nullptr, nullptr);
+  }
+  Conversation(const Conversation&) = delete;
+  Conversation& operator=(const Conversation&) = delete;
+
+ private:
+  /// What an answer that comes later belongs to. The conversation may have ended by then.
+  struct Question {
+    Conversation* asker;
+    OwnedObject<GCancellable> ended;
+    const char* key = nullptr;
+    const char* method = nullptr;
+    GDBusCallFlags flags = G_DBUS_CALL_FLAGS_NONE;
+  };
+
+  static GCancellable* ref(GCancellable* cancellable) { return static_cast<GCancellable*>(g_object_ref(cancellable)); }
+
+  static void connected(GObject* /*source*/, GAsyncResult* result, gpointer data) {
+    const std::unique_ptr<Question> question(static_cast<Question*>(data));
+    GError* error = nullptr;
+    OwnedObject<GDBusConnection> bus(g_dbus_connection_new_for_address_finish(result, &error));
+    const OwnedError failure(error);
+    if (bus && g_cancellable_is_cancelled(question->ended.get()) == FALSE) question->asker->begin(std::move(bus));
+  }
+
+  void begin(OwnedObject<GDBusConnection> bus) {
+    bus_ = std::move(bus);
+    settingChanges_ =
+        g_dbus_connection_signal_subscribe(bus_.get(), portalName, settings, "SettingChanged", portalPath, appearance,
+                                           G_DBUS_SIGNAL_FLAGS_NONE, &Conversation::settingChanged, this, nullptr);
+    ownerChanges_ = g_dbus_connection_signal_subscribe(
+        bus_.get(), "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged", "/org/freedesktop/DBus",
+        portalName, G_DBUS_SIGNAL_FLAGS_NONE, &Conversation::ownerChanged, this, nullptr);
+    askForBoth(G_DBUS_CALL_FLAGS_NONE);
+  }
+
+  void askForBoth(GDBusCallFlags flags) {
+    for (const char* key : {schemeKey, accentKey}) ask(key, "ReadOne", flags);
+  }
+
+  void ask(const char* key, const char* method, GDBusCallFlags flags) {
+    ++open_;
+    g_dbus_connection_call(bus_.get(), portalName, portalPath, settings, method, g_variant_new("(ss)", appearance, key),
+                           G_VARIANT_TYPE("(v)"), flags, -1, ended_.get(), &Conversation::answered,
+                           new Question{this, OwnedObject<GCancellable>(ref(ended_.get())), key, method, flags});
+  }
+
+  static void answered(GObject* source, GAsyncResult* result, gpointer data) {
+    const std::unique_ptr<Question> question(static_cast<Question*>(data));
+    GError* error = nullptr;
+    const OwnedVariant answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error));
+    const OwnedError failure(error);
+    if (g_cancellable_is_cancelled(question->ended.get()) != FALSE) return;
+    question->asker->take(*question, answer.get(), failure.get());
+  }
+
+  void take(const Question& question, GVariant* answer, const GError* failure) {
+    --open_;
+    const bool isNewMethod = std::string_view(question.method) == "ReadOne";
+    if (isNewMethod && g_error_matches(failure, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_METHOD) != FALSE) {
+      ask(question.key, "Read", question.flags);
+      return;
+    }
+    if (answer != nullptr) {
+      const OwnedVariant value(g_variant_get_child_value(answer, 0));
+      keep(question.key, value.get());
+    }
+    if (open_ == 0) tell();  // both at once, for one drawing
+  }
+
+  static void settingChanged(GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
+                             const char* /*interface*/, const char* /*signal*/, GVariant* arguments, gpointer self) {
+    if (g_variant_is_of_type(arguments, G_VARIANT_TYPE("(ssv)")) == FALSE) return;
+    const char* key = nullptr;
+    GVariant* value = nullptr;
+    g_variant_get(arguments, "(&s&s@v)", nullptr, &key, &value);
+    const OwnedVariant owned(value);
+    static_cast<Conversation*>(self)->keep(key, value);
+    static_cast<Conversation*>(self)->tell();
+  }
+
+  /// A portal that comes later, or anew, may know better. It is there already: nothing is started for this.
+  static void ownerChanged(GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
+                           const char* /*interface*/, const char* /*signal*/, GVariant* arguments, gpointer self) {
+    if (g_variant_is_of_type(arguments, G_VARIANT_TYPE("(sss)")) == FALSE) return;
+    const char* owner = nullptr;
+    g_variant_get(arguments, "(&s&s&s)", nullptr, nullptr, &owner);
+    if (*owner != '\0') static_cast<Conversation*>(self)->askForBoth(G_DBUS_CALL_FLAGS_NO_AUTO_START);
+  }
+
+  void keep(std::string_view key, GVariant* value) {
+    if (key == schemeKey) now_.scheme = schemeFromPortal(value);
+    if (key == accentKey) now_.accent = accentFromPortal(value);
+  }
+
+  void tell() {
+    if (now_ == told_) return;
+    told_ = now_;
+    changed_(now_);
+  }
+
+  std::function<void(const DesktopAppearance&)> changed_;
+  OwnedObject<GCancellable> ended_;
+  OwnedObject<GDBusConnection> bus_;
+  guint settingChanges_ = 0;
+  guint ownerChanges_ = 0;
+  int open_ = 0;  ///< questions without an answer yet
+  DesktopAppearance now_;
+  DesktopAppearance told_;
+};
+
+AppearancePortal::AppearancePortal(const std::string& busAddress, std::function<void(const DesktopAppearance&)> changed)
+    : conversation_(std::make_unique<Conversation>(busAddress, std::move(changed))) {}
+
+AppearancePortal::~AppearancePortal() = default;
+
+}  // namespace desktop

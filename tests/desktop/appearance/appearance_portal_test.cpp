@@ -1,0 +1,136 @@
+#include "desktop/appearance/appearance_portal.hpp"
+
+#include <vector>
+
+#include <gio/gio.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/displays/stand_in_portal.hpp"
+#include "support/environment.hpp"
+
+namespace desktop {
+namespace {
+
+using render::Appearance;
+using render::Colour;
+using support::AccentColour;
+using support::ColourScheme;
+using support::StandInPortal;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const DesktopAppearance darkWithAccent{Appearance::dark, Colour{255, 0, 51}};
+
+/// Keeps what it was told.
+class Listener {
+ public:
+  explicit Listener(const std::string& address)
+      : portal_(address, [this](const DesktopAppearance& now) { told.push_back(now); }) {}
+
+  /// Lets the main context work until it was told so often; gives up after a while.
+  void listenUntil(std::size_t count) {
+    bool late = false;
+    const guint timer = g_timeout_add(30'000, &Listener::expire, &late);
+    while (told.size() < count && !late) g_main_context_iteration(nullptr, TRUE);
+    if (!late) g_source_remove(timer);
+  }
+
+  std::vector<DesktopAppearance> told;
+
+ private:
+  static gboolean expire(gpointer late) {
+    *static_cast<bool*>(late) = true;
+    return G_SOURCE_REMOVE;
+  }
+
+  AppearancePortal portal_;
+};
+
+TEST(AppearancePortal, TellsSchemeAndAccentAtOnceHoweverThePortalAnswers) {
+  using ReadOne = StandInPortal::ReadOneMethod;
+  using Form = StandInPortal::ReadForm;
+  for (const auto& [readOne, form] : {std::pair{ReadOne::present, Form::plain},
+                                      {ReadOne::missing, Form::plain},
+                                      {ReadOne::missing, Form::wrappedTwice}}) {
+    const support::SessionBus bus;
+    const StandInPortal portal(
+        bus, {.appearance = {ColourScheme::dark, AccentColour{1, 0, 0.2}}, .read = form, .readOne = readOne});
+    Listener listener(bus.address());
+    EXPECT_THAT(listener.told, IsEmpty()) << "told from within the constructor";
+    listener.listenUntil(1);
+    EXPECT_THAT(listener.told, ElementsAre(darkWithAccent));
+  }
+}
+
+TEST(AppearancePortal, FollowsChangesAndTellsNothingTwice) {
+  const support::SessionBus bus;
+  StandInPortal portal(bus, {.appearance = {ColourScheme::light, {}}});
+  Listener listener(bus.address());
+  listener.listenUntil(1);
+  portal.change({ColourScheme::dark, AccentColour{-1, -1, -1}});  // an accent that says none
+  listener.listenUntil(2);
+  portal.change({ColourScheme::dark, AccentColour{1, 0, 0.2}});
+  listener.listenUntil(3);
+  portal.change({ColourScheme::none, AccentColour{1, 0, 0.2}});
+  listener.listenUntil(4);
+  EXPECT_THAT(listener.told,
+              ElementsAre(DesktopAppearance{Appearance::light, {}}, DesktopAppearance{Appearance::dark, {}},
+                          darkWithAccent, DesktopAppearance{{}, Colour{255, 0, 51}}));
+}
+
+TEST(AppearancePortal, HearsAPortalThatComesLater) {
+  const support::SessionBus bus;
+  Listener listener(bus.address());
+  const support::SessionBus elsewhere;
+  const StandInPortal other(elsewhere, {.appearance = {ColourScheme::light, {}}});
+  Listener second(elsewhere.address());
+  second.listenUntil(1);  // by now the first has long been told that there is no portal
+  EXPECT_THAT(listener.told, IsEmpty());
+  const StandInPortal portal(bus, {.appearance = {ColourScheme::dark, AccentColour{1, 0, 0.2}}});
+  listener.listenUntil(1);
+  EXPECT_THAT(listener.told, ElementsAre(darkWithAccent));
+}
+
+TEST(AppearancePortal, EndsWhileItsQuestionsAreOpen) {
+  const support::SessionBus bus;
+  StandInPortal portal(bus, {.appearance = {ColourScheme::dark, {}}});
+  for (int steps = 0; steps < 12; ++steps) {
+    Listener ended(bus.address());
+    for (int i = 0; i < steps; ++i) g_main_context_iteration(nullptr, FALSE);
+  }
+  Listener listener(bus.address());
+  portal.change({ColourScheme::light, {}});
+  listener.listenUntil(1);
+  EXPECT_EQ(listener.told.back().scheme, Appearance::light);
+}
+
+TEST(AppearancePortal, IsSilentWhereNobodyListensAtTheAddress) {
+  const support::SessionBus bus;
+  const StandInPortal portal(bus, {.appearance = {ColourScheme::dark, {}}});
+  Listener nowhere("unix:path=" + bus.path("no-such-bus"));
+  Listener nonsense("no address at all");
+  Listener listener(bus.address());
+  listener.listenUntil(1);
+  EXPECT_THAT(nowhere.told, IsEmpty());
+  EXPECT_THAT(nonsense.told, IsEmpty());
+}
+
+TEST(SessionBusToAsk, IsNeverOneThatWouldHaveToBeStarted) {
+  const support::TemporaryFolder folder;
+  support::ScopedEnvironment environment;
+  environment.set("DBUS_SESSION_BUS_ADDRESS", "unix:path=/somewhere");
+  EXPECT_EQ(sessionBusToAsk(), "unix:path=/somewhere");
+  environment.set("DBUS_SESSION_BUS_ADDRESS", "autolaunch:");
+  EXPECT_EQ(sessionBusToAsk(), std::nullopt);
+  environment.unset("DBUS_SESSION_BUS_ADDRESS");
+  environment.unset("XDG_RUNTIME_DIR");
+  EXPECT_EQ(sessionBusToAsk(), std::nullopt);
+  environment.set("XDG_RUNTIME_DIR", folder.path("").substr(0, folder.path("").size() - 1));
+  EXPECT_EQ(sessionBusToAsk(), std::nullopt);
+  folder.write("bus", "");
+  EXPECT_EQ(sessionBusToAsk(), "unix:path=" + folder.path("bus"));
+}
+
+}  // namespace
+}  // namespace desktop
