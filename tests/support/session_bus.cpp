@@ -57,6 +57,10 @@ BusConnection connectToBus(const std::string& address) {
   return connection;
 }
 
+bool SessionBus::isOwned(const std::string& name) const {
+  return sd_bus_get_name_creds(connect().get(), name.c_str(), 0, nullptr) >= 0;
+}
+
 SessionBus::Environment SessionBus::environment() const {
   auto variables = variables_;
   if (!address_.empty()) variables["DBUS_SESSION_BUS_ADDRESS"] = address_;

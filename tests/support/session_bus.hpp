@@ -35,6 +35,9 @@ class SessionBus {
   /// Throws std::runtime_error.
   BusConnection connect() const { return connectToBus(address_); }
 
+  /// Whether somebody owns the name now.
+  bool isOwned(const std::string& name) const;
+
   /// A path in the session's own folder, which holds `home` and `run`.
   std::string path(const std::string& name) const { return folder_.path(name); }
 

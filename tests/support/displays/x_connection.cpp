@@ -128,6 +128,11 @@ std::optional<ScreenArea> XConnection::areaOf(XWindow window) const {
   return ScreenArea{place->dst_x, place->dst_y, size->width, size->height};
 }
 
+ScreenPoint XConnection::pointer() const {
+  const auto reply = answer(raw(), xcb_query_pointer(raw(), root_), xcb_query_pointer_reply);
+  return reply ? ScreenPoint{reply->root_x, reply->root_y} : ScreenPoint{};
+}
+
 Bitmap XConnection::pictureOf(XWindow window) const {
   const auto size = answer(raw(), xcb_get_geometry(raw(), window), xcb_get_geometry_reply);
   if (!size) return {};

@@ -47,6 +47,9 @@ class XConnection {
   /// Whether someone composes the screen.
   bool hasCompositor() const;
 
+  /// Where the server knows the pointer to be; an Xwayland knows it only over windows of X clients.
+  ScreenPoint pointer() const;
+
   /// What the screen shows. Pixels are opaque.
   Bitmap screenshot() const { return pictureOf(root_); }
   /// A window's own pixels with their opacity, if it has such.

@@ -1,0 +1,79 @@
+#include "support/displays/mutter_desktop.hpp"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string_view>
+
+#include "support/waiting.hpp"
+
+namespace support {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* waylandName = "wayland-mutter";
+
+// ":1" of its line "Using public X11 display :1, (using :2 for managed services)".
+std::string publicDisplay(const std::string& log) {
+  constexpr std::string_view before = "Using public X11 display ";
+  const auto begin = log.find(before);
+  if (begin == std::string::npos) return {};
+  const auto end = log.find(',', begin);
+  if (end == std::string::npos) return {};
+  return log.substr(begin + before.size(), end - begin - before.size());
+}
+
+std::string authorityIn(const fs::path& folder) {
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    if (entry.path().filename().native().starts_with(".mutter-Xwaylandauth")) return entry.path().native();
+  }
+  return {};
+}
+
+}  // namespace
+
+MutterDesktop::MutterDesktop() : MutterDesktop(Settings{}) {}
+
+MutterDesktop::MutterDesktop(const Settings& settings) : bus_(settings.services) {
+  auto variables = bus_.environment();
+  variables["GSETTINGS_BACKEND"] = "memory";
+  compositor_.emplace(
+      ChildProcess::Start{.command = {"mutter", "--headless", "--wayland", "--virtual-monitor",
+                                      std::to_string(settings.width) + "x" + std::to_string(settings.height),
+                                      "--wayland-display", waylandName},
+                          .environment = environmentLines(variables),
+                          .input = {},
+                          .errorFile = bus_.path("display.log"),
+                          .package = "mutter",
+                          .endSignal = SIGTERM});
+  waitUntil(
+      "mutter serves its clients",
+      [this] {
+        if (compositor_->hasEnded()) throw std::runtime_error("mutter ended:\n" + log());
+        display_ = publicDisplay(log());
+        authority_ = authorityIn(bus_.path("run"));
+        return !display_.empty() && !authority_.empty() && fs::is_socket(bus_.path("run/") + waylandName) &&
+               bus_.isOwned("org.gnome.Mutter.RemoteDesktop");
+      },
+      [this] { return log(); });
+  windows_.emplace(display_, authority_);
+  input_.emplace(bus_, *windows_);
+  waitUntil("mutter manages windows", [this] { return windows_->hasWindowManager(); }, [this] { return log(); });
+}
+
+SessionBus::Environment MutterDesktop::environment() const {
+  auto variables = bus_.environment();
+  variables["WAYLAND_DISPLAY"] = waylandName;
+  variables["DISPLAY"] = display_;
+  variables["XAUTHORITY"] = authority_;
+  return variables;
+}
+
+std::string MutterDesktop::log() const {
+  std::ifstream file(bus_.path("display.log"), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace support
