@@ -24,7 +24,7 @@ vamba_pkg_config_dependency(uriparser liburiparser)
 vamba_archived_dependency(utf8proc libutf8proc)
 vamba_archived_dependency(uuid uuid)
 vamba_pkg_config_dependency(systemd libsystemd)
-vamba_pkg_config_dependency(openssl libssl)
+vamba_pkg_config_dependency(openssl openssl)
 
 find_package(nlohmann_json 3.11 REQUIRED)
 add_library(deps::nlohmann_json ALIAS nlohmann_json::nlohmann_json)

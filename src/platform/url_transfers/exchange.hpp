@@ -11,6 +11,7 @@
 
 #include "platform/url_session/pending_load.hpp"
 #include "platform/url_transfers/response_collector.hpp"
+#include "platform/url_transfers/root_bundle.hpp"
 #include "platform/url_transfers/trusted_roots.hpp"
 
 namespace platform {
@@ -25,9 +26,10 @@ enum class Multiplexing {
 
 class Exchange {
  public:
-  /// Null when the library refuses an option or memory runs out.
+  /// `bundle` is that of `roots.file`, and must outlive the library's connections. Null when the library refuses an
+  /// option or memory runs out.
   static std::unique_ptr<Exchange> create(std::shared_ptr<PendingLoad> load, std::size_t longestBody,
-                                          const TrustedRoots& roots, Multiplexing multiplexing);
+                                          const TrustedRoots& roots, RootBundle& bundle, Multiplexing multiplexing);
 
   Exchange(const Exchange&) = delete;
   Exchange& operator=(const Exchange&) = delete;
@@ -54,10 +56,11 @@ class Exchange {
 
   Exchange(std::shared_ptr<PendingLoad> load, std::size_t longestBody);
 
-  bool setOptions(const TrustedRoots& roots, Multiplexing multiplexing, std::size_t longestBody);
+  bool setOptions(const TrustedRoots& roots, RootBundle& bundle, Multiplexing multiplexing, std::size_t longestBody);
   bool setHeaders();
   bool connectionSpeaksHttp2() const;
 
+  static CURLcode onTlsContext(CURL* handle, void* context, void* bundle);
   static std::size_t onHeader(char* bytes, std::size_t size, std::size_t count, void* self);
   static std::size_t onBody(char* bytes, std::size_t size, std::size_t count, void* self);
   static int onConnected(void* self, char* remoteAddress, char* localAddress, int remotePort, int localPort);

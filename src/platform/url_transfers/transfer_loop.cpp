@@ -30,7 +30,8 @@ std::string originOf(const Url& url) {
 
 }  // namespace
 
-TransferLoop::TransferLoop(LoadQueue& queue, const TransferSettings& settings) : queue_(queue), settings_(settings) {
+TransferLoop::TransferLoop(LoadQueue& queue, const TransferSettings& settings)
+    : queue_(queue), settings_(settings), bundle_(settings.trustedRootsFile) {
   if (libraryIsLoaded()) multi_.reset(curl_multi_init());
   if (multi_) queue_.setWaker([multi = multi_.get()] { curl_multi_wakeup(multi); });
 }
@@ -62,7 +63,7 @@ bool TransferLoop::takeSubmitted() {
 void TransferLoop::begin(const std::shared_ptr<PendingLoad>& load) {
   const auto multiplexing =
       originsWithHttp2_.contains(originOf(load->url())) ? Multiplexing::waitForConnection : Multiplexing::ifConnected;
-  auto exchange = Exchange::create(load, settings_.longestBody, rootsFor(load->url()), multiplexing);
+  auto exchange = Exchange::create(load, settings_.longestBody, rootsFor(load->url()), bundle_, multiplexing);
   if (!exchange || curl_multi_add_handle(multi_.get(), exchange->handle()) != CURLM_OK) {
     load->settle(std::unexpected(TransportError{TransportError::Kind::other, 0, "the transfer could not be set up"}));
     return;

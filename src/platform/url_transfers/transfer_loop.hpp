@@ -49,6 +49,7 @@ class TransferLoop {
   LoadQueue& queue_;
   const TransferSettings& settings_;
   const TrustedRoots noRoots_;
+  RootBundle bundle_;  // the connections' contexts, which go before it, share its store
 
   std::unique_ptr<CURLM, FreeMulti> multi_;
   Exchanges exchanges_;

@@ -1,3 +1,4 @@
+#include <fstream>
 #include <future>
 #include <set>
 #include <vector>
@@ -8,6 +9,8 @@
 #include "support/environment.hpp"
 #include "support/nginx_server.hpp"
 #include "support/scripted_http_server.hpp"
+#include "support/temporary_folder.hpp"
+#include "support/test_certificates.hpp"
 
 namespace platform {
 namespace {
@@ -116,6 +119,24 @@ TEST(Tls, RefusesAServerThatCannotBeTrusted) {
     const UrlSession session(trusting(knowsAuthority ? server.authorityFile() : stranger.authorityFile()));
     EXPECT_EQ(errorOf(session.data(requestFor(server.url("/a")))).kind, Kind::secureConnectionFailed) << name;
     EXPECT_TRUE(server.endAndReadLog().empty()) << name;
+  }
+}
+
+TEST(Tls, FindsTheAuthorityInABundleOfMany) {
+  for (const NginxProtocol offered : {NginxProtocol::tlsHttp1, NginxProtocol::tlsHttp2}) {
+    NginxServer server({.protocol = offered, .bodies = bodies, .requiredAuthorization = "Bearer tok"});
+    // The strangers bear the same name.
+    const support::TestCertificates strangers[3];
+    const support::TemporaryFolder folder;
+    std::ofstream bundle(folder.path("bundle.pem"));
+    for (const auto& stranger : strangers) bundle << std::ifstream(stranger.authorityFile()).rdbuf();
+    bundle.close();
+    const UrlSession without(trusting(folder.path("bundle.pem")));
+    EXPECT_EQ(errorOf(without.data(requestFor(server.url("/a")))).kind, Kind::secureConnectionFailed);
+    bundle.open(folder.path("bundle.pem"), std::ios::app);
+    bundle << std::ifstream(server.authorityFile()).rdbuf();
+    bundle.close();
+    loadAll(UrlSession(trusting(folder.path("bundle.pem"))), server);
   }
 }
 
