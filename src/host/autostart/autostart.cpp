@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <system_error>
-#include <utility>
 
 #include <unistd.h>
 
@@ -57,10 +56,10 @@ AutostartStatus describe(StartMeans means, const std::filesystem::path& file, co
 
 }  // namespace
 
-Autostart::Autostart(std::filesystem::path configFolder, ServiceManager& services)
+Autostart::Autostart(const std::filesystem::path& configFolder, ServiceManager& services)
     : unit_(configFolder / "systemd/user/vamba-desktop.service"),
       link_(configFolder / "systemd/user/graphical-session.target.wants/vamba-desktop.service"),
-      entry_(std::move(configFolder) / "autostart/vamba-desktop.desktop"),
+      entry_(configFolder / "autostart/vamba-desktop.desktop"),
       services_(services) {}
 
 std::expected<AutostartStatus, std::string> Autostart::on(const std::filesystem::path& program) {
@@ -111,10 +110,12 @@ std::expected<void, std::string> Autostart::off() {
 std::expected<std::optional<AutostartStatus>, std::string> Autostart::status() const {
   const auto unit = ownText(unit_);
   if (!unit) return std::unexpected(unit.error());
-  if (*unit && isThere(link_)) return describe(StartMeans::systemdUnit, unit_, **unit);
+  if (const auto& text = *unit; text && isThere(link_)) return describe(StartMeans::systemdUnit, unit_, *text);
   const auto entry = ownText(entry_);
   if (!entry) return std::unexpected(entry.error());
-  if (*entry && !isSwitchedOff(**entry)) return describe(StartMeans::autostartEntry, entry_, **entry);
+  if (const auto& text = *entry; text && !isSwitchedOff(*text)) {
+    return describe(StartMeans::autostartEntry, entry_, *text);
+  }
   return std::nullopt;
 }
 

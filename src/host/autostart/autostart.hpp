@@ -26,7 +26,7 @@ struct AutostartStatus {
 class Autostart {
  public:
   /// The folder is the user's configuration (`platform::userConfigFolder`).
-  Autostart(std::filesystem::path configFolder, ServiceManager& services);
+  Autostart(const std::filesystem::path& configFolder, ServiceManager& services);
 
   /// Has `program`, an absolute path, started as `PROGRAM desktop` with each session from the next one on.
   std::expected<AutostartStatus, std::string> on(const std::filesystem::path& program);
