@@ -10,13 +10,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "support/file_descriptor.hpp"
+#include "platform/descriptors/file_descriptor.hpp"
 
 namespace bench {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using support::FileDescriptor;
+using platform::FileDescriptor;
 
 struct Pipe {
   FileDescriptor readEnd, writeEnd;
