@@ -59,6 +59,22 @@ TEST(SwayDesktop, OutputsStandSideBySideAndMoreCanCome) {
   EXPECT_EQ(desktop.screenshot().width, 2240U);
 }
 
+TEST(SwayDesktop, OutputIsUnpluggedAndAnotherPlugged) {
+  SwayDesktop desktop(
+      SwayDesktop::Settings{.width = 800, .height = 600, .outputs = 2, .kind = SwayDesktop::OutputKind::unpluggable});
+  const SwayOutput first{"X11-1", {0, 0, 800, 600}, 1};
+  EXPECT_THAT(desktop.outputs(), ElementsAre(first, SwayOutput{"X11-2", {800, 0, 800, 600}, 1}));
+  desktop.unplug("X11-2");
+  EXPECT_THAT(desktop.outputs(), ElementsAre(first));
+  EXPECT_EQ(desktop.screenshot().width, 800U);
+  EXPECT_EQ(desktop.addOutput(640, 480), "X11-3");
+  EXPECT_THAT(desktop.outputs(), ElementsAre(first, SwayOutput{"X11-3", {800, 0, 640, 480}, 1}));
+  auto program = sampleWindow(desktop.environment(), {"Red", "#ff0000"});
+  ASSERT_TRUE(eventually([&] { return !desktop.windowsOf(program.id()).empty(); })) << desktop.log();
+  desktop.input().key(0xff0d);
+  EXPECT_EQ(program.firstLine(), "key Return");
+}
+
 TEST(SwayDesktop, ScaledOutputShowsItsOwnPixels) {
   SwayDesktop desktop;
   desktop.setScale("HEADLESS-1", 2);

@@ -64,9 +64,19 @@ ScreenArea areaFrom(const json& rect) { return {rect["x"], rect["y"], rect["widt
 SwayDesktop::SwayDesktop() : SwayDesktop(Settings{}) {}
 
 SwayDesktop::SwayDesktop(const Settings& settings) : bus_(settings.services) {
+  const bool unpluggable = settings.kind == OutputKind::unpluggable;
+  const std::string prefix = unpluggable ? "X11-" : "HEADLESS-";
+  const auto count = std::to_string(settings.outputs);
+  if (unpluggable) {
+    host_.emplace(XDesktop::Settings{.windowManager = false});
+    // sway's library uses the names that it finds, and its windows close only by these.
+    for (const char* name : {"WM_PROTOCOLS", "WM_DELETE_WINDOW", "_NET_WM_NAME", "UTF8_STRING"}) {
+      host_->windows().atom(name);
+    }
+  }
   std::string configuration = "xwayland disable\ndefault_border none\nseat * fallback true\nseat * hide_cursor 100\n";
   for (int i = 0; i < settings.outputs; ++i) {
-    configuration += "output HEADLESS-" + std::to_string(i + 1) + " mode " + std::to_string(settings.width) + "x" +
+    configuration += "output " + prefix + std::to_string(i + 1) + " mode " + std::to_string(settings.width) + "x" +
                      std::to_string(settings.height) + " position " + std::to_string(i * settings.width) + " 0\n";
   }
   folder_.write("config", configuration);
@@ -78,10 +88,11 @@ SwayDesktop::SwayDesktop(const Settings& settings) : bus_(settings.services) {
       .command = {"sway", "-c", folder_.path("config")},
       .environment = environmentLines({{"XDG_RUNTIME_DIR", runtime},
                                        {"HOME", runtime},
-                                       {"WLR_BACKENDS", "headless"},
+                                       {"DISPLAY", unpluggable ? host_->environment().at("DISPLAY") : ""},
+                                       {"WLR_BACKENDS", unpluggable ? "x11" : "headless"},
+                                       {unpluggable ? "WLR_X11_OUTPUTS" : "WLR_HEADLESS_OUTPUTS", count},
                                        {"WLR_LIBINPUT_NO_DEVICES", "1"},
-                                       {"WLR_RENDERER", "pixman"},
-                                       {"WLR_HEADLESS_OUTPUTS", std::to_string(settings.outputs)}}),
+                                       {"WLR_RENDERER", "pixman"}}),
       .input = {},
       .errorFile = folder_.path("log"),
       .package = "sway",
@@ -112,8 +123,7 @@ SwayDesktop::SwayDesktop(const Settings& settings) : bus_(settings.services) {
       told);
   input_.emplace(display_);
   const ScreenArea last{(settings.outputs - 1) * settings.width, 0, settings.width, settings.height};
-  change("HEADLESS-" + std::to_string(settings.outputs), "enable",
-         [&](const auto& output) { return (output && output->area == last) || ended(); });
+  change(prefix + count, "enable", [&](const auto& output) { return (output && output->area == last) || ended(); });
 }
 
 json SwayDesktop::ask(std::uint32_t kind, const std::string& payload) {
@@ -158,17 +168,21 @@ std::optional<SwayOutput> SwayDesktop::find(const std::string& name) {
   return std::nullopt;
 }
 
-// What a command asks of an output comes to be some time after its answer.
-void SwayDesktop::change(const std::string& output, const std::string& command,
-                         const std::function<bool(const std::optional<SwayOutput>&)>& done) {
-  run("output " + output + " " + command);
-  waitUntil(output + " follows: " + command, [&] { return done(find(output)); }, [this] { return log(); });
+void SwayDesktop::layoutChanged() {
   ScreenArea layout;
   for (const auto& each : outputs()) {
     layout.width = std::max(layout.width, each.area.x + each.area.width);
     layout.height = std::max(layout.height, each.area.y + each.area.height);
   }
   input_->setLayout(layout);
+}
+
+// What a command asks of an output comes to be some time after its answer.
+void SwayDesktop::change(const std::string& output, const std::string& command,
+                         const std::function<bool(const std::optional<SwayOutput>&)>& done) {
+  run("output " + output + " " + command);
+  waitUntil(output + " follows: " + command, [&] { return done(find(output)); }, [this] { return log(); });
+  layoutChanged();
 }
 
 std::string SwayDesktop::addOutput(int width, int height) {
@@ -191,6 +205,15 @@ std::string SwayDesktop::addOutput(int width, int height) {
          "mode " + std::to_string(width) + "x" + std::to_string(height) + " position " + std::to_string(right) + " 0",
          [&](const auto& output) { return output && output->area == area; });
   return name;
+}
+
+void SwayDesktop::unplug(const std::string& output) {
+  if (!host_) throw std::runtime_error("headless outputs cannot be unplugged");
+  for (const auto window : host_->windows().topWindows()) {
+    if (host_->windows().title(window) == "wlroots - " + output) host_->windows().close(window);
+  }
+  waitUntil(output + " has gone", [&] { return !find(output); }, [this] { return log(); });
+  layoutChanged();
 }
 
 void SwayDesktop::setScale(const std::string& output, double scale) {

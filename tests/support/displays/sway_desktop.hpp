@@ -1,6 +1,6 @@
 // A desktop of a test's own on a real wlroots compositor, which has layer shell: sway with headless outputs. It refuses
 // to run as root and is then run as nobody, alone; programs under test run as the test does. Needs the packages sway,
-// grim and xkb-data. All ends with the object.
+// grim, xkb-data and, for outputs that can be unplugged, xvfb. All ends with the object.
 #pragma once
 
 #include <functional>
@@ -14,6 +14,7 @@
 #include "support/child_process.hpp"
 #include "support/displays/geometry.hpp"
 #include "support/displays/wayland_input.hpp"
+#include "support/displays/x_desktop.hpp"
 #include "support/session_bus.hpp"
 #include "support/temporary_folder.hpp"
 
@@ -29,10 +30,15 @@ struct SwayOutput {
 /// Every function throws std::runtime_error with the compositor's log where something does not work.
 class SwayDesktop {
  public:
+  enum class OutputKind {
+    headless,    // named HEADLESS-1 and so on
+    unpluggable  // named X11-1 and so on: windows of an X server without a screen, which can be taken away
+  };
   struct Settings {
     int width = 1280;
     int height = 800;
-    int outputs = 1;                                   // side by side
+    int outputs = 1;  // side by side
+    OutputKind kind = OutputKind::headless;
     std::map<std::string, std::string> services = {};  // see SessionBus
   };
 
@@ -51,6 +57,8 @@ class SwayDesktop {
   std::vector<SwayOutput> outputs();
   /// A further one right of the others; its name.
   std::string addOutput(int width, int height);
+  /// Takes an unpluggable output away, for good: one that is added later has the same make and model and a new name.
+  void unplug(const std::string& output);
   void setScale(const std::string& output, double scale);
 
   /// Any command of sway(5).
@@ -65,12 +73,14 @@ class SwayDesktop {
 
  private:
   nlohmann::json ask(std::uint32_t kind, const std::string& payload);
+  void layoutChanged();
   std::optional<SwayOutput> find(const std::string& name);
   void change(const std::string& output, const std::string& command,
               const std::function<bool(const std::optional<SwayOutput>&)>& done);
 
   SessionBus bus_;
   TemporaryFolder folder_;
+  std::optional<XDesktop> host_;  // of unpluggable outputs
   std::string socket_;
   std::string display_;
   std::optional<ChildProcess> compositor_;

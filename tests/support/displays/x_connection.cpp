@@ -119,6 +119,24 @@ std::vector<XWindow> XConnection::windowsOf(pid_t process) const {
   return found;
 }
 
+std::vector<XWindow> XConnection::topWindows() const {
+  const auto tree = answer(raw(), xcb_query_tree(raw(), root_), xcb_query_tree_reply);
+  if (!tree) return {};
+  const auto* children = xcb_query_tree_children(tree.get());
+  return {children, children + xcb_query_tree_children_length(tree.get())};
+}
+
+void XConnection::close(XWindow window) const {
+  xcb_client_message_event_t message{};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = window;
+  message.type = atom("WM_PROTOCOLS");
+  message.data.data32[0] = atom("WM_DELETE_WINDOW");
+  xcb_send_event(raw(), 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&message));
+  xcb_flush(raw());
+}
+
 std::optional<ScreenArea> XConnection::areaOf(XWindow window) const {
   const auto size = answer(raw(), xcb_get_geometry(raw(), window), xcb_get_geometry_reply);
   if (!size) return std::nullopt;

@@ -33,6 +33,11 @@ class XConnection {
   /// Windows on the screen whose _NET_WM_PID is the process, menus and tooltips included, the lowest first.
   std::vector<XWindow> windowsOf(pid_t process) const;
 
+  /// The root window's own children, the lowest first: frames of managed windows, and windows that nobody manages.
+  std::vector<XWindow> topWindows() const;
+  /// Asks the client to close its window, as a window manager's close button does.
+  void close(XWindow window) const;
+
   bool isShown(XWindow window) const;
   /// On the root window, without the frame.
   std::optional<ScreenArea> areaOf(XWindow window) const;
