@@ -268,6 +268,7 @@ void Desktop::reload() {
 }
 
 void Desktop::openGallery() {
+  parts_.journal.sayIfVerbose("the gallery opens");
   if (!gallery_) {
     gallery_ = std::make_unique<GalleryWindow>(
         texts_, GalleryWindow::Actions{.add = [this](const std::string& family) { add(family); },
