@@ -6,6 +6,7 @@
 
 #include <malloc.h>
 
+#include "desktop/appearance/appearance_portal.hpp"
 #include "desktop/program/desktop.hpp"
 #include "desktop/program/main_loop.hpp"
 #include "desktop/program/single_instance.hpp"
@@ -30,24 +31,40 @@ std::optional<PlacementStore> placementStore(const Journal& journal) {
   return PlacementStore(*file);
 }
 
-/// Follows the toolkit's settings.
+/// How boards look: by the desktop's portal where it has a word, else by the toolkit's settings. Followed as long as
+/// this lives.
 class Look {
  public:
   explicit Look(Desktop& desktop) : desktop_(desktop) {
     onToolkitLookChange(apply_);
     apply();
+    // Asked when the first frame is on its way: nothing waits for it.
+    MainLoop::postWhenIdle([this] { askPortal(); });
   }
   Look(const Look&) = delete;
   Look& operator=(const Look&) = delete;
 
  private:
+  void askPortal() {
+    const auto bus = sessionBusToAsk();
+    if (!bus) return;
+    portal_.emplace(*bus, [this](const DesktopAppearance& appearance) {
+      asked_ = appearance;
+      apply();
+    });
+  }
+
   void apply() {
     const auto toolkit = toolkitLook();
-    desktop_.setLook({.appearance = toolkit.appearance, .accent = std::nullopt, .textScale = toolkit.textScale});
+    const auto appearance = asked_.scheme.value_or(toolkit.appearance);
+    desktop_.setLook({.appearance = appearance, .accent = asked_.accent, .textScale = toolkit.textScale});
+    useAppearance(appearance);
   }
 
   Desktop& desktop_;
+  DesktopAppearance asked_;
   std::function<void()> apply_ = [this] { apply(); };
+  std::optional<AppearancePortal> portal_;
 };
 
 }  // namespace
