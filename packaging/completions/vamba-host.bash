@@ -2,7 +2,7 @@
 _vamba_host() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} word command=
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
-    case "$word" in gallery | placeholder | snapshot | timeline | show | watch | autostart) command=$word ;; esac
+    case "$word" in gallery | placeholder | snapshot | timeline | show | watch | desktop | autostart) command=$word ;; esac
   done
   local words
   case "$previous" in
@@ -20,12 +20,13 @@ _vamba_host() {
     --scale) return ;;
     *)
       case "$command" in
-        '') words='gallery placeholder snapshot timeline show watch autostart --extension --help --version' ;;
+        '') words='gallery placeholder snapshot timeline show watch desktop autostart --extension --help --version' ;;
         gallery) words='--json --help' ;;
         snapshot) words='--preview --family --help' ;;
         placeholder | timeline) words='--family --help' ;;
         show) words='--family --entry --format --output --scale --appearance --outlines --help' ;;
         watch) words='--family --format --help' ;;
+        desktop) words='--verbose --part-of-desktop --help' ;;
         autostart) words='on off status --help' ;;
         *) words='--help' ;;
       esac

@@ -1,5 +1,5 @@
 # Completion of vamba-host for fish.
-set -l commands gallery placeholder snapshot timeline show watch autostart
+set -l commands gallery placeholder snapshot timeline show watch desktop autostart
 
 complete -c vamba-host -f
 complete -c vamba-host -l help -d 'Tell how to use it'
@@ -11,6 +11,7 @@ complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a snapsho
 complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a timeline -d 'A timeline as JSON'
 complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a show -d 'One board, once'
 complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a watch -d 'The board, kept current'
+complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a desktop -d 'The widgets on the desktop'
 complete -c vamba-host -n "not __fish_seen_subcommand_from $commands" -a autostart -d 'Whether the widgets come up with your session'
 
 complete -c vamba-host -n '__fish_seen_subcommand_from autostart' -a 'on off status' -d 'Have it so, or not, or tell'
@@ -24,3 +25,5 @@ complete -c vamba-host -n '__fish_seen_subcommand_from show' -l output -r -F -d 
 complete -c vamba-host -n '__fish_seen_subcommand_from show' -l scale -x -d 'Pixels a point'
 complete -c vamba-host -n '__fish_seen_subcommand_from show' -l appearance -x -a 'light dark' -d 'Colours'
 complete -c vamba-host -n '__fish_seen_subcommand_from show' -l outlines -d 'Letters of an SVG as outlines'
+complete -c vamba-host -n '__fish_seen_subcommand_from desktop' -l verbose -d 'Say how windows are shown'
+complete -c vamba-host -n '__fish_seen_subcommand_from desktop' -l part-of-desktop -d 'On X11: stay when the desktop is shown'

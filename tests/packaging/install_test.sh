@@ -8,7 +8,8 @@ trap 'rm -rf -- "$place"' EXIT
 cmake --install "$build" --prefix "$place/usr" >/dev/null
 
 for file in bin/vamba-host libexec/vamba/vamba-widzety libexec/vamba/vamba-pictures.so \
-  libexec/vamba/vamba-transfers.so share/man/man1/vamba-host.1; do
+  libexec/vamba/vamba-transfers.so libexec/vamba/vamba-desktop share/applications/vamba.desktop \
+  share/icons/hicolor/scalable/apps/vamba.svg share/man/man1/vamba-host.1; do
   [ -s "$place/usr/$file" ] || { echo "not installed: $file" >&2; exit 1; }
 done
 if find "$place" -name 'vamba-sample-service' | grep -q .; then
@@ -21,6 +22,10 @@ gallery=$(LANGUAGE=pl "$place/usr/bin/vamba-host" gallery)
 grep -qF 'Vamba — spotkania i zadania' <<<"$gallery" || { echo "gallery said: $gallery" >&2; exit 1; }
 board=$(LANGUAGE=pl "$place/usr/bin/vamba-host" show --entry preview)
 grep -qF 'Narada zespołu' <<<"$board" || { echo "show said: $board" >&2; exit 1; }
+
+# The host becomes the desktop's program, which finds no display here.
+said=$(env -u DISPLAY -u WAYLAND_DISPLAY "$place/usr/bin/vamba-host" desktop 2>&1) && { echo "a desktop without a display" >&2; exit 1; }
+grep -qF 'no display is reachable' <<<"$said" || { echo "desktop said: $said" >&2; exit 1; }
 
 # Nothing that is shown without a service needs the module that speaks HTTP; without it there is no connection.
 rm "$place/usr/libexec/vamba/vamba-transfers.so"
