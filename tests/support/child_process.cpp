@@ -111,6 +111,14 @@ bool ChildProcess::endsWithin(Clock::duration patience) const {
 
 bool ChildProcess::hasEnded() const { return endsWithin({}); }
 
+std::optional<int> ChildProcess::exitStatus(Clock::duration patience) const {
+  if (!endsWithin(patience)) return std::nullopt;
+  // It stays to be waited for by the destructor.
+  siginfo_t end{};
+  if (waitid(P_PID, static_cast<id_t>(process_), &end, WEXITED | WNOWAIT) != 0) return std::nullopt;
+  return end.si_code == CLD_EXITED ? end.si_status : 128 + end.si_status;
+}
+
 void ChildProcess::kill() {
   ::kill(process_, SIGKILL);
   endsWithin(std::chrono::seconds(10));

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,9 @@ class ChildProcess {
 
   /// The first line on its standard output, without the line end; empty when it ended before or the time is over.
   std::string firstLine(std::chrono::steady_clock::duration patience = std::chrono::seconds(30));
+
+  /// The exit status, 128 and the signal's number for a signal; absent when it still runs then.
+  std::optional<int> exitStatus(std::chrono::steady_clock::duration patience = std::chrono::seconds(30)) const;
 
   /// Returns when the program has stopped.
   void freeze();

@@ -1,5 +1,6 @@
 // An extension that behaves as FAKE_EXTENSION tells: well by default, else in one of the ways in which a process can
-// fail its host. FAKE_EXTENSION_STARTS names a file to which each process it consists of adds its number.
+// fail its host. FAKE_EXTENSION_STARTS names a file to which each process it consists of adds its number,
+// FAKE_EXTENSION_REQUESTS one to which it adds what it is asked. FAKE_EXTENSION_TITLE is what its timelines say.
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -35,6 +36,11 @@ void tellProcess() {
   if (!file.empty()) std::ofstream(file, std::ios::app) << ::getpid() << std::endl;
 }
 
+void tellRequest(const std::string& method) {
+  const std::string file = environment("FAKE_EXTENSION_REQUESTS");
+  if (!file.empty()) std::ofstream(file, std::ios::app) << method + "\n" << std::flush;
+}
+
 json entry(const std::string& title) { return {{"date", platform::formatInstant(absl::Now())}, {"tytul", title}}; }
 
 json resultOf(const Request& request) {
@@ -47,7 +53,8 @@ json resultOf(const Request& request) {
              {"families", {"systemSmall", "systemMedium", "systemLarge"}}}};
   }
   if (request.method == "timeline") {
-    return {{"entries", {entry("timeline")}},
+    const std::string title = environment("FAKE_EXTENSION_TITLE");
+    return {{"entries", {entry(title.empty() ? "timeline" : title)}},
             {"policy", {{"type", "after"}, {"date", platform::formatInstant(absl::Now() + absl::Seconds(seconds))}}}};
   }
   if (request.method == "render") {
@@ -71,6 +78,7 @@ class Fake {
         write(platform::json_rpc::toLine(request.error()));
         continue;
       }
+      tellRequest(request->method);
       const auto onRequest = requestBehaviours().find(behaviour);
       onRequest == requestBehaviours().end() ? answer(*request) : onRequest->second(*this, *request);
     }

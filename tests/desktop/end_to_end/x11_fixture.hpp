@@ -1,0 +1,129 @@
+// What the tests on X11 share: a desktop, an extension, a host, and its windows by what they are for.
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "desktop/end_to_end/desktop_fixture.hpp"
+#include "support/displays/x_desktop.hpp"
+
+namespace end_to_end {
+
+using support::eventually;
+using support::ScreenArea;
+
+/// The boards' sizes in points.
+inline constexpr int smallWidth = 240;
+inline constexpr int mediumWidth = 480;
+inline constexpr int mediumHeight = 240;
+inline constexpr int largeHeight = 480;
+
+/// Between boards, and from them to the edges; also the step of an arrow key.
+inline constexpr int gap = 20;
+
+/// By their numbers in the protocol.
+namespace keys {
+inline constexpr std::uint32_t escape = 0xff1b;
+inline constexpr std::uint32_t enter = 0xff0d;
+inline constexpr std::uint32_t left = 0xff51;
+inline constexpr std::uint32_t up = 0xff52;
+inline constexpr std::uint32_t right = 0xff53;
+inline constexpr std::uint32_t down = 0xff54;
+inline constexpr std::uint32_t insert = 0xff63;
+inline constexpr std::uint32_t menu = 0xff67;
+inline constexpr std::uint32_t f5 = 0xffc2;
+inline constexpr std::uint32_t f10 = 0xffc7;
+inline constexpr std::uint32_t shift = 0xffe1;
+inline constexpr std::uint32_t deletion = 0xffff;
+}  // namespace keys
+
+class OnX11 : public testing::Test {
+ protected:
+  using Desktop = support::XDesktop;
+
+  void startDesktop(const Desktop::Settings& settings = {}) { desktop_.emplace(settings); }
+  Desktop& desktop() {
+    if (!desktop_) startDesktop();
+    return *desktop_;
+  }
+  support::SessionBus::Environment display() { return desktop().environment(); }
+
+  /// Replaces the host that runs, which ends first.
+  DesktopHost& start() {
+    host_.reset();
+    host_ = std::make_unique<DesktopHost>(display(), settings_);
+    return *host_;
+  }
+  DesktopHost& host() { return *host_; }
+  void end() { host_.reset(); }
+
+  std::vector<support::XWindow> windows() { return desktop().windows().windowsOf(host().id()); }
+  bool isBoard(support::XWindow window) {
+    const auto states = desktop().windows().atoms(window, "_NET_WM_STATE");
+    return std::ranges::find(states, "_NET_WM_STATE_BELOW") != states.end();
+  }
+  std::vector<support::XWindow> boards() {
+    auto found = windows();
+    std::erase_if(found, [this](support::XWindow window) { return !isBoard(window); });
+    return found;
+  }
+  /// Where boards are, from left to right and then from top to bottom.
+  std::vector<ScreenArea> areas() {
+    std::vector<ScreenArea> areas;
+    for (const auto window : boards()) {
+      if (const auto area = desktop().windows().areaOf(window)) areas.push_back(*area);
+    }
+    std::ranges::sort(areas, {}, [](const ScreenArea& area) { return std::pair(area.x, area.y); });
+    return areas;
+  }
+  /// Whether the boards come to be there, and no others.
+  testing::AssertionResult boardsAre(const std::vector<ScreenArea>& wanted) {
+    if (eventually([&] { return areas() == wanted; })) return testing::AssertionSuccess();
+    auto failure = testing::AssertionFailure() << "boards are at";
+    for (const auto& area : areas()) {
+      failure << " " << area.width << "x" << area.height << "+" << area.x << "+" << area.y;
+    }
+    return failure << "\n" << host().said();
+  }
+  std::optional<support::XWindow> windowTitled(const std::string& title) {
+    for (const auto window : windows()) {
+      if (desktop().windows().title(window) == title) return window;
+    }
+    return std::nullopt;
+  }
+  bool galleryIsOpen() { return windowTitled("Galeria widżetów").has_value(); }
+
+  support::Bitmap shown(const ScreenArea& area) {
+    return support::crop(desktop().screenshot(), area.x, area.y, static_cast<std::uint32_t>(area.width),
+                         static_cast<std::uint32_t>(area.height));
+  }
+  /// Whether the screen comes to show this there.
+  testing::AssertionResult comesToShow(const ScreenArea& area, const support::Bitmap& expected,
+                                       const std::string& name) {
+    const support::Tolerance tolerance;
+    eventually([&] {
+      return support::differingPixels(shown(area), expected, tolerance.channel) * tolerance.oneMayDiffer <=
+             expected.pixels.size();
+    });
+    return support::showsTheSame(shown(area), expected, name, tolerance);
+  }
+
+  /// Where the first widget of a person comes to be.
+  ScreenArea firstPlace(int screenWidth = 1280) const {
+    return {screenWidth - gap - mediumWidth, gap, mediumWidth, mediumHeight};
+  }
+
+  ChangingExtension extension_;
+  HostSettings settings_{.extension = extension_.program()};
+
+ private:
+  std::optional<Desktop> desktop_;
+  std::unique_ptr<DesktopHost> host_;
+};
+
+}  // namespace end_to_end
