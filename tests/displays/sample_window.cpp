@@ -1,6 +1,6 @@
 // A window of 300 x 200 in one colour that writes what happens to it, a line each, to its standard output: "shown",
-// "press BUTTON X Y", "release BUTTON X Y", "key NAME". F2 renames it for those who cannot see it, F3 ends it.
-// Arguments: a title, a colour as #rrggbb, and "below" to be kept below others.
+// "press BUTTON X Y", "release BUTTON X Y", "key NAME", "monitors COUNT" when one has come or gone. F2 renames it for
+// those who cannot see it, F3 ends it. Arguments: a title, a colour as #rrggbb, and "below" to be kept below others.
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -40,6 +40,12 @@ gboolean key(GtkWidget* window, GdkEventKey* event, gpointer) {
   return FALSE;
 }
 
+void monitorsChanged(GdkDisplay* display, GdkMonitor*, gpointer) {
+  char line[80];
+  std::snprintf(line, sizeof line, "monitors %d", gdk_display_get_n_monitors(display));
+  tell(line);
+}
+
 void painted(GdkFrameClock* clock, gpointer window) {
   g_signal_handlers_disconnect_by_func(clock, reinterpret_cast<gpointer>(painted), window);
   tell("shown");
@@ -65,6 +71,8 @@ int main(int argc, char** argv) {
   g_signal_connect(window, "button-release-event", G_CALLBACK(button), nullptr);
   g_signal_connect(window, "key-press-event", G_CALLBACK(key), nullptr);
   g_signal_connect(window, "destroy", G_CALLBACK(gtk_main_quit), nullptr);
+  g_signal_connect(gdk_display_get_default(), "monitor-added", G_CALLBACK(monitorsChanged), nullptr);
+  g_signal_connect(gdk_display_get_default(), "monitor-removed", G_CALLBACK(monitorsChanged), nullptr);
   gtk_widget_realize(window);
   g_signal_connect(gdk_window_get_frame_clock(gtk_widget_get_window(window)), "after-paint", G_CALLBACK(painted),
                    window);

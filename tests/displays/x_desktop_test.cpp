@@ -63,16 +63,30 @@ TEST(XDesktop, MouseAndKeysReachTheWindow) {
   EXPECT_EQ(program.firstLine(), "key Control+q");
 }
 
-TEST(XDesktop, MonitorsComeAndGo) {
-  XDesktop desktop(XDesktop::Settings{.width = 2000, .height = 800});
-  EXPECT_EQ(desktop.monitors().all().size(), 1U);
-  const support::XMonitor left{"LEFT-1", {0, 0, 1200, 800}, true};
-  const support::XMonitor right{"RIGHT-1", {1200, 0, 800, 600}};
-  desktop.monitors().add(left);
-  desktop.monitors().add(right);
-  EXPECT_THAT(desktop.monitors().all(), ElementsAre(left, right));
-  desktop.monitors().remove("RIGHT-1");
-  EXPECT_THAT(desktop.monitors().all(), ElementsAre(left));
+TEST(XDesktop, MonitorsComeAndGoAndGtkFollows) {
+  XDesktop desktop(XDesktop::Settings{.width = 1200, .monitors = XDesktop::MonitorKind::unpluggable});
+  auto program = sampleWindow(desktop.environment(), {"Red", "#ff0000"});
+  const support::XMonitor first{"DUMMY0", {0, 0, 1200, 800}, true};
+  const support::XMonitor second{"DUMMY1", {1200, 0, 800, 600}};
+  EXPECT_THAT(desktop.monitors().all(), ElementsAre(first));
+  desktop.monitors().add(second);
+  EXPECT_THAT(desktop.monitors().all(), ElementsAre(first, second));
+  EXPECT_EQ(program.firstLine(), "monitors 2");
+  EXPECT_EQ(desktop.screenshot().width, 2000U);
+  desktop.monitors().remove("DUMMY1");
+  EXPECT_THAT(desktop.monitors().all(), ElementsAre(first));
+  EXPECT_EQ(program.firstLine(), "monitors 1");
+  desktop.monitors().add(second);
+  EXPECT_EQ(program.firstLine(), "monitors 2");
+  const auto area = desktop.windows().areaOf(desktop.windows().windowsOf(program.id()).at(0)).value();
+  desktop.input().click({area.x + 30, area.y + 40});
+  EXPECT_EQ(program.firstLine(), "press 1 30 40");
+}
+
+TEST(XDesktop, FixedMonitorsStay) {
+  XDesktop desktop;
+  EXPECT_THAT(desktop.monitors().all(), ElementsAre(support::XMonitor{"screen", {0, 0, 1280, 800}}));
+  EXPECT_THROW(desktop.monitors().add({"DUMMY1", {1200, 0, 800, 600}}), std::runtime_error);
 }
 
 TEST(XDesktop, CompositingCanBeSwitchedAtRunTime) {

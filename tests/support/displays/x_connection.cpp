@@ -69,7 +69,7 @@ std::string XConnection::text(XWindow window, const std::string& property) const
 std::vector<std::uint32_t> XConnection::numbers(XWindow window, const std::string& property) const {
   const auto value = bytes(window, property);
   std::vector<std::uint32_t> result(value.size() / sizeof(std::uint32_t));
-  std::memcpy(result.data(), value.data(), result.size() * sizeof(std::uint32_t));
+  if (!result.empty()) std::memcpy(result.data(), value.data(), result.size() * sizeof(std::uint32_t));
   return result;
 }
 

@@ -11,12 +11,11 @@ namespace support {
 XDesktop::XDesktop() : XDesktop(Settings{}) {}
 
 XDesktop::XDesktop(const Settings& settings) : bus_(settings.services) {
-  const auto screen = std::to_string(settings.width) + "x" + std::to_string(settings.height) + "x24";
   // The server finds a free display number and writes it where it was told to, its standard output.
-  server_.emplace(
-      start({"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-dpi", "96", "-nolisten", "tcp", "-noreset"}, "xvfb"));
+  const bool fixed = settings.monitors == MonitorKind::fixed;
+  server_.emplace(start(serverCommand(settings), fixed ? "xvfb" : "xserver-xorg-core xserver-xorg-video-dummy"));
   const auto number = server_->firstLine();
-  if (number.empty()) throw std::runtime_error("Xvfb did not come up:\n" + log());
+  if (number.empty()) throw std::runtime_error("the X server did not come up:\n" + log());
   display_ = ":" + number;
   windows_.emplace(display_);
   input_.emplace(*windows_);
@@ -29,6 +28,27 @@ XDesktop::XDesktop(const Settings& settings) : bus_(settings.services) {
     if (windowManager_->hasEnded()) throw std::runtime_error("openbox ended:\n" + log());
   }
   if (settings.compositing) startCompositing();
+}
+
+std::vector<std::string> XDesktop::serverCommand(const Settings& settings) const {
+  const auto size = std::to_string(settings.width) + "x" + std::to_string(settings.height);
+  if (settings.monitors == MonitorKind::fixed) {
+    return {"Xvfb", "-displayfd", "1", "-screen", "0", size + "x24", "-dpi", "96", "-nolisten", "tcp", "-noreset"};
+  }
+  std::string modeline = "Modeline \"" + size + "\"";
+  for (const auto& number : timingsOf(settings.width, settings.height)) modeline += " " + number;
+  std::ofstream(bus_.path("xorg.conf"))
+      << "Section \"ServerFlags\"\n Option \"AutoAddDevices\" \"false\"\n Option \"DontVTSwitch\" \"true\"\n"
+         "EndSection\n"
+         "Section \"Device\"\n Identifier \"device\"\n Driver \"dummy\"\n VideoRam 65536\nEndSection\n"
+         "Section \"Monitor\"\n Identifier \"monitor\"\n HorizSync 1-1000\n VertRefresh 1-1000\n "
+      << modeline
+      << "\nEndSection\n"
+         "Section \"Screen\"\n Identifier \"screen\"\n Device \"device\"\n Monitor \"monitor\"\n DefaultDepth 24\n"
+         " SubSection \"Display\"\n Depth 24\n Virtual 4096 2304\n Modes \""
+      << size << "\"\n EndSubSection\nEndSection\n";
+  return {"Xorg", "-displayfd", "1",   "-config", bus_.path("xorg.conf"), "-logfile", bus_.path("xorg.log"), "-dpi",
+          "96",   "-nolisten",  "tcp", "-noreset"};
 }
 
 void XDesktop::startCompositing() {

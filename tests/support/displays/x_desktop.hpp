@@ -1,5 +1,6 @@
-// A desktop of a test's own on a real X server: Xvfb with openbox as its window manager and, where asked for, picom,
-// which composes windows that are partly clear. Needs the packages xvfb, openbox and picom. All ends with the object.
+// A desktop of a test's own on a real X server: Xvfb, or Xorg with its dummy driver where monitors are to come and go,
+// with openbox as its window manager and, where asked for, picom, which composes windows that are partly clear. Needs
+// the packages xvfb or xserver-xorg-core and xserver-xorg-video-dummy, openbox, and picom. All ends with the object.
 #pragma once
 
 #include <optional>
@@ -16,9 +17,14 @@ namespace support {
 
 class XDesktop {
  public:
+  enum class MonitorKind {
+    fixed,       // one, "screen"
+    unpluggable  // "DUMMY0", and more by XMonitors
+  };
   struct Settings {
     int width = 1280;
     int height = 800;
+    MonitorKind monitors = MonitorKind::fixed;
     bool windowManager = true;
     bool compositing = false;
     std::map<std::string, std::string> services = {};  // see SessionBus
@@ -45,6 +51,7 @@ class XDesktop {
   std::string log() const;
 
  private:
+  std::vector<std::string> serverCommand(const Settings& settings) const;
   ChildProcess::Start start(std::vector<std::string> command, const std::string& package) const;
 
   SessionBus bus_;

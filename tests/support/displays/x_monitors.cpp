@@ -22,6 +22,17 @@ std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
 
 }  // namespace
 
+// At sixty pictures a second with blanks of an old monitor; those of a new one are refused by the dummy driver.
+std::vector<std::string> timingsOf(int width, int height) {
+  const int wholeWidth = width + 200;
+  const int wholeHeight = height + 30;
+  std::vector<std::string> timings{std::to_string(wholeWidth * wholeHeight * 60 / 1'000'000 + 1)};
+  for (const int value : {width, width + 40, width + 120, wholeWidth, height, height + 3, height + 8, wholeHeight}) {
+    timings.push_back(std::to_string(value));
+  }
+  return timings;
+}
+
 XMonitors::XMonitors(const XConnection& connection, std::string display, std::string logFile)
     : connection_(connection), display_(std::move(display)), logFile_(std::move(logFile)) {
   // The server knows monitors only to clients that have said how new they are.
@@ -42,21 +53,30 @@ std::vector<XMonitor> XMonitors::all() const {
   return monitors;
 }
 
-// The library's own request for a new monitor closes the connection, hence the program.
+// Clients are told that an output is connected only once somebody has had the server look.
+void XMonitors::look() const {
+  auto* const connection = connection_.raw();
+  owned(xcb_randr_get_screen_resources_reply(connection, xcb_randr_get_screen_resources(connection, connection_.root()),
+                                             nullptr));
+}
+
 void XMonitors::run(std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), {"-display", display_});
   runTool("xrandr", "x11-xserver-utils", std::move(arguments), logFile_);
 }
 
 void XMonitors::add(const XMonitor& monitor) {
-  // The output belongs to the server's own monitor until the first virtual one takes it.
-  bool outputTaken = false;
-  for (const auto& each : all()) outputTaken = outputTaken || (each.name != "screen" && each.name != monitor.name);
-  const auto length = [](int pixels) { return std::to_string(pixels) + "/" + std::to_string(pixels * 254 / 960); };
   const auto& area = monitor.area;
-  run({"--setmonitor", (monitor.primary ? "*" : "") + monitor.name,
-       length(area.width) + "x" + length(area.height) + "+" + std::to_string(area.x) + "+" + std::to_string(area.y),
-       outputTaken ? "none" : "screen"});
+  const auto mode = monitor.name + "-mode-" + std::to_string(++modes_);
+  std::vector<std::string> newMode{"--newmode", mode};
+  for (const auto& number : timingsOf(area.width, area.height)) newMode.push_back(number);
+  run(newMode);
+  run({"--addmode", monitor.name, mode});
+  std::vector<std::string> output{"--output", monitor.name, "--mode",
+                                  mode,       "--pos",      std::to_string(area.x) + "x" + std::to_string(area.y)};
+  if (monitor.primary) output.push_back("--primary");
+  run(output);
+  look();
   waitUntil("the monitor " + monitor.name + " is there", [&] {
     const auto now = all();
     return std::find(now.begin(), now.end(), monitor) != now.end();
@@ -64,7 +84,8 @@ void XMonitors::add(const XMonitor& monitor) {
 }
 
 void XMonitors::remove(const std::string& name) {
-  run({"--delmonitor", name});
+  run({"--output", name, "--off"});
+  look();
   waitUntil("the monitor " + name + " is gone", [&] {
     const auto now = all();
     return std::none_of(now.begin(), now.end(), [&](const XMonitor& each) { return each.name == name; });
