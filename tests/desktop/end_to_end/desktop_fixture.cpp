@@ -138,7 +138,7 @@ support::Bitmap exportedPicture(const SessionBus::Environment& display, const Ho
   options.insert(options.begin(), {"show", "--format", "png", "--output", folder.path("board.png")});
   const auto exporter = start(display, settings, std::move(options), folder.path("errors"));
   if (exporter.exitStatus() != 0) throw std::runtime_error("no picture: " + contentOf(folder.path("errors")));
-  return support::readPng(folder.path("board.png"));
+  return support::readPng(contentOf(folder.path("board.png")));
 }
 
 support::Bitmap over(const support::Bitmap& background, const support::Bitmap& picture) {

@@ -96,6 +96,17 @@ class OnX11 : public testing::Test {
     }
     return std::nullopt;
   }
+  /// Clicks on the board, which gets the keyboard by it, and nothing else.
+  void focus(const ScreenArea& board) {
+    const auto active = [this] {
+      return desktop().windows().numbers(desktop().windows().root(), "_NET_ACTIVE_WINDOW");
+    };
+    desktop().input().click(board.centre());
+    for (const auto window : boards()) {
+      if (desktop().windows().areaOf(window) != board) continue;
+      EXPECT_TRUE(eventually([&] { return active() == std::vector{window}; })) << desktop().log();
+    }
+  }
   bool galleryIsOpen() { return windowTitled("Galeria widżetów").has_value(); }
 
   support::Bitmap shown(const ScreenArea& area) {

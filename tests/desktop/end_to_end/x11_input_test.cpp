@@ -1,0 +1,178 @@
+// What a person does with widgets on X11 by mouse and keyboard: moving, sizes, the menu, the gallery.
+#include "desktop/end_to_end/x11_fixture.hpp"
+
+namespace end_to_end {
+namespace {
+
+using support::ScreenPoint;
+
+class InputOnX11 : public OnX11 {
+ protected:
+  /// Two widgets away from the edges; the keyboard is the medium one's.
+  void startWithTwo() {
+    place(display(), {placed(1, "systemMedium", "screen", "topLeft", 200, 300),
+                      placed(2, "systemSmall", "screen", "topLeft", 820, 40)});
+    start();
+    ASSERT_TRUE(boardsAre({medium, small}));
+    ASSERT_TRUE(host().says("a new timeline is shown")) << host().said();
+    focus(medium);
+  }
+  void press(std::uint32_t key, const std::vector<std::uint32_t>& modifiers = {}) {
+    desktop().input().key(key, modifiers);
+  }
+
+  /// Menus are windows that no window manager lists.
+  bool menuIsOpen() {
+    const auto managed = desktop().windows().stacking();
+    return std::ranges::any_of(
+        windows(), [&](support::XWindow window) { return std::ranges::find(managed, window) == managed.end(); });
+  }
+  bool galleryOpens() {
+    return eventually([this] { return galleryIsOpen(); });
+  }
+  bool galleryCloses() {
+    return eventually([this] { return !galleryIsOpen(); });
+  }
+  /// Waits until the keyboard is the gallery's.
+  void awaitGallery() {
+    ASSERT_TRUE(galleryOpens()) << host().said();
+    const auto gallery = windowTitled("Galeria widżetów").value();
+    ASSERT_TRUE(eventually([&] {
+      return desktop().windows().numbers(desktop().windows().root(), "_NET_ACTIVE_WINDOW") == std::vector{gallery};
+    }));
+  }
+  std::size_t placedCount() {
+    const auto kept = placements(display());
+    return kept.is_null() ? 0 : kept["widgets"].size();
+  }
+
+  static constexpr ScreenArea medium{200, 300, mediumWidth, mediumHeight};
+  static constexpr ScreenArea small{820, 40, smallWidth, smallWidth};
+};
+
+ScreenArea movedBy(ScreenArea area, int right, int down) {
+  area.x += right;
+  area.y += down;
+  return area;
+}
+
+TEST_F(InputOnX11, DraggedWidgetSnapsToTheGridAndStaysThereAfterARestart) {
+  startWithTwo();
+  const auto from = medium.centre();
+  desktop().input().drag(from, {from.x + 97, from.y + 204});
+  EXPECT_TRUE(boardsAre({movedBy(medium, 100, 200), small}));
+  EXPECT_TRUE(eventually([&] {
+    return placements(display())["widgets"].at(0) == placed(1, "systemMedium", "screen", "bottomLeft", 300, 60);
+  })) << placements(display());
+  start();
+  EXPECT_TRUE(boardsAre({movedBy(medium, 100, 200), small}));
+}
+
+TEST_F(InputOnX11, DraggedWidgetSnapsBesideAnother) {
+  place(display(), {placed(1, "systemMedium", "screen", "topLeft", 20, 25),
+                    placed(2, "systemSmall", "screen", "topLeft", 820, 300)});
+  start();
+  const ScreenArea other{20, 25, mediumWidth, mediumHeight};
+  ASSERT_TRUE(boardsAre({other, {820, 300, smallWidth, smallWidth}}));
+  const ScreenPoint from{900, 400};
+  desktop().input().drag(from, {from.x - 296, from.y - 271});
+  EXPECT_TRUE(boardsAre({other, {20 + mediumWidth + gap, 25, smallWidth, smallWidth}}));
+}
+
+TEST_F(InputOnX11, EscapeDuringADragPutsTheWidgetBack) {
+  startWithTwo();
+  const auto before = placements(display());
+  const auto from = medium.centre();
+  desktop().input().moveTo(from);
+  desktop().input().press();
+  for (int step = 1; step <= 10; ++step) desktop().input().moveTo({from.x + 10 * step, from.y + 10 * step});
+  EXPECT_TRUE(boardsAre({movedBy(medium, 100, 100), small}));
+  press(keys::escape);
+  EXPECT_TRUE(boardsAre({medium, small}));
+  desktop().input().moveTo({from.x + 150, from.y + 150});
+  desktop().input().release();
+  // What comes after it has been dealt with shows that nothing was kept of it.
+  press(keys::f5);
+  EXPECT_TRUE(host().says("a new timeline is shown", 2));
+  EXPECT_TRUE(boardsAre({medium, small}));
+  EXPECT_EQ(placements(display()), before);
+}
+
+TEST_F(InputOnX11, ArrowKeysMoveByAStepAndDigitsChangeTheSize) {
+  startWithTwo();
+  press(keys::right);
+  EXPECT_TRUE(boardsAre({movedBy(medium, 20, 0), small}));
+  press(keys::down);
+  EXPECT_TRUE(boardsAre({movedBy(medium, 20, 20), small}));
+  press(keys::left);
+  press(keys::left);
+  press(keys::up);
+  EXPECT_TRUE(boardsAre({movedBy(medium, -20, 0), small}));
+  press('1');
+  EXPECT_TRUE(boardsAre({{180, 300, smallWidth, smallWidth}, small}));
+  press('3');
+  ASSERT_TRUE(eventually([this] { return areas().at(0).height == largeHeight; }));
+  press('2');
+  ASSERT_TRUE(
+      eventually([this] { return areas().at(0).height == mediumHeight && areas().at(0).width == mediumWidth; }));
+  EXPECT_EQ(placements(display())["widgets"].at(0)["family"], "systemMedium");
+}
+
+TEST_F(InputOnX11, DeleteRemovesAndOpensTheGalleryWhenNoneIsLeft) {
+  startWithTwo();
+  press(keys::deletion);
+  EXPECT_TRUE(boardsAre({small}));
+  EXPECT_FALSE(galleryIsOpen());
+  focus(small);
+  press(keys::deletion);
+  EXPECT_TRUE(boardsAre({}));
+  EXPECT_EQ(placedCount(), 0U);
+  awaitGallery();
+  // Nothing would be left through which the program could be spoken to.
+  press(keys::escape);
+  EXPECT_EQ(host().exitStatus(), 0);
+}
+
+TEST_F(InputOnX11, EveryMenuKeyOpensTheMenuAndEscapeClosesIt) {
+  startWithTwo();
+  const std::vector<std::pair<std::uint32_t, std::vector<std::uint32_t>>> menuKeys{
+      {keys::menu, {}}, {keys::f10, {keys::shift}}, {keys::enter, {}}};
+  for (const auto& [key, modifiers] : menuKeys) {
+    press(key, modifiers);
+    EXPECT_TRUE(eventually([this] { return menuIsOpen(); })) << key;
+    press(keys::escape);
+    EXPECT_TRUE(eventually([this] { return !menuIsOpen(); })) << key;
+  }
+  desktop().input().click(medium.centre(), support::MouseButton::right);
+  EXPECT_TRUE(eventually([this] { return menuIsOpen(); }));
+  // Its mnemonic for "remove".
+  press('u');
+  EXPECT_TRUE(boardsAre({small}));
+}
+
+TEST_F(InputOnX11, GalleryOpensByKeyAddsByEnterAndClosesByEscape) {
+  startWithTwo();
+  press(keys::insert);
+  awaitGallery();
+  press(keys::enter);
+  EXPECT_TRUE(eventually([this] { return areas().size() == 3; }));
+  EXPECT_TRUE(eventually([this] { return placedCount() == 3; }));
+  const auto added = placements(display())["widgets"].at(2);
+  EXPECT_EQ(added["family"], "systemMedium");
+  EXPECT_EQ(added["kind"], "fake");
+  press(keys::escape);
+  EXPECT_TRUE(galleryCloses());
+  EXPECT_EQ(areas().size(), 3U);
+  EXPECT_EQ(extension_.requests("timeline"), 1U);
+}
+
+TEST_F(InputOnX11, SecondStartOpensTheGalleryOfTheFirst) {
+  startWithTwo();
+  const DesktopHost second(display(), settings_);
+  EXPECT_EQ(second.exitStatus(), 0) << second.said();
+  EXPECT_TRUE(galleryOpens()) << host().said();
+  EXPECT_EQ(areas(), (std::vector{medium, small}));
+}
+
+}  // namespace
+}  // namespace end_to_end

@@ -1,0 +1,173 @@
+// What a screen shows of a real day on X11, beside what the exporter draws of it, and how it follows the desktop's
+// appearance; what a screen reader is told of it.
+
+#include "desktop/end_to_end/x11_fixture.hpp"
+#include "end_to_end/extension_fixture.hpp"
+#include "support/displays/accessible_objects.hpp"
+#include "support/displays/stand_in_portal.hpp"
+#include "support/scripted_http_server.hpp"
+#include "support/tool.hpp"
+
+namespace end_to_end {
+namespace {
+
+using support::Bitmap;
+using support::ColourScheme;
+using support::Pixel;
+using support::StandInPortal;
+using testing::Contains;
+using testing::HasSubstr;
+
+/// Signed in to a service with an unchanging day: no meeting, which would pass, and nothing of today.
+class PictureOnX11 : public OnX11 {
+ protected:
+  PictureOnX11() {
+    items_.store("token-urzadzenia", "tajne-7");
+    items_.store("adres-api", service_.url("/api"));
+    answerTasks("Oddać rozliczenie");
+    service_.answer(inboxTarget, {.body = R"({"zadania": []})"});
+    service_.answer(meetingsTarget, {.body = "[]"});
+    settings_ = {.extension = VAMBA_EXTENSION, .variables = {{"VAMBA_KEYCHAIN_DIR", folder_.path("keychain")}}};
+  }
+
+  void answerTasks(const std::string& title) { service_.answer(tasksTarget, {.body = taskList(title)}); }
+  static std::string taskList(const std::string& title) {
+    return json::array({serverTask(41, title, "2020-01-05"), serverTask(42, "Sprawdzić korektę", "2020-01-06")}).dump();
+  }
+
+  Bitmap exported(std::vector<std::string> options = {}) {
+    return exportedPicture(display(), settings_, std::move(options));
+  }
+
+  /// The screen before any board.
+  void keepBackground() { background_ = desktop().screenshot(); }
+  Bitmap expectedAt(const ScreenArea& area, const Bitmap& picture) const {
+    return over(support::crop(background_, area.x, area.y, picture.width, picture.height), picture);
+  }
+
+  /// Square corners would show at the very ones.
+  void expectRoundCorners(const ScreenArea& area) {
+    const auto screen = desktop().screenshot();
+    for (const int x : {area.x, area.x + area.width - 1}) {
+      for (const int y : {area.y, area.y + area.height - 1}) {
+        const auto right = static_cast<std::uint32_t>(x);
+        const auto down = static_cast<std::uint32_t>(y);
+        EXPECT_EQ(screen.at(right, down), background_.at(right, down)) << x << " " << y;
+      }
+    }
+  }
+
+  support::TemporaryFolder folder_;
+  ItemFolder items_{folder_.path("keychain")};
+  support::ScriptedHttpServer service_;
+  Bitmap background_;
+};
+
+/// A background that no board has anything of.
+void paintBackground(support::XDesktop& desktop) {
+  support::runTool("xsetroot", "x11-xserver-utils",
+                   {"-display", desktop.environment().at("DISPLAY"), "-solid", "#2060a0"},
+                   desktop.bus().path("xsetroot.log"));
+}
+
+TEST_F(PictureOnX11, ScreenShowsWhatTheExporterDrawsInEverySize) {
+  paintBackground(desktop());
+  keepBackground();
+  place(display(),
+        {placed(1, "systemSmall", "screen", "topLeft", 20, 20), placed(2, "systemMedium", "screen", "topLeft", 280, 20),
+         placed(3, "systemLarge", "screen", "topRight", 20, 20)});
+  start();
+  const std::vector<std::pair<std::string, ScreenArea>> sizes{{"small", {20, 20, smallWidth, smallWidth}},
+                                                              {"medium", {280, 20, mediumWidth, mediumHeight}},
+                                                              {"large", {780, 20, mediumWidth, largeHeight}}};
+  for (const auto& [family, area] : sizes) {
+    const auto picture = expectedAt(area, exported({"--family", family}));
+    EXPECT_TRUE(comesToShow(area, picture, "x11-" + family)) << host().said();
+    expectRoundCorners(area);
+  }
+}
+
+TEST_F(PictureOnX11, ScreenShowsTheSameWithACompositingManagerThatComesAndGoes) {
+  paintBackground(desktop());
+  const auto corner = [this] { return desktop().screenshot().at(0, 0); };
+  const Pixel painted = corner();
+  // The manager paints a background of its own.
+  desktop().startCompositing();
+  ASSERT_TRUE(eventually([&] { return corner() != painted; }));
+  keepBackground();
+  start();
+  const auto picture = exported();
+  EXPECT_TRUE(comesToShow(firstPlace(), expectedAt(firstPlace(), picture), "x11-composed"));
+  expectRoundCorners(firstPlace());
+
+  desktop().endCompositing();
+  ASSERT_TRUE(eventually([&] { return corner() == painted; }));
+  std::ranges::fill(background_.pixels, painted);
+  EXPECT_TRUE(comesToShow(firstPlace(), expectedAt(firstPlace(), picture), "x11-no-longer-composed"));
+  expectRoundCorners(firstPlace());
+}
+
+TEST_F(PictureOnX11, PlaceholderIsShownUntilTheFirstTimelineComes) {
+  paintBackground(desktop());
+  keepBackground();
+  const auto answer = std::make_shared<support::Event>();
+  service_.script(tasksTarget, {support::Await{answer},
+                                support::Send{support::HttpAnswer{.body = taskList("Oddać rozliczenie")}.bytes()}});
+  start();
+  EXPECT_TRUE(
+      comesToShow(firstPlace(), expectedAt(firstPlace(), exported({"--entry", "placeholder"})), "x11-placeholder"));
+  answer->set();
+  EXPECT_TRUE(comesToShow(firstPlace(), expectedAt(firstPlace(), exported()), "x11-after-placeholder"));
+}
+
+TEST_F(PictureOnX11, DarkAndAccentOfThePortalAreFollowedAtRunTime) {
+  service_.answer(inboxTarget, {.body = json{{"zadania", {serverTask(50, "Do decyzji", std::nullopt)}}}.dump()});
+  paintBackground(desktop());
+  keepBackground();
+  StandInPortal portal(desktop().bus(), {.appearance = {.colourScheme = ColourScheme::light}});
+  start();
+  const auto light = expectedAt(firstPlace(), exported());
+  EXPECT_TRUE(comesToShow(firstPlace(), light, "x11-light"));
+  portal.change({.colourScheme = ColourScheme::dark});
+  EXPECT_TRUE(comesToShow(firstPlace(), expectedAt(firstPlace(), exported({"--appearance", "dark"})), "x11-dark"));
+  portal.change({.colourScheme = ColourScheme::light});
+  EXPECT_TRUE(comesToShow(firstPlace(), light, "x11-light-again"));
+
+  // The badge is of a pale purple then, which nothing else is.
+  const auto tinted = [&] {
+    return std::ranges::count_if(shown(firstPlace()).pixels, [](const Pixel& pixel) {
+      return std::abs(pixel.red - pixel.blue) < 8 && pixel.red - pixel.green > 10;
+    });
+  };
+  EXPECT_EQ(tinted(), 0);
+  portal.change(
+      {.colourScheme = ColourScheme::light, .accentColour = support::AccentColour{0x80 / 255.0, 0, 0x80 / 255.0}});
+  EXPECT_TRUE(eventually([&] { return tinted() > 200; })) << host().said();
+}
+
+TEST_F(PictureOnX11, ScreenReaderIsToldTheBoardInItsOrderAndWhatChanges) {
+  support::AccessibleObjects objects(desktop().bus());
+  start();
+  const auto board = [&]() -> support::AccessibleObject {
+    const auto all = objects.of(host().id());
+    return all.size() == 1 ? all[0] : support::AccessibleObject{};
+  };
+  ASSERT_TRUE(eventually([&] { return board().description.find("Oddać rozliczenie") != std::string::npos; }))
+      << board().description << host().said();
+  EXPECT_EQ(board().role, "frame");
+  EXPECT_EQ(board().name, "Vamba — spotkania i zadania");
+  const auto description = board().description;
+  EXPECT_LT(description.find("#41"), description.find("Oddać rozliczenie")) << description;
+  EXPECT_LT(description.find("Oddać rozliczenie"), description.find("Sprawdzić korektę")) << description;
+  EXPECT_THAT(description, HasSubstr("Sprawdzić korektę"));
+
+  answerTasks("Zwrócić książki");
+  focus(firstPlace());
+  desktop().input().key(keys::f5);
+  EXPECT_TRUE(eventually([&] { return board().description.find("Zwrócić książki") != std::string::npos; }));
+  EXPECT_THAT(objects.changes(),
+              Contains(testing::AllOf(HasSubstr("accessible-description: "), HasSubstr("Zwrócić książki"))));
+}
+
+}  // namespace
+}  // namespace end_to_end
