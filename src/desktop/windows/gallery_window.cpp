@@ -117,9 +117,9 @@ void GalleryWindow::show(const std::map<std::string, std::shared_ptr<BoardPictur
 }
 
 void GalleryWindow::present() {
-  gtk_window_present(GTK_WINDOW(window_));
-  // The medium size, which most people want.
+  // The medium size, which most people want. A window that is shown without a focus gives it to a child of its choice.
   if (gtk_window_get_focus(GTK_WINDOW(window_)) == nullptr) gtk_widget_grab_focus(previews_[1]->button);
+  gtk_window_present(GTK_WINDOW(window_));
 }
 
 gboolean GalleryWindow::keyPressed(GdkEventKey* event) {
