@@ -59,7 +59,7 @@ json resultOf(const Request& request) {
   }
   if (request.method == "render") {
     const std::string title = request.params["entry"].value("tytul", "") + " " + request.params.value("family", "");
-    return {{"view", {{"type", "text"}, {"text", title}}}};
+    return {{"view", {{"type", "text"}, {"text", title}, {"containerBackground", "background"}}}};
   }
   return {{"entry", entry(request.method)}};
 }

@@ -87,7 +87,8 @@ TEST_F(ExtensionClientTest, AsksEveryMethod) {
   EXPECT_EQ(timeline->entries.front().at("tytul"), "timeline");
   const auto view = client.render("fake", "systemLarge", timeline->entries.front());
   ASSERT_TRUE(view) << view.error().message;
-  EXPECT_EQ(*view, platform::Node(platform::Text(std::string("timeline systemLarge"))));
+  EXPECT_EQ(*view, platform::Node(platform::Text(std::string("timeline systemLarge"))
+                                      .containerBackground(platform::ContainerBackground::background)));
   EXPECT_TRUE(client.running());
   EXPECT_EQ(processes().size(), 1U);
 }

@@ -1,0 +1,144 @@
+// How boards fare with the extension behind them: never blank, told once, started again, and many times over.
+#include <csignal>
+
+#include "desktop/end_to_end/x11_fixture.hpp"
+
+namespace end_to_end {
+namespace {
+
+using support::Bitmap;
+using testing::HasSubstr;
+
+/// Memory that a sanitizer adds to is not measured.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool sanitized = true;
+#else
+constexpr bool sanitized = false;
+#endif
+
+class ExtensionOnX11 : public OnX11 {
+ protected:
+  static constexpr const char* loaded = "a new timeline is shown";
+
+  /// Shows the board of a first load, whose next one fails as the behaviour says.
+  void startThenFail(const std::string& behaviour) {
+    start();
+    ASSERT_TRUE(boardsAre({firstPlace()}));
+    ASSERT_TRUE(host().says(loaded)) << host().said();
+    HostSettings well{.extension = VAMBA_FAKE_EXTENSION};
+    board_ = exportedPicture(display(), well, {});
+    ASSERT_TRUE(isShown());
+    extension_.set("FAKE_EXTENSION", behaviour);
+    focus(firstPlace());
+    desktop().input().key(keys::f5);
+  }
+  /// Corners and the outline of the focus left aside.
+  testing::AssertionResult isShown() {
+    constexpr int edge = 20;
+    const ScreenArea inner{firstPlace().x + edge, firstPlace().y + edge, mediumWidth - 2 * edge,
+                           mediumHeight - 2 * edge};
+    return comesToShow(inner, support::crop(board_, edge, edge, mediumWidth - 2 * edge, mediumHeight - 2 * edge),
+                       "x11-last-board");
+  }
+
+  Bitmap board_;
+};
+
+TEST_F(ExtensionOnX11, SilentExtensionLeavesABoardThatSaysItIsLoading) {
+  extension_.set("FAKE_EXTENSION", "hang");
+  start();
+  ASSERT_TRUE(boardsAre({firstPlace()}));
+  // Bars of the loading board: more than one colour, away from its edges.
+  EXPECT_TRUE(eventually([this] {
+    const auto inner = shown({firstPlace().x + 20, firstPlace().y + 20, 300, 150});
+    return std::ranges::count(inner.pixels, inner.pixels.back()) + 500 < std::ssize(inner.pixels);
+  }));
+  EXPECT_EQ(host().end(), 0) << "and it can be ended meanwhile";
+}
+
+struct Failing {
+  const char* behaviour;
+  const char* said;
+};
+
+class FailingExtensionOnX11 : public ExtensionOnX11, public testing::WithParamInterface<Failing> {};
+
+TEST_P(FailingExtensionOnX11, LastBoardStaysAndTheExtensionIsStartedAgain) {
+  startThenFail(GetParam().behaviour);
+  EXPECT_TRUE(host().says(GetParam().said)) << host().said();
+  EXPECT_TRUE(isShown());
+  // It fails again after a pause, and that is not told once more.
+  const auto starts = extension_.processes().size();
+  EXPECT_TRUE(eventually([&] { return extension_.processes().size() > starts; }));
+  EXPECT_TRUE(isShown());
+  extension_.set("FAKE_EXTENSION", "");
+  EXPECT_TRUE(host().says(loaded, 2)) << host().said();
+  const std::string said = host().said();
+  EXPECT_EQ(said.find(GetParam().said), said.rfind(GetParam().said)) << said;
+  EXPECT_TRUE(isShown());
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, FailingExtensionOnX11,
+                         testing::Values(Failing{"exit 3", "ended with status 3"}, Failing{"crash", "signal 11"},
+                                         Failing{"die mid-line", "no answer"}, Failing{"garbage", "no answer"}));
+
+TEST_F(ExtensionOnX11, HungExtensionKeepsNeitherTheKeyboardNorTheBoard) {
+  startThenFail("hang");
+  ASSERT_TRUE(eventually([this] { return extension_.requests("timeline") == 2; }));
+  EXPECT_TRUE(isShown());
+  desktop().input().key(keys::left);
+  auto moved = firstPlace();
+  moved.x -= gap;
+  EXPECT_TRUE(boardsAre({moved}));
+  // Killed from outside, it is told of and started again.
+  extension_.set("FAKE_EXTENSION", "");
+  ::kill(extension_.processes().back(), SIGKILL);
+  EXPECT_TRUE(host().says(loaded, 2)) << host().said();
+  EXPECT_THAT(host().said(), HasSubstr("signal 9"));
+}
+
+TEST_F(ExtensionOnX11, CopiesOfEverySizeShareOneProcessAndOneTimeline) {
+  place(
+      display(),
+      {placed(1, "systemSmall", "screen", "topLeft", 20, 20), placed(2, "systemMedium", "screen", "topLeft", 280, 20),
+       placed(3, "systemLarge", "screen", "topRight", 20, 20), placed(4, "systemSmall", "screen", "topLeft", 20, 280)});
+  start();
+  ASSERT_TRUE(host().says(loaded)) << host().said();
+  ASSERT_TRUE(eventually([this] { return areas().size() == 4; }));
+  EXPECT_EQ(extension_.processes().size(), 1U);
+  EXPECT_EQ(extension_.requests("timeline"), 1U);
+  // For the placeholders and then for the timeline; copies of a size share a view.
+  EXPECT_EQ(extension_.requests("render"), 6U);
+  EXPECT_TRUE(eventually([this] { return ::kill(extension_.processes().back(), 0) != 0; })) << "it ends after the load";
+}
+
+TEST_F(ExtensionOnX11, ManyReloadsLeaveMemoryAndDescriptorsAsTheyWere) {
+  start();
+  ASSERT_TRUE(host().says(loaded));
+  focus(firstPlace());
+  std::size_t loads = 1;
+  const auto reloadUntil = [&](std::size_t count) {
+    while (loads < count) {
+      // Boards differ from one load to the next, so that each is drawn.
+      extension_.set("FAKE_EXTENSION_TITLE", "load " + std::to_string(loads));
+      desktop().input().key(keys::f5);
+      ASSERT_TRUE(host().says(loaded, ++loads)) << host().said();
+    }
+  };
+  // The toolkit's and the allocator's own stores fill up meanwhile.
+  reloadUntil(60);
+  // Those to the extension close when it has ended.
+  ASSERT_TRUE(eventually([this] { return ::kill(extension_.processes().back(), 0) != 0; }));
+  const double memory = host().memory();
+  const auto descriptors = host().descriptors();
+  reloadUntil(360);
+  EXPECT_TRUE(eventually([&] { return host().descriptors() <= descriptors; })) << host().descriptors() << descriptors;
+  if (!sanitized) {
+    EXPECT_LT(host().memory(), memory + 1) << "MB";
+  }
+  EXPECT_EQ(extension_.processes().size(), loads);
+  EXPECT_EQ(extension_.requests("timeline"), loads);
+}
+
+}  // namespace
+}  // namespace end_to_end
