@@ -90,7 +90,7 @@ std::optional<int> DesktopHost::end() const {
 double DesktopHost::memory() const {
   for (const auto& line : linesOf("/proc/" + std::to_string(id()) + "/smaps_rollup")) {
     constexpr double kilobytes = 1024;
-    if (line.starts_with("Pss:")) return std::stod(line.substr(4)) / kilobytes;
+    if (line.starts_with("Private_Dirty:")) return std::stod(line.substr(14)) / kilobytes;
   }
   throw std::runtime_error("the host has ended: " + said());
 }

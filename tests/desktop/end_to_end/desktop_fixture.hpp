@@ -60,7 +60,7 @@ class DesktopHost {
   /// Asks it to end as a session does; its status.
   std::optional<int> end() const;
 
-  /// MB of memory that is its own share, and how many descriptors it has open.
+  /// MB of memory that it has written and shares with nobody, and how many descriptors it has open.
   double memory() const;
   std::size_t descriptors() const;
 
