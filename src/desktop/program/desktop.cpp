@@ -7,8 +7,9 @@
 #include <utility>
 
 #include <absl/strings/str_cat.h>
+#include <malloc.h>
 
-#include "desktop/program/loading_board.hpp"
+#include "desktop/windows/loading_board.hpp"
 
 namespace desktop {
 namespace {
@@ -36,7 +37,7 @@ Desktop::Desktop(Parts parts, host::ExtensionSettings extension)
       language_(host::userLanguage()),
       texts_(textsFor(language_)),
       relay_(news()),
-      feed_(std::move(extension), relay_, host::Feed::Placeholders::untilLoaded) {
+      feed_(std::move(extension), relay_, host::Feed::Placeholders::untilLoaded, host::Feed::FirstLoad::whenAskedFor) {
   look_.language = host::languageTag(language_);
   if (parts_.store) {
     auto loaded = parts_.store->load();
@@ -75,11 +76,25 @@ void Desktop::widgetFound(const host::WidgetDeclaration& widget) {
   if (named) save();
 }
 
-void Desktop::begin() {
+void Desktop::begin(std::function<void()> shown) {
   monitorChanges_.emplace([this] { monitorsSettleSoon(); });
   monitorsChanged();
+  sayWhenPainted("the first frame is shown");
+  loadWhenShown(std::move(shown));
   // A program without a window would seem to do nothing.
   if (placements_.empty() && !firstWidgetWanted_) openGallery();
+}
+
+/// The placeholder is on the screen before the load takes processors from it; where nothing is painted, a moment later.
+void Desktop::loadWhenShown(std::function<void()> shown) {
+  const auto load = [this, shown = std::move(shown)] {
+    if (std::exchange(loading_, true)) return;
+    feed_.post([](host::Feed& feed) { feed.reload(); });
+    shown();
+  };
+  constexpr absl::Duration atLast = absl::Milliseconds(300);
+  MainLoop::postAfter(atLast, load);
+  if (!windows_.empty() && windows_.begin()->second) windows_.begin()->second->whenPainted(load);
 }
 
 void Desktop::monitorsSettleSoon() {
@@ -159,7 +174,21 @@ void Desktop::boardsChanged(const host::FeedBoards& boards) {
       if (placed.family == family) showPicture(placed.id, family);
     }
   }
-  if (boards.origin == host::BoardOrigin::load) parts_.journal.sayIfVerbose("a new timeline is shown");
+  if (boards.origin == host::BoardOrigin::load) {
+    sayWhenPainted("a new timeline is shown");
+    tidySoon();
+  }
+}
+
+/// What the start, a gallery or a load freed goes back to the system, once a quarter of an hour and not at once.
+void Desktop::tidySoon() {
+  MainLoop::postAfter(absl::Seconds(1), [] { malloc_trim(0); });
+}
+
+/// For who measures.
+void Desktop::sayWhenPainted(const std::string& sentence) {
+  if (!parts_.journal.verbose() || windows_.empty() || !windows_.begin()->second) return;
+  windows_.begin()->second->whenPainted([this, sentence] { parts_.journal.say(sentence); });
 }
 
 void Desktop::failed(const host::ExtensionFailure& failure) {

@@ -26,6 +26,7 @@ class Journal {
   explicit Journal(bool verbose) : verbose_(verbose) {}
   void say(const std::string& sentence) const;
   void sayIfVerbose(const std::string& sentence) const;
+  bool verbose() const { return verbose_; }
 
  private:
   bool verbose_;
@@ -45,8 +46,9 @@ class Desktop final : public BoardCommands {
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;
 
-  /// Shows what is placed; a medium widget on the first start. Once the toolkit is there.
-  void begin();
+  /// Shows what is placed; a medium widget on the first start. Once the toolkit is there. `shown` is called when the
+  /// first frame is on the screen: what can wait begins then.
+  void begin(std::function<void()> shown);
 
   void setLook(const BoardLook& look);
   void openGallery() override;
@@ -68,11 +70,14 @@ class Desktop final : public BoardCommands {
 
   void add(const std::string& family);
   void placeFirst();
+  void loadWhenShown(std::function<void()> shown);
   void monitorsSettleSoon();
   void monitorsChanged();
   void placementsChanged();
   void save();
   void arrangeWindows();
+  void tidySoon();
+  void sayWhenPainted(const std::string& sentence);
   void showPicture(int id, const std::string& family);
   void feedFamilies();
   void previewsCame(const host::FeedBoards& boards);
@@ -91,6 +96,7 @@ class Desktop final : public BoardCommands {
   BoardLook look_;
   Placements placements_;
   bool firstWidgetWanted_ = false;
+  bool loading_ = false;  ///< the first timeline was asked for
   std::vector<DisplayedMonitor> monitors_;
   std::optional<MonitorChanges> monitorChanges_;
   bool monitorsPending_ = false;

@@ -11,14 +11,14 @@ namespace {
 
 using Task = std::function<void()>;
 
-void postAt(int priority, Task task) {
-  const auto run = +[](gpointer posted) -> gboolean {
-    (*static_cast<Task*>(posted))();
-    return G_SOURCE_REMOVE;
-  };
-  const auto drop = +[](gpointer posted) { delete static_cast<Task*>(posted); };
-  g_idle_add_full(priority, run, std::make_unique<Task>(std::move(task)).release(), drop);
+gboolean runTask(gpointer task) {
+  (*static_cast<Task*>(task))();
+  return G_SOURCE_REMOVE;
 }
+
+void dropTask(gpointer task) { delete static_cast<Task*>(task); }
+
+Task* kept(Task task) { return std::make_unique<Task>(std::move(task)).release(); }
 
 }  // namespace
 
@@ -31,8 +31,20 @@ void MainLoop::run() {
   g_main_loop_run(loop_);
 }
 
-void MainLoop::post(Task task) { postAt(G_PRIORITY_DEFAULT, std::move(task)); }
+void MainLoop::runPosted() {
+  while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+  }
+}
 
-void MainLoop::postWhenIdle(Task task) { postAt(G_PRIORITY_DEFAULT_IDLE, std::move(task)); }
+void MainLoop::post(Task task) { g_idle_add_full(G_PRIORITY_DEFAULT, &runTask, kept(std::move(task)), &dropTask); }
+
+void MainLoop::postAfter(absl::Duration time, Task task) {
+  const auto milliseconds = static_cast<guint>(absl::ToInt64Milliseconds(time));
+  g_timeout_add_full(G_PRIORITY_DEFAULT, milliseconds, &runTask, kept(std::move(task)), &dropTask);
+}
+
+void MainLoop::postWhenIdle(Task task) {
+  g_idle_add_full(G_PRIORITY_DEFAULT_IDLE, &runTask, kept(std::move(task)), &dropTask);
+}
 
 }  // namespace desktop

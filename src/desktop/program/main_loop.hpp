@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include <absl/time/time.h>
 #include <glib.h>
 
 namespace desktop {
@@ -16,11 +17,16 @@ class MainLoop {
 
   /// Until `quit`, SIGTERM, SIGINT or SIGHUP.
   void run();
+  /// Runs what is posted already, without waiting for more.
+  static void runPosted();
   void quit() { g_main_loop_quit(loop_); }
 
   /// Runs the task on the main thread, from any thread, soon and in order: before windows are painted. What is posted
   /// when the loop has ended never runs.
   static void post(std::function<void()> task);
+
+  /// Runs the task on the main thread, once, when the time has passed.
+  static void postAfter(absl::Duration time, std::function<void()> task);
 
   /// Runs the task on the main thread when nothing else is to do.
   static void postWhenIdle(std::function<void()> task);

@@ -11,6 +11,7 @@
 #include "desktop/program/main_loop.hpp"
 #include "desktop/program/single_instance.hpp"
 #include "desktop/windows/display_way.hpp"
+#include "desktop/windows/fonts_in_preparation.hpp"
 #include "desktop/windows/toolkit_look.hpp"
 #include "host/commands/exit_status.hpp"
 #include "host/commands/program_folder.hpp"
@@ -38,13 +39,11 @@ class Look {
   explicit Look(Desktop& desktop) : desktop_(desktop) {
     onToolkitLookChange(apply_);
     apply();
-    // Asked when the first frame is on its way: nothing waits for it.
-    MainLoop::postWhenIdle([this] { askPortal(); });
   }
   Look(const Look&) = delete;
   Look& operator=(const Look&) = delete;
 
- private:
+  /// It may have to be started first; nothing waits for it.
   void askPortal() {
     const auto bus = sessionBusToAsk();
     if (!bus) return;
@@ -54,6 +53,7 @@ class Look {
     });
   }
 
+ private:
   void apply() {
     const auto toolkit = toolkitLook();
     const auto appearance = asked_.scheme.value_or(toolkit.appearance);
@@ -75,18 +75,17 @@ host::CommandResult run(const host::CommandLine& line) {
   if (way == DisplayWay::none) return failure("no display is reachable; vamba-host show shows the day without one");
   useDisplayWay(way);
   journal.sayIfVerbose("the display: " + std::string(describe(way)));
-  // One arena of memory for its three threads, which seldom want any.
+
+  // One arena of memory for its threads, which seldom want any.
   mallopt(M_ARENA_MAX, 1);
 
+  // A window's first text waits for them otherwise, longer than for anything else.
+  FontsInPreparation fonts(host::languageTag(host::userLanguage()));
+
   Desktop* running = nullptr;
-  const SingleInstance instance([&running] {
+  SingleInstance instance([&running] {
     if (running != nullptr) running->openGallery();
   });
-  if (!instance.isFirst()) {
-    journal.say("the widgets are on the desktop already; their gallery opens");
-    return {};
-  }
-
   MainLoop loop;
   const auto stacking = line.partOfDesktop ? Stacking::desktop : Stacking::below;
   Desktop desktop({.loop = loop, .journal = journal, .style = {way, stacking}, .store = placementStore(journal)},
@@ -94,9 +93,16 @@ host::CommandResult run(const host::CommandLine& line) {
   // Times and numbers are formatted without it, and the host's texts need no locale.
   gtk_disable_setlocale();
   if (gtk_init_check(nullptr, nullptr) == FALSE) return failure("the display can't be opened");
+  if (!instance.claim()) {
+    journal.say("the widgets are on the desktop already; their gallery opens");
+    return {};
+  }
   running = &desktop;
-  const Look look(desktop);
-  desktop.begin();
+  Look look(desktop);
+  fonts.use();
+  // What the extension has answered by now is shown at once.
+  MainLoop::runPosted();
+  desktop.begin([&look] { look.askPortal(); });
   loop.run();
   running = nullptr;
   return {};

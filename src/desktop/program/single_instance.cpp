@@ -1,33 +1,26 @@
 #include "desktop/program/single_instance.hpp"
 
-#include <cstdlib>
-#include <filesystem>
-#include <string>
+#include "desktop/appearance/appearance_portal.hpp"
 
 namespace desktop {
-namespace {
-
-/// Asked for without one, the bus library may start a bus that nobody else is on.
-bool sessionHasBus() {
-  const char* const address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-  if (address != nullptr && *address != '\0') return true;
-  const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
-  std::error_code error;
-  return runtime != nullptr && std::filesystem::is_socket(std::string(runtime) + "/bus", error);
-}
-
-}  // namespace
-
 SingleInstance::SingleInstance(std::function<void()> calledAgain) : calledAgain_(std::move(calledAgain)) {
-  if (!sessionHasBus()) return;
+  if (!sessionBusToAsk()) return;
+  // `claim` finds the library's one connection made; its greetings take as long as the toolkit's theme.
+  g_bus_get(G_BUS_TYPE_SESSION, nullptr, nullptr, nullptr);
   application_.reset(g_application_new("pl.ferol.vamba.Desktop", G_APPLICATION_DEFAULT_FLAGS));
   connect<&SingleInstance::activated>(application_.get(), "activate", this);
+}
+
+bool SingleInstance::claim() {
   // A bus that can't be reached is as good as none.
-  if (g_application_register(application_.get(), nullptr, nullptr) == FALSE) return;
-  if (g_application_get_is_remote(application_.get()) == FALSE) return;
-  first_ = false;
+  if (!application_ || g_application_register(application_.get(), nullptr, nullptr) == FALSE) return true;
+  GDBusConnection* const bus = g_application_get_dbus_connection(application_.get());
+  // The widgets stay when the bus goes.
+  if (bus != nullptr) g_dbus_connection_set_exit_on_close(bus, FALSE);
+  if (g_application_get_is_remote(application_.get()) == FALSE) return true;
   g_application_activate(application_.get());
-  g_dbus_connection_flush_sync(g_application_get_dbus_connection(application_.get()), nullptr, nullptr);
+  g_dbus_connection_flush_sync(bus, nullptr, nullptr);
+  return false;
 }
 
 void SingleInstance::activated() { calledAgain_(); }

@@ -11,19 +11,18 @@ namespace desktop {
 
 class SingleInstance {
  public:
-  /// `calledAgain` runs on the main thread whenever the program was started once more. Without a session bus every
-  /// start is the first.
+  /// Begins to connect to the session's bus. `calledAgain` runs on the main thread whenever the program was started
+  /// once more.
   explicit SingleInstance(std::function<void()> calledAgain);
 
-  /// Whether this one is the first. Where it is not, the first has been told.
-  bool isFirst() const { return first_; }
+  /// Whether this one is the first; where it is not, the first is told. Without a session bus every start is the first.
+  bool claim();
 
  private:
   void activated();
 
   std::function<void()> calledAgain_;
   OwnedObject<GApplication> application_;
-  bool first_ = true;
 };
 
 }  // namespace desktop

@@ -10,6 +10,7 @@
 #include "desktop/windows/gobject.hpp"
 #include "render/colour/palette.hpp"
 #include "render/picture/frame_style.hpp"
+#include "render/picture/shape.hpp"
 
 namespace desktop {
 namespace {
@@ -78,7 +79,7 @@ void BoardSurface::show(std::shared_ptr<BoardPicture> picture) {
     const auto size = picture_->size();
     gtk_widget_set_size_request(window_, static_cast<int>(std::lround(size.width)),
                                 static_cast<int>(std::lround(size.height)));
-    shape();
+    if (gtk_widget_get_visible(window_) != FALSE) shape();
   }
   repaint();
 }
@@ -96,6 +97,21 @@ void BoardSurface::place(const SurfacePlace& place) {
   if (gtk_widget_get_visible(window_)) return;
   gtk_widget_show(window_);
   shape();
+}
+
+void BoardSurface::whenPainted(std::function<void()> painted) {
+  GdkWindow* const mapped = gtk_widget_get_window(window_);
+  if (mapped == nullptr) return;
+  painted_.push_back(std::move(painted));
+  if (painted_.size() == 1) {
+    connect<&BoardSurface::framePainted>(gdk_window_get_frame_clock(mapped), "after-paint", this);
+  }
+  repaint();
+}
+
+void BoardSurface::framePainted() {
+  g_signal_handlers_disconnect_by_data(gdk_window_get_frame_clock(gtk_widget_get_window(window_)), this);
+  for (const auto& tell : std::exchange(painted_, {})) tell();
 }
 
 void BoardSurface::hide() { gtk_widget_hide(window_); }
@@ -169,10 +185,15 @@ void BoardSurface::shape() {
     return;
   }
   const auto size = picture_->size();
-  cairo_surface_t* const mask = cairo_image_surface_create(
-      CAIRO_FORMAT_ARGB32, static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height)));
+  cairo_surface_t* const mask = cairo_image_surface_create(CAIRO_FORMAT_A1, static_cast<int>(std::lround(size.width)),
+                                                           static_cast<int>(std::lround(size.height)));
   cairo_t* const cairo = cairo_create(mask);
-  picture_->paint(cairo, 1);
+  for (const auto& corner : render::continuousCorners({0, 0, size.width, size.height}, render::boardRadius)) {
+    cairo_line_to(cairo, corner.start.x, corner.start.y);
+    cairo_curve_to(cairo, corner.firstControl.x, corner.firstControl.y, corner.secondControl.x, corner.secondControl.y,
+                   corner.end.x, corner.end.y);
+  }
+  cairo_fill(cairo);
   cairo_destroy(cairo);
   cairo_region_t* const region = gdk_cairo_region_create_from_surface(mask);
   cairo_surface_destroy(mask);

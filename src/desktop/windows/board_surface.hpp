@@ -2,7 +2,9 @@
 // in the way of the display. What a person does with it is board_window.hpp's.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 #include <gtk/gtk.h>
 
@@ -44,11 +46,14 @@ class BoardSurface {
   void show(std::shared_ptr<BoardPicture> picture);
   void place(const SurfacePlace& place);
   void hide();
+  /// Once, when what it shows now has been painted.
+  void whenPainted(std::function<void()> painted);
   /// How opaque the board is painted.
   void fade(double opacity);
 
  private:
   gboolean draw(cairo_t* cairo);
+  void framePainted();
   void drawFocus(cairo_t* cairo) const;
   void focusChanged(GParamSpec* property);
   void compositingChanged();
@@ -63,6 +68,7 @@ class BoardSurface {
   std::shared_ptr<BoardPicture> picture_;  // shared with the copies of the same size
   SurfacePlace place_;
   double opacity_ = 1;
+  std::vector<std::function<void()>> painted_;
 };
 
 }  // namespace desktop

@@ -7,24 +7,29 @@
 namespace desktop {
 namespace {
 
-/// As the person or the theme set it; `useAppearance` changes the setting itself.
-bool preferredDark() {
-  static const bool atStart = [] {
-    gboolean dark = FALSE;
-    g_object_get(gtk_settings_get_default(), "gtk-application-prefer-dark-theme", &dark, nullptr);
-    return dark != FALSE;
-  }();
+constexpr const char* preferDark = "gtk-application-prefer-dark-theme";
+
+bool prefersDark() {
+  gboolean dark = FALSE;
+  g_object_get(gtk_settings_get_default(), preferDark, &dark, nullptr);
+  return dark != FALSE;
+}
+
+/// As the person set it, before `useAppearance` first changed the setting.
+bool preferredDarkAtStart() {
+  static const bool atStart = prefersDark();
   return atStart;
 }
 
+/// Setting it makes the toolkit parse its theme anew, even where nothing changes.
+void preferTheme(bool dark) {
+  if (prefersDark() != dark) g_object_set(gtk_settings_get_default(), preferDark, dark ? TRUE : FALSE, nullptr);
+}
+
+/// By the background of the theme in use.
 bool themeIsDark() {
-  gchar* name = nullptr;
-  g_object_get(gtk_settings_get_default(), "gtk-theme-name", &name, nullptr);
-  // The theme itself in its usual form, whatever form is in use now.
-  GtkCssProvider* const theme = gtk_css_provider_get_named(name, nullptr);
-  g_free(name);
   GtkStyleContext* const style = gtk_style_context_new();
-  gtk_style_context_add_provider(style, GTK_STYLE_PROVIDER(theme), GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+  gtk_style_context_set_screen(style, gdk_screen_get_default());
   GdkRGBA background{};
   const bool known = gtk_style_context_lookup_color(style, "theme_bg_color", &background) != FALSE;
   g_object_unref(style);
@@ -44,14 +49,17 @@ double textScale() {
 }  // namespace
 
 ToolkitLook toolkitLook() {
-  const bool dark = preferredDark() || themeIsDark();
+  // What `useAppearance` chose says nothing of what the person did.
+  const bool chosen = prefersDark();
+  preferTheme(preferredDarkAtStart());
+  const bool dark = preferredDarkAtStart() || themeIsDark();
+  preferTheme(chosen);
   return {.appearance = dark ? render::Appearance::dark : render::Appearance::light, .textScale = textScale()};
 }
 
 void useAppearance(render::Appearance appearance) {
-  preferredDark();
-  g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme",
-               appearance == render::Appearance::dark ? TRUE : FALSE, nullptr);
+  preferredDarkAtStart();
+  preferTheme(appearance == render::Appearance::dark);
 }
 
 void onToolkitLookChange(std::function<void()>& changed) {

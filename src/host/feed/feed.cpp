@@ -17,8 +17,8 @@ constexpr Wait atOnce{.until = std::nullopt, .pause = absl::ZeroDuration()};
 
 }  // namespace
 
-Feed::Feed(ExtensionSettings settings, FeedListener& listener, Placeholders placeholders)
-    : extension_(std::move(settings)), listener_(listener), placeholders_(placeholders) {}
+Feed::Feed(ExtensionSettings settings, FeedListener& listener, Placeholders placeholders, FirstLoad firstLoad)
+    : extension_(std::move(settings)), listener_(listener), placeholders_(placeholders), firstLoad_(firstLoad) {}
 
 void Feed::show(std::vector<std::string> families) {
   if (families == families_) return;
@@ -36,7 +36,8 @@ void Feed::show(std::vector<std::string> families) {
     // What fails here fails again in the load that follows, and is told then.
     showPlaceholders();
   }
-  if (wasIdle) plan(atOnce);
+  const bool held = firstLoad_ == FirstLoad::whenAskedFor && !timeline_;
+  if (wasIdle && !held) plan(atOnce);
 }
 
 std::array<int, 4> Feed::descriptors() const {
@@ -58,7 +59,10 @@ void Feed::handleWakeUps() {
   planRedraw();
 }
 
-void Feed::reload() { finish(load()); }
+void Feed::reload() {
+  firstLoad_ = FirstLoad::atOnce;
+  if (!families_.empty()) finish(load());
+}
 
 Feed::Failure Feed::load() {
   if (auto found = findWidget(); !found) return found;

@@ -49,8 +49,11 @@ class FeedListener {
 class Feed {
  public:
   enum class Placeholders { none, untilLoaded };
+  /// When the first timeline is asked for: as soon as there is a size to show it in, or at the first `reload`.
+  enum class FirstLoad { atOnce, whenAskedFor };
 
-  Feed(ExtensionSettings settings, FeedListener& listener, Placeholders placeholders);
+  Feed(ExtensionSettings settings, FeedListener& listener, Placeholders placeholders,
+       FirstLoad firstLoad = FirstLoad::atOnce);
 
   /// The sizes to show from now on. What can be shown at once of new ones is; the first timeline is asked for when
   /// there is a first size.
@@ -81,6 +84,7 @@ class Feed {
   ExtensionClient extension_;
   FeedListener& listener_;
   Placeholders placeholders_;
+  FirstLoad firstLoad_;
   ReloadSchedule schedule_;
   RealTimeTimer date_;
   RealTimeTimer redraw_;  ///< the next midnight, or the next entry's date

@@ -28,12 +28,14 @@ class SignalsBlocked {
 
 }  // namespace
 
-FeedThread::FeedThread(ExtensionSettings settings, FeedListener& listener, Feed::Placeholders placeholders)
+FeedThread::FeedThread(ExtensionSettings settings, FeedListener& listener, Feed::Placeholders placeholders,
+                       Feed::FirstLoad firstLoad)
     : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
   settings.interruption = wake_.get();
   const SignalsBlocked blocked;
-  thread_ = std::jthread([this, settings = std::move(settings), &listener, placeholders]() mutable {
-    run(std::move(settings), listener, placeholders);
+  thread_ = std::jthread([this, settings = std::move(settings), &listener, placeholders, firstLoad]() mutable {
+    Feed feed(std::move(settings), listener, placeholders, firstLoad);
+    run(feed);
   });
 }
 
@@ -60,8 +62,7 @@ std::vector<FeedThread::Task> FeedThread::takePosted() {
   return std::exchange(posted_, {});
 }
 
-void FeedThread::run(ExtensionSettings settings, FeedListener& listener, Feed::Placeholders placeholders) {
-  Feed feed(std::move(settings), listener, placeholders);
+void FeedThread::run(Feed& feed) {
   while (true) {
     const auto [date, redraw, pause, zone] = feed.descriptors();
     waitForAny({wake_.get(), date, redraw, pause, zone});

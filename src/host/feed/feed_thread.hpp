@@ -17,7 +17,8 @@ class FeedThread {
  public:
   using Task = std::function<void(Feed&)>;
 
-  FeedThread(ExtensionSettings settings, FeedListener& listener, Feed::Placeholders placeholders);
+  FeedThread(ExtensionSettings settings, FeedListener& listener, Feed::Placeholders placeholders,
+             Feed::FirstLoad firstLoad = Feed::FirstLoad::atOnce);
   /// Interrupts what the feed is doing, ends its extension and joins the thread.
   ~FeedThread();
   FeedThread(const FeedThread&) = delete;
@@ -27,7 +28,7 @@ class FeedThread {
   void post(Task task);
 
  private:
-  void run(ExtensionSettings settings, FeedListener& listener, Feed::Placeholders placeholders);
+  void run(Feed& feed);
   std::vector<Task> takePosted();
 
   platform::FileDescriptor wake_;  ///< readable while something is posted

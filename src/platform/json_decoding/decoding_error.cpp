@@ -18,7 +18,10 @@ DecodingError insideKey(DecodingError error, std::string_view key) {
 }
 
 DecodingError insideElement(DecodingError error, std::size_t index) {
-  return inside(std::move(error), "[" + std::to_string(index) + "]");
+  std::string step = "[";
+  step += std::to_string(index);
+  step += ']';
+  return inside(std::move(error), std::move(step));
 }
 
 }  // namespace platform

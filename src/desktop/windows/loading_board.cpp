@@ -1,4 +1,4 @@
-#include "desktop/program/loading_board.hpp"
+#include "desktop/windows/loading_board.hpp"
 
 #include "platform/view_tree/builders.hpp"
 

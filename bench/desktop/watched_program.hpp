@@ -1,0 +1,50 @@
+// A program on a desktop under measure: started, its lines told with their times, weighed, and ended.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+#include "platform/descriptors/file_descriptor.hpp"
+
+namespace bench {
+
+using Clock = std::chrono::steady_clock;
+
+/// What a process, all of its threads together, has used up so far.
+struct Use {
+  std::uint64_t wakeUps = 0;  ///< times that a thread went to sleep of itself or was set aside
+  double cpuMs = 0;
+};
+
+class WatchedProgram {
+ public:
+  /// Both of its output streams are read. Throws std::runtime_error.
+  WatchedProgram(const std::vector<std::string>& words, const std::vector<std::string>& environment);
+  /// By SIGTERM, then SIGKILL.
+  ~WatchedProgram();
+  WatchedProgram(const WatchedProgram&) = delete;
+  WatchedProgram& operator=(const WatchedProgram&) = delete;
+
+  Clock::time_point started() const { return started_; }
+  /// When a line that holds `text` came, counted from what was read before. Throws where it does not come in 20 s.
+  Clock::time_point lineWith(const std::string& text);
+  /// Returns when it has done nothing for a second and a half.
+  void settle() const;
+
+  Use use() const;
+  /// Of its memory, with shared pages by their share.
+  double pssMb() const;
+  std::size_t children() const;
+
+ private:
+  Clock::time_point started_;
+  pid_t process_ = -1;
+  platform::FileDescriptor output_;
+  std::string unread_;
+};
+
+}  // namespace bench
