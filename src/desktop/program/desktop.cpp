@@ -49,6 +49,7 @@ Desktop::Desktop(Parts parts, host::ExtensionSettings extension)
   }
   // The extension starts while the toolkit does.
   if (firstWidgetWanted_) {
+    fedFamilies_ = {firstFamily};
     feed_.post([](host::Feed& feed) { feed.show({firstFamily}); });
   } else {
     feedFamilies();
@@ -288,7 +289,10 @@ void Desktop::feedFamilies() {
   for (const auto& placed : placements_.all()) {
     if (sizeOf(placed.family)) families.insert(placed.family);
   }
-  feed_.post([wanted = std::vector(families.begin(), families.end())](host::Feed& feed) { feed.show(wanted); });
+  // A wish interrupts a load: a board that only moved is none.
+  std::vector wanted(families.begin(), families.end());
+  if (std::exchange(fedFamilies_, wanted) == wanted) return;
+  feed_.post([wanted = std::move(wanted)](host::Feed& feed) { feed.show(wanted); });
 }
 
 void Desktop::reload() {

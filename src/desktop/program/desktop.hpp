@@ -106,6 +106,7 @@ class Desktop final : public BoardCommands {
   std::map<std::string, BoardContent> previews_;                   ///< by family, while the gallery is open
   std::map<std::string, BoardContent> contents_;                   ///< by family, as last told by the feed
   std::map<std::string, std::shared_ptr<BoardPicture>> pictures_;  // shared by the copies of one size
+  std::vector<std::string> fedFamilies_;                           ///< what the feed was last asked to show
   host::WidgetDeclaration widget_;
   std::optional<absl::Time> nextReload_;
   std::string lastFailure_;
