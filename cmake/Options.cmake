@@ -36,9 +36,11 @@ if(VAMBA_STATIC_CXX_RUNTIME)
   target_link_options(vamba_cxx_runtime INTERFACE -static-libstdc++ -static-libgcc)
 endif()
 target_link_options(vamba_compile_options INTERFACE -Wl,--as-needed)
-# What no one calls is left out of the programs: each page that a start touches is the person's memory.
-target_compile_options(vamba_compile_options INTERFACE -ffunction-sections -fdata-sections)
-target_link_options(vamba_compile_options INTERFACE -Wl,--gc-sections)
+if(NOT VAMBA_SANITIZE)
+  # What no one calls is left out of the programs: each page that a start touches is the person's memory.
+  target_compile_options(vamba_compile_options INTERFACE -ffunction-sections -fdata-sections)
+  target_link_options(vamba_compile_options INTERFACE -Wl,--gc-sections)
+endif()
 if(VAMBA_SANITIZE)
   target_compile_options(vamba_compile_options INTERFACE
     -fsanitize=${VAMBA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
