@@ -10,37 +10,13 @@
 #include <gmock/gmock.h>
 
 #include "desktop/end_to_end/desktop_fixture.hpp"
+#include "desktop/end_to_end/sizes_and_keys.hpp"
 #include "support/displays/x_desktop.hpp"
 
 namespace end_to_end {
 
 using support::eventually;
 using support::ScreenArea;
-
-/// The boards' sizes in points.
-inline constexpr int smallWidth = 240;
-inline constexpr int mediumWidth = 480;
-inline constexpr int mediumHeight = 240;
-inline constexpr int largeHeight = 480;
-
-/// Between boards, and from them to the edges; also the step of an arrow key.
-inline constexpr int gap = 20;
-
-/// By their numbers in the protocol.
-namespace keys {
-inline constexpr std::uint32_t escape = 0xff1b;
-inline constexpr std::uint32_t enter = 0xff0d;
-inline constexpr std::uint32_t left = 0xff51;
-inline constexpr std::uint32_t up = 0xff52;
-inline constexpr std::uint32_t right = 0xff53;
-inline constexpr std::uint32_t down = 0xff54;
-inline constexpr std::uint32_t insert = 0xff63;
-inline constexpr std::uint32_t menu = 0xff67;
-inline constexpr std::uint32_t f5 = 0xffc2;
-inline constexpr std::uint32_t f10 = 0xffc7;
-inline constexpr std::uint32_t shift = 0xffe1;
-inline constexpr std::uint32_t deletion = 0xffff;
-}  // namespace keys
 
 class OnX11 : public testing::Test {
  protected:

@@ -1,0 +1,33 @@
+// How large boards are and how far apart, and the keys that a person strikes in them.
+#pragma once
+
+#include <cstdint>
+
+namespace end_to_end {
+
+/// The boards' sizes in points.
+inline constexpr int smallWidth = 240;
+inline constexpr int mediumWidth = 480;
+inline constexpr int mediumHeight = 240;
+inline constexpr int largeHeight = 480;
+
+/// Between boards, and from them to the edges; also the step of an arrow key.
+inline constexpr int gap = 20;
+
+/// By their numbers in the protocol.
+namespace keys {
+inline constexpr std::uint32_t escape = 0xff1b;
+inline constexpr std::uint32_t enter = 0xff0d;
+inline constexpr std::uint32_t left = 0xff51;
+inline constexpr std::uint32_t up = 0xff52;
+inline constexpr std::uint32_t right = 0xff53;
+inline constexpr std::uint32_t down = 0xff54;
+inline constexpr std::uint32_t insert = 0xff63;
+inline constexpr std::uint32_t menu = 0xff67;
+inline constexpr std::uint32_t f5 = 0xffc2;
+inline constexpr std::uint32_t f10 = 0xffc7;
+inline constexpr std::uint32_t shift = 0xffe1;
+inline constexpr std::uint32_t deletion = 0xffff;
+}  // namespace keys
+
+}  // namespace end_to_end

@@ -1,0 +1,136 @@
+// What a person does with widgets on a compositor with layer shell, by mouse and keyboard.
+#include "desktop/end_to_end/wayland_fixture.hpp"
+#include "support/displays/steps.hpp"
+
+namespace end_to_end {
+namespace {
+
+using support::MouseButton;
+
+class InputOnWayland : public OnSway {
+ protected:
+  /// Two widgets away from the edges; the keyboard is the medium one's.
+  void startWithTwo() {
+    place(display(), {keptMedium, keptSmall});
+    start();
+    ASSERT_TRUE(comesToShow(screenWith({medium, small}), "two"));
+    ASSERT_TRUE(host().says("a new timeline is shown")) << host().said();
+    desktop().input().click(middle);
+  }
+  /// From the middle of the medium one.
+  void moveAsAHand(ScreenPoint to) {
+    for (const auto& point : support::stepsBetween(middle, to)) {
+      poll(nullptr, 0, support::pauseOfAHand);
+      desktop().input().moveTo(point);
+    }
+  }
+  bool galleryIsOpen() { return !desktop().windowsOf(host().id()).empty(); }
+
+  const ShownBoard medium{"medium", {200, 300}};
+  const ShownBoard small{"small", {820, 40}};
+  static constexpr ScreenPoint middle{440, 420};
+  static constexpr ScreenPoint middleOfSmall{940, 160};
+  const nlohmann::json keptMedium = placedOn("HEADLESS-1", 1, "systemMedium", "topLeft", 200, 300);
+  const nlohmann::json keptSmall = placedOn("HEADLESS-1", 2, "systemSmall", "topRight", 220, 40);
+};
+
+TEST_F(InputOnWayland, DraggedBoardDimsWhileAnImageOfItGoesToTheGrid) {
+  startWithTwo();
+  const ScreenPoint to{middle.x + 557, middle.y + 204};
+  const ShownBoard dropped{"medium", {760, 500}};
+  desktop().input().moveTo(middle);
+  desktop().input().press();
+  moveAsAHand(to);
+  auto dragging = screenWith({small, dropped});
+  constexpr double dimmed = 0.4;
+  paint(dragging, faded(exported("medium"), dimmed), medium.place);
+  EXPECT_TRUE(comesToShowBesideTheCursor(dragging, "dragging"));
+  EXPECT_EQ(kept(), keptMedium);
+  desktop().input().release();
+  EXPECT_TRUE(comesToShow(screenWith({dropped, small}), "dropped"));
+  EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-1", 1, "systemMedium", "bottomRight", 40, 60), keptSmall}));
+  start();
+  EXPECT_TRUE(comesToShow(screenWith({dropped, small}), "dropped-after-restart"));
+}
+
+TEST_F(InputOnWayland, EscapeTakesADragBack) {
+  startWithTwo();
+  desktop().input().moveTo(middle);
+  desktop().input().press();
+  moveAsAHand({middle.x + 200, middle.y});
+  const auto before = screenWith({medium, small});
+  ASSERT_TRUE(eventually([&] { return support::differingPixels(desktop().screenshot(), before, 4) > 10'000; }));
+  press(keys::escape);
+  EXPECT_TRUE(boardsAre({medium, small}, "drag-taken-back"));
+  desktop().input().release();
+  EXPECT_TRUE(boardsAre({medium, small}, "released-after-escape"));
+  EXPECT_EQ(kept(), keptMedium);
+}
+
+TEST_F(InputOnWayland, ArrowKeysMoveByAStepAndDigitsChangeTheSize) {
+  startWithTwo();
+  press(keys::right);
+  EXPECT_TRUE(boardsAre({{"medium", {220, 300}}, small}, "right"));
+  press(keys::down);
+  EXPECT_TRUE(boardsAre({{"medium", {220, 320}}, small}, "down"));
+  press(keys::left);
+  press(keys::left);
+  press(keys::up);
+  EXPECT_TRUE(boardsAre({{"medium", {180, 300}}, small}, "left-and-up"));
+  press('1');
+  EXPECT_TRUE(boardsAre({{"small", {180, 300}}, small}, "digit-1"));
+  press('3');
+  EXPECT_TRUE(eventually([this] { return kept()["family"] == "systemLarge"; })) << kept();
+  press('2');
+  EXPECT_TRUE(eventually([this] { return kept()["family"] == "systemMedium"; })) << kept();
+}
+
+TEST_F(InputOnWayland, DeleteRemovesAndOpensTheGalleryWhenNoneIsLeft) {
+  startWithTwo();
+  press(keys::deletion);
+  EXPECT_TRUE(boardsAre({small}, "one-left"));
+  EXPECT_FALSE(galleryIsOpen());
+  desktop().input().click(middleOfSmall);
+  press(keys::deletion);
+  EXPECT_TRUE(eventually([this] { return galleryIsOpen(); })) << host().said();
+  EXPECT_TRUE(comesToBeKept({}));
+  // Nothing would be left through which the program could be spoken to.
+  press(keys::escape);
+  EXPECT_EQ(host().exitStatus(), 0);
+}
+
+TEST_F(InputOnWayland, MenuOpensByRightClickAndByKey) {
+  startWithTwo();
+  const auto boards = screenWith({medium, small});
+  // Of many more pixels than the outline of a focus.
+  const auto menuIsOpen = [&] { return support::differingPixels(desktop().screenshot(), boards, 40) > 8000; };
+  for (const auto key : {keys::menu, keys::enter}) {
+    press(key);
+    EXPECT_TRUE(eventually(menuIsOpen)) << key;
+    press(keys::escape);
+    EXPECT_TRUE(boardsAre({medium, small}, "menu-closed"));
+  }
+  desktop().input().click(middle, MouseButton::right);
+  EXPECT_TRUE(eventually(menuIsOpen));
+  // Its mnemonic for "remove".
+  press('u');
+  EXPECT_TRUE(boardsAre({small}, "removed-by-menu"));
+}
+
+TEST_F(InputOnWayland, SecondStartOpensTheGalleryOfTheFirst) {
+  startWithTwo();
+  EXPECT_FALSE(galleryIsOpen());
+  startAgain();
+  EXPECT_TRUE(eventually([this] { return galleryIsOpen(); })) << host().said();
+  // A click or a key of it adds a widget.
+  press(keys::enter);
+  EXPECT_TRUE(eventually([this] { return !kept(2).is_null(); }));
+  EXPECT_EQ(kept(2)["family"], "systemMedium");
+  EXPECT_EQ(kept(2)["kind"], "fake");
+  press(keys::escape);
+  EXPECT_TRUE(eventually([this] { return !galleryIsOpen(); }));
+  EXPECT_TRUE(boardsAre({medium, small, {"medium", {780, 300}}}, "added"));
+}
+
+}  // namespace
+}  // namespace end_to_end

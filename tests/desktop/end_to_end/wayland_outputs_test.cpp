@@ -1,0 +1,61 @@
+// Outputs that go and come on a compositor with layer shell.
+#include "desktop/end_to_end/wayland_fixture.hpp"
+
+namespace end_to_end {
+namespace {
+
+class OutputsOnWayland : public OnSway {
+ protected:
+  /// A widget that was left on that output, on two of 800x600 side by side.
+  void startOn(const std::string& output) {
+    startDesktop({.width = 800, .height = 600, .outputs = 2, .kind = Desktop::OutputKind::unpluggable});
+    // Make and model are those of the X server.
+    start();
+    ASSERT_TRUE(eventually([this] { return !kept().is_null(); })) << host().said();
+    auto widget = placed(1, "systemMedium", "", "topLeft", spot.x, spot.y);
+    widget["monitor"] = kept()["monitor"];
+    widget["monitor"]["connector"] = output;
+    place(display(), nlohmann::json::array({widget}));
+    start();
+  }
+  support::Bitmap board() { return screenWith({{"medium", spot}}, {}, 800, 600); }
+  support::Bitmap bare() { return screenWith({}, {}, 800, 600); }
+
+  static constexpr ScreenPoint spot{37, 143};
+};
+
+TEST_F(OutputsOnWayland, WidgetComesToItsOutputWhenThatIsPluggedAndLeavesItWhenUnplugged) {
+  startOn("X11-3");
+  const auto before = placements(display());
+  ASSERT_TRUE(comesToShow(board(), "no-own-output", "X11-1"));
+  desktop().unplug("X11-1");
+  EXPECT_TRUE(comesToShow(board(), "first-unplugged", "X11-2"));
+  ASSERT_EQ(desktop().addOutput(800, 600), "X11-3");
+  EXPECT_TRUE(comesToShow(board(), "plugged", "X11-3"));
+  EXPECT_TRUE(comesToShow(bare(), "no-longer-there", "X11-2"));
+  desktop().unplug("X11-3");
+  EXPECT_TRUE(comesToShow(board(), "own-unplugged", "X11-2"));
+  EXPECT_EQ(placements(display()), before);
+}
+
+TEST_F(OutputsOnWayland, BoardSurvivesThatNoOutputIsLeft) {
+  startOn("X11-1");
+  ASSERT_TRUE(comesToShow(board(), "before-all-unplugged", "X11-1"));
+  desktop().unplug("X11-2");
+  desktop().unplug("X11-1");
+  ASSERT_EQ(desktop().addOutput(800, 600), "X11-3");
+  EXPECT_TRUE(comesToShow(board(), "only-output", "X11-3"));
+}
+
+TEST_F(OutputsOnWayland, WidgetIsDraggedWithinTheSecondOutput) {
+  startDesktop({.width = 800, .height = 600, .outputs = 2});
+  place(display(), nlohmann::json::array({placedOn("HEADLESS-2", 1, "systemMedium", "topLeft", 40, 40)}));
+  start();
+  ASSERT_TRUE(comesToShow(screenWith({{"medium", {40, 40}}}, {}, 800, 600), "before-drag", "HEADLESS-2"));
+  desktop().input().drag({1000, 200}, {1098, 322});
+  // The screen is not looked at: this compositor leaves traces of layers that move on its second output.
+  EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-2", 1, "systemMedium", "topLeft", 140, 160)}));
+}
+
+}  // namespace
+}  // namespace end_to_end
