@@ -7,11 +7,11 @@
 
 namespace host {
 
-/// Readable once something happened in the folder of /etc/localtime (inotify(7)). A process whose environment names a
-/// zone keeps that one, and then nothing is watched.
+/// Readable once something happened in the folder of `localtime`, the zone's file (inotify(7)). A process whose
+/// environment names a zone keeps that one, and then nothing is watched.
 class ZoneChanges {
  public:
-  ZoneChanges();
+  explicit ZoneChanges(const std::string& folder = "/etc");
   /// -1 where nothing is watched, which poll(2) passes over.
   int descriptor() const { return descriptor_.get(); }
   /// Whether the zone's file itself was replaced or rewritten.
