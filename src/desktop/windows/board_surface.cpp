@@ -7,7 +7,6 @@
 #include <gtk-layer-shell.h>
 #include <wayland-client.h>
 
-#include "desktop/windows/gobject.hpp"
 #include "render/colour/palette.hpp"
 #include "render/picture/frame_style.hpp"
 #include "render/picture/shape.hpp"
@@ -86,7 +85,11 @@ void BoardSurface::show(std::shared_ptr<BoardPicture> picture) {
 
 void BoardSurface::place(const SurfacePlace& place) {
   if (style_.way == DisplayWay::layerShell) {
-    if (place.monitor != place_.monitor) gtk_layer_set_monitor(asWindow(window_), place.monitor);
+    if (place.monitor != monitor_.get()) {
+      gtk_layer_set_monitor(asWindow(window_), place.monitor);
+      g_object_ref(place.monitor);
+      monitor_.reset(place.monitor);
+    }
     gtk_layer_set_margin(asWindow(window_), GTK_LAYER_SHELL_EDGE_LEFT, place.onMonitor.x);
     gtk_layer_set_margin(asWindow(window_), GTK_LAYER_SHELL_EDGE_TOP, place.onMonitor.y);
     commit(window_);

@@ -11,6 +11,7 @@
 #include "desktop/placement/geometry.hpp"
 #include "desktop/windows/board_picture.hpp"
 #include "desktop/windows/display_way.hpp"
+#include "desktop/windows/gobject.hpp"
 
 namespace desktop {
 
@@ -67,6 +68,7 @@ class BoardSurface {
   GtkWidget* window_;
   std::shared_ptr<BoardPicture> picture_;  // shared with the copies of the same size
   SurfacePlace place_;
+  OwnedObject<GdkMonitor> monitor_;  // kept: another one at a gone one's address would pass for it
   double opacity_ = 1;
   std::vector<std::function<void()>> painted_;
 };

@@ -79,6 +79,7 @@ std::vector<DisplayedMonitor> displayedMonitors(DisplayWay way) {
     GdkMonitor* const handle = gdk_display_get_monitor(display, static_cast<int>(i));
     GdkRectangle area{};
     gdk_monitor_get_workarea(handle, &area);
+    if (area.width <= 0 || area.height <= 0) continue;  // announced, but not yet described
     const auto identity =
         onX ? identityOnX(display, handle) : identityOnWayland(handle, outputs.empty() ? nullptr : &outputs[i]);
     all.push_back({.monitor = {.identity = identity,
