@@ -95,7 +95,18 @@ void Desktop::loadWhenShown(std::function<void()> shown) {
   };
   constexpr absl::Duration atLast = absl::Milliseconds(300);
   MainLoop::postAfter(atLast, load);
-  if (!windows_.empty() && windows_.begin()->second) windows_.begin()->second->whenPainted(load);
+  if (windows_.empty() || !windows_.begin()->second) return;
+  windows_.begin()->second->whenPainted([this, load] {
+    painted_ = true;
+    load();
+  });
+  constexpr absl::Duration tooLong = absl::Seconds(2);
+  MainLoop::postAfter(tooLong, [this] {
+    if (painted_) return;
+    for (const auto& [id, window] : windows_) {
+      if (window && arranged(id) != nullptr) window->showAnew();
+    }
+  });
 }
 
 void Desktop::monitorsSettleSoon() {

@@ -96,6 +96,7 @@ class Desktop final : public BoardCommands {
   BoardLook look_;
   Placements placements_;
   bool firstWidgetWanted_ = false;
+  bool painted_ = false;  ///< some board has been on the screen
   bool loading_ = false;  ///< the first timeline was asked for
   std::vector<DisplayedMonitor> monitors_;
   std::optional<MonitorChanges> monitorChanges_;
