@@ -14,13 +14,15 @@
 namespace desktop {
 namespace {
 
+/// What is placed where nothing is yet.
 constexpr const char* firstFamily = "systemMedium";
+constexpr const render::BoardForm& firstForm = render::mediumFamily;
 
-std::optional<Size> sizeOf(std::string_view family) {
-  const auto form = render::familyForm(family);
-  if (!form) return std::nullopt;
-  return Size{static_cast<int>(std::lround(form->size.width)), static_cast<int>(std::lround(form->size.height))};
+Size sizeOfForm(const render::BoardForm& form) {
+  return {static_cast<int>(std::lround(form.size.width)), static_cast<int>(std::lround(form.size.height))};
 }
+
+std::optional<Size> sizeOf(std::string_view family) { return render::familyForm(family).transform(sizeOfForm); }
 
 void tell(const std::string& sentence) { std::fprintf(stderr, "vamba-host: %s\n", sentence.c_str()); }
 
@@ -130,7 +132,7 @@ void Desktop::monitorsChanged() {
 }
 
 void Desktop::placeFirst() {
-  const auto place = placeForNew(sizeOf(firstFamily).value(), placements_, monitorValues(), sizeOf);
+  const auto place = placeForNew(sizeOfForm(firstForm), placements_, monitorValues(), sizeOf);
   if (!place) return;
   firstWidgetWanted_ = false;
   placements_.add(widget_.kind, firstFamily, *place);

@@ -37,14 +37,14 @@ template <typename Value, typename Kept>
 void addChoice(CLI::App& app, const std::string& name, Kept& value, const Words<Value>& words, const char* help) {
   std::string names;
   for (const auto& [word, meant] : words) names += (names.empty() ? "" : "|") + word;
-  const auto keep = [&value, &words, name, names](const std::string& word) {
+  const auto keep = [&value, &words, name, names](const CLI::results_t& given) {
+    const auto& word = given.back();
     const auto meant = meaning(words, word);
     if (!meant) throw CLI::ValidationError(name, word + " is not one of " + names);
     value = *meant;
+    return true;
   };
-  // The analyzer loses sight of a function object within the library.
-  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
-  app.add_option_function<std::string>(name, keep, help)->type_name(names)->take_last();
+  app.add_option(name, keep, help)->type_name(names)->take_last();
 }
 
 void addFamily(CLI::App& app, CommandLine& line) {

@@ -28,6 +28,7 @@ bool listens(std::string_view socketName) {
   if (socketName.size() >= sizeof address.sun_path) return false;
   std::memcpy(address.sun_path, socketName.data(), socketName.size());
   const platform::FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  if (!client.isOpen()) return false;
   const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + socketName.size() +
                                              (socketName.starts_with('\0') ? 0 : 1));
   const auto* const generic = reinterpret_cast<const sockaddr*>(&address);

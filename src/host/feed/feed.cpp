@@ -34,7 +34,7 @@ void Feed::show(std::vector<std::string> families) {
     redraw();
   } else if (placeholders_ == Placeholders::untilLoaded) {
     // What fails here fails again in the load that follows, and is told then.
-    showPlaceholders();
+    static_cast<void>(showPlaceholders());
   }
   const bool held = firstLoad_ == FirstLoad::whenAskedFor && !timeline_;
   if (wasIdle && !held) plan(atOnce);
@@ -61,16 +61,22 @@ void Feed::handleWakeUps() {
 
 void Feed::reload() {
   firstLoad_ = FirstLoad::atOnce;
-  if (!families_.empty()) finish(load());
+  if (families_.empty()) return;
+  const auto date = load();
+  if (!date) return failed(date.error());
+  extension_.stop();
+  plan(schedule_.loaded(absl::Now(), *date));
 }
 
-Feed::Failure Feed::load() {
-  if (auto found = findWidget(); !found) return found;
+std::expected<absl::Time, ExtensionFailure> Feed::load() {
+  if (auto found = findWidget(); !found) return std::unexpected(std::move(found).error());
   auto timeline = extension_.timeline(widget_.kind, families_.front());
   if (!timeline) return std::unexpected(std::move(timeline).error());
-  if (auto drawn = draw(entryAt(*timeline, absl::Now()), BoardOrigin::load); !drawn) return drawn;
+  if (auto drawn = draw(entryAt(*timeline, absl::Now()), BoardOrigin::load); !drawn) {
+    return std::unexpected(std::move(drawn).error());
+  }
   timeline_ = *std::move(timeline);
-  return {};
+  return timeline_->reload;
 }
 
 Feed::Failure Feed::findWidget() {
@@ -111,7 +117,7 @@ void Feed::redraw() {
   if (!timeline_) return;
   const bool wasRunning = extension_.running();
   const auto drawn = draw(entryAt(*timeline_, absl::Now()), BoardOrigin::redraw);
-  if (!drawn) return finish(drawn);
+  if (!drawn) return failed(drawn.error());
   if (!wasRunning) extension_.stop();
   planRedraw();
 }
@@ -132,16 +138,12 @@ FeedBoards Feed::previews() {
   return boards;
 }
 
-void Feed::finish(const Failure& outcome) {
-  if (outcome) {
-    extension_.stop();
-    return plan(schedule_.loaded(absl::Now(), timeline_->reload));
-  }
+void Feed::failed(const ExtensionFailure& failure) {
   // Its caller has something to do first, after which the load begins again.
-  if (outcome.error().kind == ExtensionFailure::Kind::interrupted) return plan(atOnce);
+  if (failure.kind == ExtensionFailure::Kind::interrupted) return plan(atOnce);
   extension_.stop();
   const auto wait = schedule_.failed();
-  listener_.failed(outcome.error());
+  listener_.failed(failure);
   plan(wait);
 }
 

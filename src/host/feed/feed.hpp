@@ -72,12 +72,13 @@ class Feed {
  private:
   using Failure = std::expected<void, ExtensionFailure>;
 
-  Failure load();
+  /// The reload date.
+  std::expected<absl::Time, ExtensionFailure> load();
   Failure findWidget();
   Failure showPlaceholders();
   Failure draw(const nlohmann::json& entry, BoardOrigin origin);
   void redraw();
-  void finish(const Failure& outcome);
+  void failed(const ExtensionFailure& failure);
   void plan(const Wait& wait);
   void planRedraw();
 
