@@ -1,6 +1,7 @@
 #include "desktop/appearance/appearance_portal.hpp"
 
 #include <cstdlib>
+#include <map>
 #include <string_view>
 #include <utility>
 
@@ -67,6 +68,7 @@ class AppearancePortal::Conversation {
 
   ~Conversation() {
     g_cancellable_cancel(ended_.get());
+    if (telling_ != 0) g_source_remove(telling_);
     if (!bus_) return;
     g_dbus_connection_signal_unsubscribe(bus_.get(), settingChanges_);
     g_dbus_connection_signal_unsubscribe(bus_.get(), ownerChanges_);
@@ -83,6 +85,7 @@ class AppearancePortal::Conversation {
     const char* key = nullptr;
     const char* method = nullptr;
     GDBusCallFlags flags = G_DBUS_CALL_FLAGS_NONE;
+    int announcements = 0;  ///< of this key when it was asked
   };
 
   static GCancellable* ref(GCancellable* cancellable) { return static_cast<GCancellable*>(g_object_ref(cancellable)); }
@@ -112,9 +115,12 @@ class AppearancePortal::Conversation {
 
   void ask(const char* key, const char* method, GDBusCallFlags flags) {
     ++open_;
-    g_dbus_connection_call(bus_.get(), portalName, portalPath, settings, method, g_variant_new("(ss)", appearance, key),
-                           G_VARIANT_TYPE("(v)"), flags, -1, ended_.get(), &Conversation::answered,
-                           new Question{this, OwnedObject<GCancellable>(ref(ended_.get())), key, method, flags});
+    // Without a deadline, since nobody waits: a portal answers as late as the slowest of those that it asks itself,
+    // each of which it gives as long as the usual deadline.
+    g_dbus_connection_call(
+        bus_.get(), portalName, portalPath, settings, method, g_variant_new("(ss)", appearance, key),
+        G_VARIANT_TYPE("(v)"), flags, G_MAXINT, ended_.get(), &Conversation::answered,
+        new Question{this, OwnedObject<GCancellable>(ref(ended_.get())), key, method, flags, announcements_[key]});
   }
 
   static void answered(GObject* source, GAsyncResult* result, gpointer data) {
@@ -133,11 +139,22 @@ class AppearancePortal::Conversation {
       ask(question.key, "Read", question.flags);
       return;
     }
-    if (answer != nullptr) {
+    // Portals that answer on several threads tell an old value after a change of it.
+    if (answer != nullptr && question.announcements == announcements_[question.key]) {
       const OwnedVariant value(g_variant_get_child_value(answer, 0));
       keep(question.key, value.get());
     }
-    if (open_ == 0) tell();  // both at once, for one drawing
+    // Both at once, for one drawing; what is known does not wait for what may never come.
+    if (open_ == 0) return tell();
+    constexpr guint moment = 50;
+    if (answer != nullptr && telling_ == 0) telling_ = g_timeout_add(moment, &Conversation::tellNow, this);
+  }
+
+  static gboolean tellNow(gpointer self) {
+    auto& conversation = *static_cast<Conversation*>(self);
+    conversation.telling_ = 0;
+    conversation.tell();
+    return G_SOURCE_REMOVE;
   }
 
   static void settingChanged(GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
@@ -147,8 +164,10 @@ class AppearancePortal::Conversation {
     GVariant* value = nullptr;
     g_variant_get(arguments, "(&s&s@v)", nullptr, &key, &value);
     const OwnedVariant owned(value);
-    static_cast<Conversation*>(self)->keep(key, value);
-    static_cast<Conversation*>(self)->tell();
+    auto& conversation = *static_cast<Conversation*>(self);
+    ++conversation.announcements_[key];
+    conversation.keep(key, value);
+    conversation.tell();
   }
 
   /// A portal that comes later, or anew, may know better. It is there already: nothing is started for this.
@@ -166,6 +185,7 @@ class AppearancePortal::Conversation {
   }
 
   void tell() {
+    if (telling_ != 0) g_source_remove(std::exchange(telling_, 0));
     if (now_ == told_) return;
     told_ = now_;
     changed_(now_);
@@ -176,7 +196,9 @@ class AppearancePortal::Conversation {
   OwnedObject<GDBusConnection> bus_;
   guint settingChanges_ = 0;
   guint ownerChanges_ = 0;
-  int open_ = 0;  ///< questions without an answer yet
+  std::map<std::string, int, std::less<>> announcements_;  ///< of changes, by key
+  int open_ = 0;                                           ///< questions without an answer yet
+  guint telling_ = 0;                                      ///< the timer after which what is known is told
   DesktopAppearance now_;
   DesktopAppearance told_;
 };

@@ -92,12 +92,53 @@ TEST(AppearancePortal, HearsAPortalThatComesLater) {
   EXPECT_THAT(listener.told, ElementsAre(darkWithAccent));
 }
 
+TEST(AppearancePortal, TellsWhatIsKnownWhileTheRestStaysUnanswered) {
+  const support::SessionBus bus;
+  StandInPortal portal(bus,
+                       {.appearance = {ColourScheme::dark, AccentColour{1, 0, 0.2}}, .silentAbout = {"accent-color"}});
+  Listener listener(bus.address());
+  listener.listenUntil(1);
+  EXPECT_THAT(listener.told, ElementsAre(DesktopAppearance{Appearance::dark, {}}));
+  portal.speak();
+  listener.listenUntil(2);
+  EXPECT_EQ(listener.told.back(), darkWithAccent);
+}
+
+TEST(AppearancePortal, TellsWhatASilentPortalSaysInTheEnd) {
+  const support::SessionBus bus;
+  StandInPortal portal(bus, {.appearance = {ColourScheme::dark, AccentColour{1, 0, 0.2}},
+                             .silentAbout = {"accent-color", "color-scheme"}});
+  Listener listener(bus.address());
+  while (portal.reads() < 2) g_main_context_iteration(nullptr, FALSE);
+  EXPECT_THAT(listener.told, IsEmpty());
+  portal.speak();
+  listener.listenUntil(1);
+  EXPECT_THAT(listener.told, ElementsAre(darkWithAccent));
+}
+
+TEST(AppearancePortal, TakesNoAnswerForNewsThatIsOlderThanAChange) {
+  const support::SessionBus bus;
+  StandInPortal portal(bus, {.appearance = {ColourScheme::light, {}}, .silentAbout = {"accent-color", "color-scheme"}});
+  Listener listener(bus.address());
+  while (portal.reads() < 2) g_main_context_iteration(nullptr, FALSE);
+  portal.change({ColourScheme::dark, {}});
+  portal.speakOf({ColourScheme::light, AccentColour{1, 0, 0.2}});
+  listener.listenUntil(2);
+  EXPECT_THAT(listener.told, ElementsAre(DesktopAppearance{Appearance::dark, {}}, darkWithAccent));
+}
+
 TEST(AppearancePortal, EndsWhileItsQuestionsAreOpen) {
   const support::SessionBus bus;
   StandInPortal portal(bus, {.appearance = {ColourScheme::dark, {}}});
   for (int steps = 0; steps < 12; ++steps) {
     Listener ended(bus.address());
     for (int i = 0; i < steps; ++i) g_main_context_iteration(nullptr, FALSE);
+  }
+  {
+    // What it told while the other question is open, and what it was about to.
+    const support::SessionBus quiet;
+    const StandInPortal half(quiet, {.appearance = {ColourScheme::dark, {}}, .silentAbout = {"accent-color"}});
+    for (const std::size_t told : {0U, 1U}) Listener(quiet.address()).listenUntil(told);
   }
   Listener listener(bus.address());
   portal.change({ColourScheme::light, {}});

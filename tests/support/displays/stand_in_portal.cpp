@@ -3,10 +3,13 @@
 #include <atomic>
 #include <cerrno>
 #include <cstring>
+#include <memory>
 #include <mutex>
 #include <stdexcept>
 #include <string_view>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -28,6 +31,11 @@ constexpr const char* accentColourKey = "accent-color";
 void check(int result, const char* what) {
   if (result < 0) throw std::runtime_error(std::string(what) + ": " + std::strerror(-result));
 }
+
+struct MessageRelease {
+  void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
+};
+using Message = std::unique_ptr<sd_bus_message, MessageRelease>;
 
 int appendValue(sd_bus_message* message, ColourScheme scheme) {
   return sd_bus_message_append(message, "v", "u", static_cast<std::uint32_t>(scheme));
@@ -65,6 +73,22 @@ class StandInPortal::Server {
     if (schemeChanged) announce(colourSchemeKey, *now.colourScheme);
     if (accentChanged) announce(accentColourKey, *now.accentColour);
     check(sd_bus_flush(connection_.get()), "announcing a setting");
+  }
+
+  void speak(const std::optional<Appearance>& past) {
+    const std::lock_guard lock(mutex_);
+    settings_.silentAbout.clear();
+    const auto now = settings_.appearance;
+    settings_.appearance = past.value_or(now);
+    for (const auto& [call, form] : std::exchange(waiting_, {})) {
+      check(sd_bus_message_rewind(call.get(), 1), "reading a question again");
+      sd_bus_error error = SD_BUS_ERROR_NULL;
+      const int result = answerRead(call.get(), &error, form);
+      if (result < 0) sd_bus_reply_method_error(call.get(), &error);
+      sd_bus_error_free(&error);
+    }
+    settings_.appearance = now;
+    check(sd_bus_flush(connection_.get()), "answering at last");
   }
 
  private:
@@ -118,9 +142,17 @@ class StandInPortal::Server {
 
   int read(sd_bus_message* call, sd_bus_error* error, ReadForm form) {
     ++reads_;
+    return answerRead(call, error, form);
+  }
+
+  int answerRead(sd_bus_message* call, sd_bus_error* error, ReadForm form) {
     const char* space = "";
     const char* key = "";
     if (const int result = sd_bus_message_read(call, "ss", &space, &key); result < 0) return result;
+    if (settings_.silentAbout.contains(key)) {
+      waiting_.emplace_back(Message(sd_bus_message_ref(call)), form);
+      return 1;
+    }
     const auto asked = [&](const char* name) {
       return std::string_view(space) == nameSpace && std::string_view(key) == name;
     };
@@ -177,6 +209,7 @@ class StandInPortal::Server {
   Settings settings_;
   BusConnection connection_;
   platform::FileDescriptor wake_;
+  std::vector<std::pair<Message, ReadForm>> waiting_;
   std::mutex mutex_;
   std::atomic<int> reads_ = 0;
   std::jthread thread_;  // last: it ends before what it uses
@@ -186,6 +219,8 @@ StandInPortal::StandInPortal(const SessionBus& bus, const Settings& settings)
     : server_(std::make_unique<Server>(bus, settings)) {}
 StandInPortal::~StandInPortal() = default;
 void StandInPortal::change(const Appearance& appearance) { server_->change(appearance); }
+void StandInPortal::speak() { server_->speak({}); }
+void StandInPortal::speakOf(const Appearance& past) { server_->speak(past); }
 int StandInPortal::reads() const { return server_->reads(); }
 
 }  // namespace support

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "support/session_bus.hpp"
@@ -32,6 +33,7 @@ class StandInPortal {
     Appearance appearance = {};
     ReadForm read = ReadForm::wrappedTwice;
     ReadOneMethod readOne = ReadOneMethod::present;
+    std::set<std::string> silentAbout = {};  // keys; who asks for one has no answer until the portal speaks
   };
 
   /// Returns when it answers. Throws std::runtime_error.
@@ -40,6 +42,11 @@ class StandInPortal {
 
   /// What changed is announced by the signal SettingChanged, which has been sent when this returns.
   void change(const Appearance& appearance);
+
+  /// Answers what was left without an answer, and everything from now on; by what is true now, or was when a portal
+  /// of several threads looked.
+  void speak();
+  void speakOf(const Appearance& past);
 
   /// How often it was asked, by Read, ReadOne or ReadAll.
   int reads() const;
