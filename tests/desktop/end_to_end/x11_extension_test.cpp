@@ -32,14 +32,7 @@ class ExtensionOnX11 : public OnX11 {
     focus(firstPlace());
     desktop().input().key(keys::f5);
   }
-  /// Corners and the outline of the focus left aside.
-  testing::AssertionResult isShown() {
-    constexpr int edge = 20;
-    const ScreenArea inner{firstPlace().x + edge, firstPlace().y + edge, mediumWidth - 2 * edge,
-                           mediumHeight - 2 * edge};
-    return comesToShow(inner, support::crop(board_, edge, edge, mediumWidth - 2 * edge, mediumHeight - 2 * edge),
-                       "x11-last-board");
-  }
+  testing::AssertionResult isShown() { return comesToShowInside(firstPlace(), board_, "x11-last-board"); }
 
   Bitmap board_;
 };

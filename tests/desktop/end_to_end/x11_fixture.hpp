@@ -12,6 +12,7 @@
 #include "desktop/end_to_end/desktop_fixture.hpp"
 #include "desktop/end_to_end/sizes_and_keys.hpp"
 #include "support/displays/x_desktop.hpp"
+#include "support/tool.hpp"
 
 namespace end_to_end {
 
@@ -101,6 +102,31 @@ class OnX11 : public testing::Test {
     return support::showsTheSame(shown(area), expected, name, tolerance);
   }
 
+  /// The same for what an exporter drew of a whole board there, its corners and the outline of the focus left aside.
+  testing::AssertionResult comesToShowInside(const ScreenArea& area, const support::Bitmap& board,
+                                             const std::string& name) {
+    constexpr int edge = 20;
+    const ScreenArea inner{area.x + edge, area.y + edge, area.width - 2 * edge, area.height - 2 * edge};
+    return comesToShow(inner,
+                       support::crop(board, edge, edge, static_cast<std::uint32_t>(inner.width),
+                                     static_cast<std::uint32_t>(inner.height)),
+                       name);
+  }
+
+  /// A background that no board has anything of, to be seen through its corners.
+  void paintBackground() {
+    support::runTool("xsetroot", "x11-xserver-utils", {"-display", display().at("DISPLAY"), "-solid", "#2060a0"},
+                     desktop().bus().path("xsetroot.log"));
+  }
+  /// The screen before any board.
+  void keepBackground() { background_ = desktop().screenshot(); }
+  support::Bitmap expectedAt(const ScreenArea& area, const support::Bitmap& picture) const {
+    return over(support::crop(background_, area.x, area.y, picture.width, picture.height), picture);
+  }
+  support::Bitmap exported(std::vector<std::string> options = {}) {
+    return exportedPicture(display(), settings_, std::move(options));
+  }
+
   /// Where the first widget of a person comes to be.
   ScreenArea firstPlace(int screenWidth = 1280) const {
     return {screenWidth - gap - mediumWidth, gap, mediumWidth, mediumHeight};
@@ -108,6 +134,7 @@ class OnX11 : public testing::Test {
 
   ChangingExtension extension_;
   HostSettings settings_{.extension = extension_.program()};
+  support::Bitmap background_;
 
  private:
   std::optional<Desktop> desktop_;

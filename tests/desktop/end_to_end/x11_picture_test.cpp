@@ -6,12 +6,10 @@
 #include "support/displays/accessible_objects.hpp"
 #include "support/displays/stand_in_portal.hpp"
 #include "support/scripted_http_server.hpp"
-#include "support/tool.hpp"
 
 namespace end_to_end {
 namespace {
 
-using support::Bitmap;
 using support::ColourScheme;
 using support::Pixel;
 using support::StandInPortal;
@@ -35,16 +33,6 @@ class PictureOnX11 : public OnX11 {
     return json::array({serverTask(41, title, "2020-01-05"), serverTask(42, "Sprawdzić korektę", "2020-01-06")}).dump();
   }
 
-  Bitmap exported(std::vector<std::string> options = {}) {
-    return exportedPicture(display(), settings_, std::move(options));
-  }
-
-  /// The screen before any board.
-  void keepBackground() { background_ = desktop().screenshot(); }
-  Bitmap expectedAt(const ScreenArea& area, const Bitmap& picture) const {
-    return over(support::crop(background_, area.x, area.y, picture.width, picture.height), picture);
-  }
-
   /// Square corners would show at the very ones.
   void expectRoundCorners(const ScreenArea& area) {
     const auto screen = desktop().screenshot();
@@ -60,18 +48,10 @@ class PictureOnX11 : public OnX11 {
   support::TemporaryFolder folder_;
   ItemFolder items_{folder_.path("keychain")};
   support::ScriptedHttpServer service_;
-  Bitmap background_;
 };
 
-/// A background that no board has anything of.
-void paintBackground(support::XDesktop& desktop) {
-  support::runTool("xsetroot", "x11-xserver-utils",
-                   {"-display", desktop.environment().at("DISPLAY"), "-solid", "#2060a0"},
-                   desktop.bus().path("xsetroot.log"));
-}
-
 TEST_F(PictureOnX11, ScreenShowsWhatTheExporterDrawsInEverySize) {
-  paintBackground(desktop());
+  paintBackground();
   keepBackground();
   place(display(),
         {placed(1, "systemSmall", "screen", "topLeft", 20, 20), placed(2, "systemMedium", "screen", "topLeft", 280, 20),
@@ -88,7 +68,7 @@ TEST_F(PictureOnX11, ScreenShowsWhatTheExporterDrawsInEverySize) {
 }
 
 TEST_F(PictureOnX11, ScreenShowsTheSameWithACompositingManagerThatComesAndGoes) {
-  paintBackground(desktop());
+  paintBackground();
   const auto corner = [this] { return desktop().screenshot().at(0, 0); };
   const Pixel painted = corner();
   // The manager paints a background of its own.
@@ -108,7 +88,7 @@ TEST_F(PictureOnX11, ScreenShowsTheSameWithACompositingManagerThatComesAndGoes) 
 }
 
 TEST_F(PictureOnX11, PlaceholderIsShownUntilTheFirstTimelineComes) {
-  paintBackground(desktop());
+  paintBackground();
   keepBackground();
   const auto answer = std::make_shared<support::Event>();
   service_.script(tasksTarget, {support::Await{answer},
@@ -122,7 +102,7 @@ TEST_F(PictureOnX11, PlaceholderIsShownUntilTheFirstTimelineComes) {
 
 TEST_F(PictureOnX11, DarkAndAccentOfThePortalAreFollowedAtRunTime) {
   service_.answer(inboxTarget, {.body = json{{"zadania", {serverTask(50, "Do decyzji", std::nullopt)}}}.dump()});
-  paintBackground(desktop());
+  paintBackground();
   keepBackground();
   StandInPortal portal(desktop().bus(), {.appearance = {.colourScheme = ColourScheme::light}});
   start();
