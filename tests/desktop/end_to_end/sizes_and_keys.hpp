@@ -17,6 +17,7 @@ inline constexpr int gap = 20;
 /// By their numbers in the protocol.
 namespace keys {
 inline constexpr std::uint32_t escape = 0xff1b;
+inline constexpr std::uint32_t tab = 0xff09;
 inline constexpr std::uint32_t enter = 0xff0d;
 inline constexpr std::uint32_t left = 0xff51;
 inline constexpr std::uint32_t up = 0xff52;

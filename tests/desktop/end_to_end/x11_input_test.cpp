@@ -166,6 +166,22 @@ TEST_F(InputOnX11, GalleryOpensByKeyAddsByEnterAndClosesByEscape) {
   EXPECT_EQ(extension_.requests("timeline"), 1U);
 }
 
+TEST_F(InputOnX11, TabGoesThroughTheGalleryAsItIsRead) {
+  startWithTwo();
+  press(keys::insert);
+  awaitGallery();
+  // It begins at the medium size and goes round.
+  const std::vector<std::pair<std::vector<std::uint32_t>, std::string>> steps{
+      {{}, "systemLarge"}, {{}, "systemSmall"}, {{}, "systemMedium"}, {{keys::shift}, "systemSmall"}};
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    press(keys::tab, steps[i].first);
+    press(keys::enter);
+    ASSERT_TRUE(eventually([&] { return placedCount() == 3 + i; })) << host().said();
+    EXPECT_EQ(placements(display())["widgets"].at(2 + i)["family"], steps[i].second) << i;
+    awaitGallery();
+  }
+}
+
 TEST_F(InputOnX11, SecondStartOpensTheGalleryOfTheFirst) {
   startWithTwo();
   const DesktopHost second(display(), settings_);
