@@ -161,6 +161,11 @@ class Fake {
            ::raise(SIGSEGV);
          }},
         {"hang", [](Fake&, const Request&) { hang(); }},
+        {"stop in render",
+         [](Fake& fake, const Request& request) {
+           if (request.method == "render") ::raise(SIGSTOP);
+           fake.answer(request);
+         }},
         {"spin",
          [](Fake&, const Request&) {
            for (volatile bool on = true; on;) {
