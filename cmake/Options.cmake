@@ -26,8 +26,8 @@ endif()
 
 add_library(vamba_compile_options INTERFACE)
 target_compile_options(vamba_compile_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-qual
-  -Wconversion -Wsign-conversion -Woverloaded-virtual
+  -Wall -Wextra -Wpedantic -Wshadow -Wcast-qual -Wconversion -Wsign-conversion
+  $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual>
   -Wno-missing-field-initializers # designated initialisers leave defaulted members out on purpose
   $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> # g++ 12 sees moved-from variants as uninitialised
   $<$<BOOL:${VAMBA_WARNINGS_AS_ERRORS}>:-Werror>)

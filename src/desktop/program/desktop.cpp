@@ -316,6 +316,7 @@ void Desktop::reload() {
 void Desktop::openGallery() {
   parts_.journal.sayIfVerbose("the gallery opens");
   if (!gallery_) {
+    parts_.theme.use();
     gallery_ = std::make_unique<GalleryWindow>(
         texts_, GalleryWindow::Actions{.add = [this](const std::string& family) { add(family); },
                                        .closed = [this] { MainLoop::postWhenIdle([this] { closeGallery(); }); }});

@@ -16,6 +16,7 @@
 #include "desktop/windows/board_window.hpp"
 #include "desktop/windows/gallery_window.hpp"
 #include "desktop/windows/monitors.hpp"
+#include "desktop/windows/theme.hpp"
 #include "host/feed/feed_thread.hpp"
 
 namespace desktop {
@@ -37,6 +38,7 @@ class Desktop final : public BoardCommands {
   struct Parts {
     MainLoop& loop;
     const Journal& journal;
+    Theme& theme;
     SurfaceStyle style;
     std::optional<PlacementStore> store;  ///< none where the environment names no folder to keep placements in
   };
@@ -59,6 +61,7 @@ class Desktop final : public BoardCommands {
   void step(int id, Direction direction) override;
   void resize(int id, const std::string& family) override;
   void remove(int id) override;
+  void menuOpens() override { parts_.theme.use(); }
   void reload() override;
   std::optional<absl::Time> nextReload() const override { return nextReload_; }
   void quit() override { parts_.loop.quit(); }

@@ -12,6 +12,7 @@
 #include "desktop/program/single_instance.hpp"
 #include "desktop/windows/display_way.hpp"
 #include "desktop/windows/fonts_in_preparation.hpp"
+#include "desktop/windows/theme.hpp"
 #include "desktop/windows/toolkit_look.hpp"
 #include "host/commands/exit_status.hpp"
 #include "host/commands/program_folder.hpp"
@@ -36,7 +37,7 @@ std::optional<PlacementStore> placementStore(const Journal& journal) {
 /// this lives.
 class Look {
  public:
-  explicit Look(Desktop& desktop) : desktop_(desktop) {
+  Look(Desktop& desktop, const Theme& theme) : desktop_(desktop), theme_(theme) {
     onToolkitLookChange(apply_);
     apply();
   }
@@ -55,13 +56,14 @@ class Look {
 
  private:
   void apply() {
-    const auto toolkit = toolkitLook();
+    const auto toolkit = toolkitLook(theme_);
     const auto appearance = asked_.scheme.value_or(toolkit.appearance);
     desktop_.setLook({.appearance = appearance, .accent = asked_.accent, .textScale = toolkit.textScale});
     useAppearance(appearance);
   }
 
   Desktop& desktop_;
+  const Theme& theme_;
   DesktopAppearance asked_;
   std::function<void()> apply_ = [this] { apply(); };
   std::optional<AppearancePortal> portal_;
@@ -76,6 +78,8 @@ host::CommandResult run(const host::CommandLine& line) {
   useDisplayWay(way);
   journal.sayIfVerbose("the display: " + std::string(describe(way)));
 
+  Theme theme;
+
   // One arena of memory for its threads, which seldom want any.
   mallopt(M_ARENA_MAX, 1);
 
@@ -88,8 +92,9 @@ host::CommandResult run(const host::CommandLine& line) {
   });
   MainLoop loop;
   const auto stacking = line.partOfDesktop ? Stacking::desktop : Stacking::below;
-  Desktop desktop({.loop = loop, .journal = journal, .style = {way, stacking}, .store = placementStore(journal)},
-                  {.program = line.extension.value_or(host::usualExtensionPath())});
+  Desktop desktop(
+      {.loop = loop, .journal = journal, .theme = theme, .style = {way, stacking}, .store = placementStore(journal)},
+      {.program = line.extension.value_or(host::usualExtensionPath())});
   // Times and numbers are formatted without it, and the host's texts need no locale.
   gtk_disable_setlocale();
   if (gtk_init_check(nullptr, nullptr) == FALSE) return failure("the display can't be opened");
@@ -98,7 +103,7 @@ host::CommandResult run(const host::CommandLine& line) {
     return {};
   }
   running = &desktop;
-  Look look(desktop);
+  Look look(desktop, theme);
   fonts.use();
   // What the extension has answered by now is shown at once.
   MainLoop::runPosted();

@@ -74,6 +74,7 @@ void destroyWhenClosed(GtkWidget* menu) {
 
 void popUpBoardMenu(GtkWidget* board, const MenuSubject& subject, BoardCommands& commands, const Texts& texts,
                     const GdkEvent* event) {
+  commands.menuOpens();
   const int id = subject.id;
   GtkWidget* const menu = gtk_menu_new();
   append(menu, submenu(texts.size, sizes(subject, commands, texts)));

@@ -21,20 +21,9 @@ bool preferredDarkAtStart() {
   return atStart;
 }
 
-/// Setting it makes the toolkit parse its theme anew, even where nothing changes.
+/// Setting it is told as a change even where nothing changes.
 void preferTheme(bool dark) {
   if (prefersDark() != dark) g_object_set(gtk_settings_get_default(), preferDark, dark ? TRUE : FALSE, nullptr);
-}
-
-/// By the background of the theme in use.
-bool themeIsDark() {
-  GtkStyleContext* const style = gtk_style_context_new();
-  gtk_style_context_set_screen(style, gdk_screen_get_default());
-  GdkRGBA background{};
-  const bool known = gtk_style_context_lookup_color(style, "theme_bg_color", &background) != FALSE;
-  g_object_unref(style);
-  // Relative luminance without the curve: dark or light is all that is asked.
-  return known && 0.2126 * background.red + 0.7152 * background.green + 0.0722 * background.blue < 0.5;
 }
 
 double textScale() {
@@ -48,12 +37,9 @@ double textScale() {
 
 }  // namespace
 
-ToolkitLook toolkitLook() {
+ToolkitLook toolkitLook(const Theme& theme) {
   // What `useAppearance` chose says nothing of what the person did.
-  const bool chosen = prefersDark();
-  preferTheme(preferredDarkAtStart());
-  const bool dark = preferredDarkAtStart() || themeIsDark();
-  preferTheme(chosen);
+  const bool dark = preferredDarkAtStart() || theme.isDark();
   return {.appearance = dark ? render::Appearance::dark : render::Appearance::light, .textScale = textScale()};
 }
 

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "desktop/windows/board_picture.hpp"
+#include "desktop/windows/theme.hpp"
 
 namespace desktop {
 
@@ -14,7 +15,7 @@ struct ToolkitLook {
   bool operator==(const ToolkitLook&) const = default;
 };
 
-ToolkitLook toolkitLook();
+ToolkitLook toolkitLook(const Theme& theme);
 
 /// Whether menus and the gallery are drawn dark.
 void useAppearance(render::Appearance appearance);
