@@ -1,6 +1,7 @@
 // An extension that behaves as FAKE_EXTENSION tells: well by default, else in one of the ways in which a process can
 // fail its host. FAKE_EXTENSION_STARTS names a file to which each process it consists of adds its number,
-// FAKE_EXTENSION_REQUESTS one to which it adds what it is asked. FAKE_EXTENSION_TITLE is what its timelines say.
+// FAKE_EXTENSION_REQUESTS one to which it adds what it is asked. FAKE_EXTENSION_TITLE is what its timelines say. While
+// there is a file FAKE_EXTENSION_HELD, no view is answered.
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -58,6 +59,7 @@ json resultOf(const Request& request) {
             {"policy", {{"type", "after"}, {"date", platform::formatInstant(absl::Now() + absl::Seconds(seconds))}}}};
   }
   if (request.method == "render") {
+    while (::access(environment("FAKE_EXTENSION_HELD").c_str(), F_OK) == 0) ::usleep(1000);
     const std::string title = request.params["entry"].value("tytul", "") + " " + request.params.value("family", "");
     return {{"view", {{"type", "text"}, {"text", title}, {"containerBackground", "background"}}}};
   }

@@ -62,21 +62,25 @@ void Feed::handleWakeUps() {
 void Feed::reload() {
   firstLoad_ = FirstLoad::atOnce;
   if (families_.empty()) return;
-  const auto date = load();
-  if (!date) return failed(date.error());
+  // A clock that is set during the load is told after it.
+  planRedraw();
+  const auto wait = load();
+  if (!wait) return failed(wait.error());
   extension_.stop();
-  plan(schedule_.loaded(absl::Now(), *date));
+  plan(*wait);
 }
 
-std::expected<absl::Time, ExtensionFailure> Feed::load() {
+std::expected<Wait, ExtensionFailure> Feed::load() {
   if (auto found = findWidget(); !found) return std::unexpected(std::move(found).error());
   auto timeline = extension_.timeline(widget_.kind, families_.front());
   if (!timeline) return std::unexpected(std::move(timeline).error());
-  if (auto drawn = draw(entryAt(*timeline, absl::Now()), BoardOrigin::load); !drawn) {
+  // The clock that the reload date is by may be set before the boards are drawn.
+  const absl::Time answered = absl::Now();
+  if (auto drawn = draw(entryAt(*timeline, answered), BoardOrigin::load); !drawn) {
     return std::unexpected(std::move(drawn).error());
   }
   timeline_ = *std::move(timeline);
-  return timeline_->reload;
+  return schedule_.loaded(answered, timeline_->reload);
 }
 
 Feed::Failure Feed::findWidget() {

@@ -72,8 +72,8 @@ class Feed {
  private:
   using Failure = std::expected<void, ExtensionFailure>;
 
-  /// The reload date.
-  std::expected<absl::Time, ExtensionFailure> load();
+  /// What to wait for after it.
+  std::expected<Wait, ExtensionFailure> load();
   Failure findWidget();
   Failure showPlaceholders();
   Failure draw(const nlohmann::json& entry, BoardOrigin origin);

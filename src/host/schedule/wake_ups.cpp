@@ -35,19 +35,28 @@ timespec within292Years(timespec value) {
 RealTimeTimer::RealTimeTimer() : descriptor_(timerfd_create(CLOCK_REALTIME, TFD_CLOEXEC | TFD_NONBLOCK)) {}
 
 void RealTimeTimer::set(absl::Time instant) {
+  clockSet_ = !arm(instant) || clockSet_;
+  if (clockSet_) arm(absl::InfinitePast());
+}
+
+/// False where the clock was set meanwhile. The kernel arms the timer all the same, and does not tell it again.
+bool RealTimeTimer::arm(absl::Time instant) {
   const itimerspec timer = once(within292Years(absl::ToTimespec(instant)));
-  timerfd_settime(descriptor_.get(), TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &timer, nullptr);
+  constexpr int flags = TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET;
+  return timerfd_settime(descriptor_.get(), flags, &timer, nullptr) == 0 || errno != ECANCELED;
 }
 
 void RealTimeTimer::clear() {
   const itimerspec off{};
   timerfd_settime(descriptor_.get(), 0, &off, nullptr);
+  clockSet_ = false;
 }
 
 RealTimeTimer::Event RealTimeTimer::take() {
   std::uint64_t count = 0;
-  if (read(descriptor_.get(), &count, sizeof count) == sizeof count) return Event::due;
-  return errno == ECANCELED ? Event::clockSet : Event::none;
+  const bool due = read(descriptor_.get(), &count, sizeof count) == sizeof count;
+  if (!due && errno != ECANCELED) return Event::none;
+  return std::exchange(clockSet_, false) || !due ? Event::clockSet : Event::due;
 }
 
 PauseTimer::PauseTimer() : descriptor_(timerfd_create(CLOCK_BOOTTIME, TFD_CLOEXEC | TFD_NONBLOCK)) {}

@@ -19,14 +19,18 @@ class RealTimeTimer {
 
   RealTimeTimer();
   int descriptor() const { return descriptor_.get(); }
-  /// An instant that has passed is due at once.
+  /// An instant that has passed is due at once. Where the clock was set since the timer was set before and nobody took
+  /// that, it comes first: whoever asks for this instant may have reckoned by the clock as it was.
   void set(absl::Time instant);
   void clear();
-  /// What made the descriptor readable.
+  /// What made the descriptor readable. After `clockSet` the timer is to be set anew.
   Event take();
 
  private:
+  bool arm(absl::Time instant);
+
   platform::FileDescriptor descriptor_;
+  bool clockSet_ = false;  ///< the kernel told so when the timer was set, and it was not taken yet
 };
 
 /// Wakes after a pause, whatever the clocks are set to; time asleep counts.
