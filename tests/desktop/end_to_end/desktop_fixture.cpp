@@ -35,6 +35,7 @@ support::ChildProcess start(const SessionBus::Environment& display, const HostSe
   arguments.insert(arguments.begin(), {VAMBA_HOST, "--extension", settings.extension});
   auto variables = hostEnvironment(display);
   for (const auto& [name, value] : settings.variables) variables[name] = value;
+  for (const auto& name : settings.without) variables.erase(name);
   return support::ChildProcess({.command = std::move(arguments),
                                 .environment = support::environmentLines(variables),
                                 .input = {},

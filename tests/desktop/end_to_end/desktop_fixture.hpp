@@ -42,6 +42,8 @@ struct HostSettings {
   std::vector<std::string> arguments = {"desktop", "--verbose"};
   /// Beside the display's own; the language is Polish and the zone Warsaw unless they say otherwise.
   support::SessionBus::Environment variables = {};
+  /// Those that it goes without in spite of that.
+  std::vector<std::string> without = {};
 };
 
 class DesktopHost {

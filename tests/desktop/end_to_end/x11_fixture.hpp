@@ -92,9 +92,8 @@ class OnX11 : public testing::Test {
                          static_cast<std::uint32_t>(area.height));
   }
   /// Whether the screen comes to show this there.
-  testing::AssertionResult comesToShow(const ScreenArea& area, const support::Bitmap& expected,
-                                       const std::string& name) {
-    const support::Tolerance tolerance;
+  testing::AssertionResult comesToShow(const ScreenArea& area, const support::Bitmap& expected, const std::string& name,
+                                       const support::Tolerance& tolerance = {}) {
     eventually([&] {
       return support::differingPixels(shown(area), expected, tolerance.channel) * tolerance.oneMayDiffer <=
              expected.pixels.size();
@@ -104,13 +103,13 @@ class OnX11 : public testing::Test {
 
   /// The same for what an exporter drew of a whole board there, its corners and the outline of the focus left aside.
   testing::AssertionResult comesToShowInside(const ScreenArea& area, const support::Bitmap& board,
-                                             const std::string& name) {
+                                             const std::string& name, const support::Tolerance& tolerance = {}) {
     constexpr int edge = 20;
     const ScreenArea inner{area.x + edge, area.y + edge, area.width - 2 * edge, area.height - 2 * edge};
     return comesToShow(inner,
                        support::crop(board, edge, edge, static_cast<std::uint32_t>(inner.width),
                                      static_cast<std::uint32_t>(inner.height)),
-                       name);
+                       name, tolerance);
   }
 
   /// A background that no board has anything of, to be seen through its corners.

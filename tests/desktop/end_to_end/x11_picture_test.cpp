@@ -1,11 +1,9 @@
 // What a screen shows of a real day on X11, beside what the exporter draws of it, and how it follows the desktop's
 // appearance; what a screen reader is told of it.
 
-#include "desktop/end_to_end/x11_fixture.hpp"
-#include "end_to_end/extension_fixture.hpp"
+#include "desktop/end_to_end/x11_service_fixture.hpp"
 #include "support/displays/accessible_objects.hpp"
 #include "support/displays/stand_in_portal.hpp"
-#include "support/scripted_http_server.hpp"
 
 namespace end_to_end {
 namespace {
@@ -16,17 +14,10 @@ using support::StandInPortal;
 using testing::Contains;
 using testing::HasSubstr;
 
-/// Signed in to a service with an unchanging day: no meeting, which would pass, and nothing of today.
-class PictureOnX11 : public OnX11 {
+/// An unchanging day: no meeting, which would pass, and nothing of today.
+class PictureOnX11 : public ServiceOnX11 {
  protected:
-  PictureOnX11() {
-    items_.store("token-urzadzenia", "tajne-7");
-    items_.store("adres-api", service_.url("/api"));
-    answerTasks("Oddać rozliczenie");
-    service_.answer(inboxTarget, {.body = R"({"zadania": []})"});
-    service_.answer(meetingsTarget, {.body = "[]"});
-    settings_ = {.extension = VAMBA_EXTENSION, .variables = {{"VAMBA_KEYCHAIN_DIR", folder_.path("keychain")}}};
-  }
+  PictureOnX11() { answerTasks("Oddać rozliczenie"); }
 
   void answerTasks(const std::string& title) { service_.answer(tasksTarget, {.body = taskList(title)}); }
   static std::string taskList(const std::string& title) {
@@ -44,10 +35,6 @@ class PictureOnX11 : public OnX11 {
       }
     }
   }
-
-  support::TemporaryFolder folder_;
-  ItemFolder items_{folder_.path("keychain")};
-  support::ScriptedHttpServer service_;
 };
 
 TEST_F(PictureOnX11, ScreenShowsWhatTheExporterDrawsInEverySize) {
