@@ -1,10 +1,13 @@
 // A window of 300 x 200 in one colour that writes what happens to it, a line each, to its standard output: "shown",
 // "press BUTTON X Y", "release BUTTON X Y", "key NAME", "monitors COUNT" when one has come or gone. F2 renames it for
-// those who cannot see it, F3 ends it. Arguments: a title, a colour as #rrggbb, and "below" to be kept below others.
+// those who cannot see it, F3 ends it. Arguments: a title, a colour as #rrggbb, and "below" to be kept below others or
+// "panel" to be a panel along the right edge of a Wayland output.
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 
+#include <gtk-layer-shell.h>
 #include <gtk/gtk.h>
 
 namespace {
@@ -46,6 +49,16 @@ void monitorsChanged(GdkDisplay* display, GdkMonitor*, gpointer) {
   tell(line);
 }
 
+/// Of its default width and the output's height, which windows and layers keep clear of.
+void makePanel(GtkWindow* window) {
+  gtk_layer_init_for_window(window);
+  for (const auto edge : {GTK_LAYER_SHELL_EDGE_TOP, GTK_LAYER_SHELL_EDGE_RIGHT, GTK_LAYER_SHELL_EDGE_BOTTOM}) {
+    gtk_layer_set_anchor(window, edge, TRUE);
+  }
+  gtk_widget_set_size_request(GTK_WIDGET(window), 300, -1);
+  gtk_layer_set_exclusive_zone(window, 300);
+}
+
 void painted(GdkFrameClock* clock, gpointer window) {
   g_signal_handlers_disconnect_by_func(clock, reinterpret_cast<gpointer>(painted), window);
   tell("shown");
@@ -59,6 +72,7 @@ int main(int argc, char** argv) {
   gtk_window_set_title(GTK_WINDOW(window), argc > 1 ? argv[1] : "Sample");
   gdk_rgba_parse(&colour, argc > 2 ? argv[2] : "#336699");
   if (argc > 3 && std::strcmp(argv[3], "below") == 0) gtk_window_set_keep_below(GTK_WINDOW(window), TRUE);
+  if (argc > 3 && std::strcmp(argv[3], "panel") == 0) makePanel(GTK_WINDOW(window));
   gtk_window_set_decorated(GTK_WINDOW(window), FALSE);
   gtk_window_set_default_size(GTK_WINDOW(window), 300, 200);
   auto* const accessible = gtk_widget_get_accessible(window);

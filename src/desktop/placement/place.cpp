@@ -5,9 +5,6 @@
 namespace desktop {
 namespace {
 
-bool isRight(Corner corner) { return corner == Corner::topRight || corner == Corner::bottomRight; }
-bool isBottom(Corner corner) { return corner == Corner::bottomLeft || corner == Corner::bottomRight; }
-
 Corner cornerAt(bool right, bool bottom) {
   if (bottom) return right ? Corner::bottomRight : Corner::bottomLeft;
   return right ? Corner::topRight : Corner::topLeft;

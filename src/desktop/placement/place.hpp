@@ -8,6 +8,9 @@ namespace desktop {
 
 enum class Corner { topLeft, topRight, bottomLeft, bottomRight };
 
+constexpr bool isRight(Corner corner) { return corner == Corner::topRight || corner == Corner::bottomRight; }
+constexpr bool isBottom(Corner corner) { return corner == Corner::bottomLeft || corner == Corner::bottomRight; }
+
 struct Place {
   MonitorIdentity monitor;
   Corner corner = Corner::topLeft;

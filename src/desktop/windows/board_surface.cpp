@@ -7,6 +7,7 @@
 #include <gtk-layer-shell.h>
 #include <wayland-client.h>
 
+#include "desktop/placement/place.hpp"
 #include "render/colour/palette.hpp"
 #include "render/picture/frame_style.hpp"
 #include "render/picture/shape.hpp"
@@ -33,12 +34,26 @@ void makeLayer(GtkWindow* window, BoardSurface::Input input) {
   gtk_layer_init_for_window(window);
   gtk_layer_set_namespace(window, "vamba-widget");
   gtk_layer_set_layer(window, GTK_LAYER_SHELL_LAYER_BOTTOM);
-  gtk_layer_set_anchor(window, GTK_LAYER_SHELL_EDGE_LEFT, TRUE);
-  gtk_layer_set_anchor(window, GTK_LAYER_SHELL_EDGE_TOP, TRUE);
   constexpr guint onDemandSince = 4;
   if (input == BoardSurface::Input::all && gtk_layer_get_protocol_version() >= onDemandSince) {
     gtk_layer_set_keyboard_mode(window, GTK_LAYER_SHELL_KEYBOARD_MODE_ON_DEMAND);
   }
+}
+
+/// By the nearest corner of its monitor: where a panel takes room, the compositor moves what is kept from that edge.
+void placeLayer(GtkWindow* window, const SurfacePlace& place, Size size) {
+  GdkRectangle monitor{};
+  gdk_monitor_get_geometry(place.monitor, &monitor);
+  const Monitor area{.identity = {}, .area = {0, 0, monitor.width, monitor.height}};
+  const auto [identity, corner, inset] = placeOf(rectAt(place.onMonitor, size), area);
+  const auto keep = [window](GtkLayerShellEdge edge, bool kept, int distance) {
+    gtk_layer_set_anchor(window, edge, kept ? TRUE : FALSE);
+    gtk_layer_set_margin(window, edge, kept ? distance : 0);
+  };
+  keep(GTK_LAYER_SHELL_EDGE_LEFT, !isRight(corner), inset.x);
+  keep(GTK_LAYER_SHELL_EDGE_RIGHT, isRight(corner), inset.x);
+  keep(GTK_LAYER_SHELL_EDGE_TOP, !isBottom(corner), inset.y);
+  keep(GTK_LAYER_SHELL_EDGE_BOTTOM, isBottom(corner), inset.y);
 }
 
 /// The toolkit commits with the next frame, for which a compositor does not ask while the surface is out of sight.
@@ -75,12 +90,17 @@ void BoardSurface::show(std::shared_ptr<BoardPicture> picture) {
   const bool resized = !picture_ || picture_->size() != picture->size();
   picture_ = std::move(picture);
   if (resized) {
-    const auto size = picture_->size();
-    gtk_widget_set_size_request(window_, static_cast<int>(std::lround(size.width)),
-                                static_cast<int>(std::lround(size.height)));
+    const auto [width, height] = pictureSize();
+    gtk_widget_set_size_request(window_, width, height);
     if (gtk_widget_get_visible(window_) != FALSE) shape();
   }
   repaint();
+}
+
+Size BoardSurface::pictureSize() const {
+  if (!picture_) return {};
+  const auto size = picture_->size();
+  return {static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height))};
 }
 
 void BoardSurface::place(const SurfacePlace& place) {
@@ -90,8 +110,7 @@ void BoardSurface::place(const SurfacePlace& place) {
       g_object_ref(place.monitor);
       monitor_.reset(place.monitor);
     }
-    gtk_layer_set_margin(asWindow(window_), GTK_LAYER_SHELL_EDGE_LEFT, place.onMonitor.x);
-    gtk_layer_set_margin(asWindow(window_), GTK_LAYER_SHELL_EDGE_TOP, place.onMonitor.y);
+    placeLayer(asWindow(window_), place, pictureSize());
     commit(window_);
   } else {
     gtk_window_move(asWindow(window_), place.origin.x, place.origin.y);
@@ -188,8 +207,8 @@ void BoardSurface::shape() {
     return;
   }
   const auto size = picture_->size();
-  cairo_surface_t* const mask = cairo_image_surface_create(CAIRO_FORMAT_A1, static_cast<int>(std::lround(size.width)),
-                                                           static_cast<int>(std::lround(size.height)));
+  const auto [width, height] = pictureSize();
+  cairo_surface_t* const mask = cairo_image_surface_create(CAIRO_FORMAT_A1, width, height);
   cairo_t* const cairo = cairo_create(mask);
   for (const auto& corner : render::continuousCorners({0, 0, size.width, size.height}, render::boardRadius)) {
     cairo_line_to(cairo, corner.start.x, corner.start.y);

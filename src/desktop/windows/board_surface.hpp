@@ -55,6 +55,8 @@ class BoardSurface {
  private:
   gboolean draw(cairo_t* cairo);
   void framePainted();
+  /// In whole points; of nothing while there is no picture.
+  Size pictureSize() const;
   void drawFocus(cairo_t* cairo) const;
   void focusChanged(GParamSpec* property);
   void compositingChanged();

@@ -62,6 +62,21 @@ TEST_F(PictureOnWayland, BoardLiesBelowWindows) {
   EXPECT_TRUE(comesToShow(board, "after-window"));
 }
 
+TEST_F(PictureOnWayland, BoardMakesRoomForAPanelAtItsEdge) {
+  start();
+  const auto board = screenWith({{"medium", firstPlace}});
+  ASSERT_TRUE(comesToShow(board, "before-panel"));
+  {
+    const auto panel = sampleWindow(display(), {"Panel", "#ff0000", "panel"});
+    auto beside = screenWith({{"medium", {firstPlace.x - 300, firstPlace.y}}});
+    support::Bitmap panelPicture{.width = 300, .height = beside.height, .pixels = {}};
+    panelPicture.pixels.resize(std::size_t{300} * beside.height, support::Pixel{255, 0, 0, 255});
+    paint(beside, panelPicture, {firstPlace.x + mediumWidth + gap - 300, 0});
+    EXPECT_TRUE(comesToShow(beside, "beside-panel")) << host().said();
+  }
+  EXPECT_TRUE(comesToShow(board, "after-panel"));
+}
+
 TEST_F(PictureOnWayland, DarkOfThePortalIsFollowedAtRunTime) {
   support::StandInPortal portal(desktop().bus(), {.appearance = {.colourScheme = ColourScheme::light}});
   start();
