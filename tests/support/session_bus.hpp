@@ -38,6 +38,9 @@ class SessionBus {
   /// Whether somebody owns the name now.
   bool isOwned(const std::string& name) const;
 
+  /// As when the bus crashes: whoever was on it is cut off, and nobody comes on it any more.
+  void end() { daemon_->kill(); }
+
   /// A path in the session's own folder, which holds `home` and `run`.
   std::string path(const std::string& name) const { return folder_.path(name); }
 

@@ -1,10 +1,12 @@
 #include "desktop/program/run.hpp"
 
+#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <optional>
 
 #include <malloc.h>
+#include <unistd.h>
 
 #include "desktop/appearance/appearance_portal.hpp"
 #include "desktop/program/desktop.hpp"
@@ -98,6 +100,11 @@ host::CommandResult run(const host::CommandLine& line) {
   // Times and numbers are formatted without it, and the host's texts need no locale.
   gtk_disable_setlocale();
   if (gtk_init_check(nullptr, nullptr) == FALSE) return failure("the display can't be opened");
+  sayWhenServerGoes(way, [] {
+    std::fputs("vamba-host: the display has gone\n", stderr);
+    // What Xlib calls this from is not to be left in any other way.
+    _exit(host::exit_status::noAnswer);
+  });
   if (!instance.claim()) {
     journal.say("the widgets are on the desktop already; their gallery opens");
     return {};

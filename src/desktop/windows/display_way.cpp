@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include <X11/Xlib.h>
 #include <wayland-client.h>
 
 namespace desktop {
@@ -59,6 +60,15 @@ void useDisplayWay(DisplayWay way) {
   // Boards are painted without it, and the first program on a fresh X server that asks for it pays dearly: three times
   // the memory and twice the time.
   setenv("GDK_GL", "disable", 0);
+}
+
+void sayWhenServerGoes(DisplayWay way, LastWords lastWords) {
+  if (way != DisplayWay::x11) return;
+  static const LastWords kept = lastWords;
+  XSetIOErrorHandler([](Display* /*display*/) {
+    kept();
+    return 0;
+  });
 }
 
 std::string_view describe(DisplayWay way) {

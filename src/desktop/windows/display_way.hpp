@@ -19,6 +19,11 @@ DisplayWay chooseDisplayWay();
 /// Tells the toolkit, through its environment. Before any thread is started.
 void useDisplayWay(DisplayWay way);
 
+/// Called when the X server goes, which ends the program: the toolkit leaves without a word, with Wayland it has its
+/// own. For once the toolkit has started; does not return.
+using LastWords = void (*)();
+void sayWhenServerGoes(DisplayWay way, LastWords lastWords);
+
 /// For a person: "Wayland, on the bottom layer".
 std::string_view describe(DisplayWay way);
 

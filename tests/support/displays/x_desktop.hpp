@@ -47,6 +47,9 @@ class XDesktop {
   void startCompositing();
   void endCompositing();
 
+  /// As when the server crashes. Nothing that shows or asks for windows may be used any more.
+  void endServer() { server_->kill(); }
+
   /// What the server and the managers said.
   std::string log() const;
 
