@@ -1,4 +1,4 @@
-// Outputs that go and come on a compositor with layer shell.
+// Outputs that go and come on a compositor with layer shell, and one that goes itself.
 #include "desktop/end_to_end/wayland_fixture.hpp"
 
 namespace end_to_end {
@@ -55,6 +55,14 @@ TEST_F(OutputsOnWayland, WidgetIsDraggedWithinTheSecondOutput) {
   desktop().input().drag({1000, 200}, {1098, 322});
   // The screen is not looked at: this compositor leaves traces of layers that move on its second output.
   EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-2", 1, "systemMedium", "topLeft", 140, 160)}));
+}
+
+TEST_F(OutputsOnWayland, HostEndsWithTheCompositorAndTheToolkitSaysSo) {
+  start();
+  ASSERT_TRUE(host().says("a new timeline is shown")) << host().said();
+  desktop().endCompositor();
+  EXPECT_EQ(host().exitStatus(), 1);
+  EXPECT_THAT(host().said(), testing::HasSubstr("Gdk-Message"));
 }
 
 }  // namespace

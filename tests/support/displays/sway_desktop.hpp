@@ -69,6 +69,9 @@ class SwayDesktop {
   /// In the output's own pixels; of all outputs in the largest scale without a name.
   Bitmap screenshot(const std::string& output = {}) const;
 
+  /// As when the compositor crashes. Nothing that shows or asks for windows may be used any more.
+  void endCompositor() { compositor_->kill(); }
+
   std::string log() const;
 
  private:
