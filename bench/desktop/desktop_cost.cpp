@@ -63,7 +63,7 @@ void measureIdle(const char* name, const WatchedProgram& program, double firstFr
   std::this_thread::sleep_for(std::chrono::seconds(seconds));
   const auto after = program.use();
   std::printf("%-26s %12.1f %12llu %10.0f %10.1f %12zu\n", name, firstFrame,
-              static_cast<unsigned long long>(after.wakeUps - before.wakeUps), after.cpuMs - before.cpuMs,
+              static_cast<unsigned long long>(wakeUpsBetween(before, after)), after.cpuMs - before.cpuMs,
               program.pssMb(), program.children());
   std::fflush(stdout);
 }

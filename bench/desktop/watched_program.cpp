@@ -40,6 +40,16 @@ std::uint64_t numberAfter(const std::string& text, const std::string& name) {
 
 }  // namespace
 
+std::uint64_t wakeUpsBetween(const Use& before, const Use& after) {
+  std::uint64_t count = 0;
+  for (const auto& [thread, wakeUps] : after.wakeUps) {
+    const auto earlier = before.wakeUps.find(thread);
+    count += earlier == before.wakeUps.end() ? wakeUps : wakeUps - earlier->second;
+  }
+  for (const auto& [thread, wakeUps] : before.wakeUps) count += after.wakeUps.contains(thread) ? 0 : 1;
+  return count;
+}
+
 WatchedProgram::WatchedProgram(const std::vector<std::string>& words, const std::vector<std::string>& environment) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
@@ -86,14 +96,15 @@ Clock::time_point WatchedProgram::lineWith(const std::string& text) {
 }
 
 void WatchedProgram::settle() const {
-  auto last = use().wakeUps;
+  std::this_thread::sleep_until(started_ + std::chrono::seconds(20));
+  auto last = use();
   for (int quiet = 0; quiet < 3;) {
     std::this_thread::sleep_for(milliseconds(500));
-    const auto now = use().wakeUps;
-    quiet = now == last ? quiet + 1 : 0;
+    const auto now = use();
+    quiet = wakeUpsBetween(last, now) == 0 ? quiet + 1 : 0;
     last = now;
     // What never rests is measured as it is.
-    if (Clock::now() - started_ > std::chrono::seconds(8)) return;
+    if (Clock::now() - started_ > std::chrono::seconds(25)) return;
   }
 }
 
@@ -102,7 +113,8 @@ Use WatchedProgram::use() const {
   const double msATick = 1000.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
   for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(process_) + "/task")) {
     const std::string status = wholeFile(thread.path() / "status");
-    use.wakeUps += numberAfter(status, "voluntary_ctxt_switches") + numberAfter(status, "nonvoluntary_ctxt_switches");
+    use.wakeUps[thread.path().filename()] =
+        numberAfter(status, "voluntary_ctxt_switches") + numberAfter(status, "nonvoluntary_ctxt_switches");
   }
   // The fields after the name, which ends with the last parenthesis (proc(5)).
   const std::string stat = wholeFile("/proc/" + std::to_string(process_) + "/stat");

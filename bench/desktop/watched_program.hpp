@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -14,11 +15,14 @@ namespace bench {
 
 using Clock = std::chrono::steady_clock;
 
-/// What a process, all of its threads together, has used up so far.
+/// What a process has used up so far.
 struct Use {
-  std::uint64_t wakeUps = 0;  ///< times that a thread went to sleep of itself or was set aside
-  double cpuMs = 0;
+  std::map<std::string, std::uint64_t> wakeUps;  ///< by thread: times that it went to sleep or was set aside
+  double cpuMs = 0;                              ///< of all threads, ended ones too
 };
+
+/// Between two moments of one process. A thread that ended between them counts as one wake-up.
+std::uint64_t wakeUpsBetween(const Use& before, const Use& after);
 
 class WatchedProgram {
  public:
@@ -32,7 +36,9 @@ class WatchedProgram {
   Clock::time_point started() const { return started_; }
   /// When a line that holds `text` came, counted from what was read before. Throws where it does not come in 20 s.
   Clock::time_point lineWith(const std::string& text);
-  /// Returns when it has done nothing for a second and a half.
+  /// Returns when it is 20 s old and has done nothing for a second and a half. GLib ends threads that have nothing to
+  /// do after 15 s, and the toolkit's accessibility looks once after 16 s whether somebody listens: both are the
+  /// start's.
   void settle() const;
 
   Use use() const;
