@@ -30,12 +30,14 @@ void describeToManager(GtkWindow* window, Stacking stacking) {
   gtk_window_stick(window);
 }
 
-void makeLayer(GtkWindow* window, BoardSurface::Input input) {
+void makeLayer(GtkWindow* window, BoardSurface::Role role) {
+  const bool isBoard = role == BoardSurface::Role::board;
   gtk_layer_init_for_window(window);
   gtk_layer_set_namespace(window, "vamba-widget");
-  gtk_layer_set_layer(window, GTK_LAYER_SHELL_LAYER_BOTTOM);
+  // Compositors put surfaces of one layer above each other in an order of their own.
+  gtk_layer_set_layer(window, isBoard ? GTK_LAYER_SHELL_LAYER_BOTTOM : GTK_LAYER_SHELL_LAYER_OVERLAY);
   constexpr guint onDemandSince = 4;
-  if (input == BoardSurface::Input::all && gtk_layer_get_protocol_version() >= onDemandSince) {
+  if (isBoard && gtk_layer_get_protocol_version() >= onDemandSince) {
     gtk_layer_set_keyboard_mode(window, GTK_LAYER_SHELL_KEYBOARD_MODE_ON_DEMAND);
   }
 }
@@ -65,8 +67,8 @@ void commit(GtkWidget* window) {
 
 }  // namespace
 
-BoardSurface::BoardSurface(SurfaceStyle style, Input input)
-    : style_(style), input_(input), window_(gtk_window_new(GTK_WINDOW_TOPLEVEL)) {
+BoardSurface::BoardSurface(SurfaceStyle style, Role role)
+    : style_(style), role_(role), window_(gtk_window_new(GTK_WINDOW_TOPLEVEL)) {
   gtk_widget_set_app_paintable(window_, TRUE);
   if (GdkVisual* const visual = gdk_screen_get_rgba_visual(gtk_widget_get_screen(window_)); visual != nullptr) {
     gtk_widget_set_visual(window_, visual);
@@ -74,8 +76,8 @@ BoardSurface::BoardSurface(SurfaceStyle style, Input input)
   describeToManager(asWindow(window_), style.stacking);
   // Windows begin with a visible focus; a board shows it once a key was struck in it.
   gtk_window_set_focus_visible(asWindow(window_), FALSE);
-  if (style.way == DisplayWay::layerShell) makeLayer(asWindow(window_), input);
-  if (input == Input::none) gtk_window_set_accept_focus(asWindow(window_), FALSE);
+  if (style.way == DisplayWay::layerShell) makeLayer(asWindow(window_), role);
+  if (role == Role::image) gtk_window_set_accept_focus(asWindow(window_), FALSE);
   connect<&BoardSurface::draw>(window_, "draw", this);
   connect<&BoardSurface::closeAsked>(window_, "delete-event", this);
   for (const char* signal : {"notify::is-active", "notify::focus-visible"}) {
@@ -196,7 +198,7 @@ void BoardSurface::compositingChanged() {
 
 /// Where nothing composes windows there is no transparency: the corners are cut off.
 void BoardSurface::shape() {
-  if (input_ == Input::none) {
+  if (role_ == Role::image) {
     cairo_region_t* const nowhere = cairo_region_create();
     gtk_widget_input_shape_combine_region(window_, nowhere);
     cairo_region_destroy(nowhere);

@@ -34,9 +34,10 @@ struct SurfacePlace {
 
 class BoardSurface {
  public:
-  enum class Input { all, none };
+  /// An image follows a board that is dragged: above everything, and nothing can be done with it.
+  enum class Role { board, image };
 
-  BoardSurface(SurfaceStyle style, Input input);
+  BoardSurface(SurfaceStyle style, Role role);
   ~BoardSurface();
   BoardSurface(const BoardSurface&) = delete;
   BoardSurface& operator=(const BoardSurface&) = delete;
@@ -66,7 +67,7 @@ class BoardSurface {
   gboolean closeAsked(GdkEvent* event);
 
   SurfaceStyle style_;
-  Input input_;
+  Role role_;
   GtkWidget* window_;
   std::shared_ptr<BoardPicture> picture_;  // shared with the copies of the same size
   SurfacePlace place_;

@@ -34,7 +34,7 @@ std::optional<Direction> directionOf(guint key) {
 }  // namespace
 
 BoardWindow::BoardWindow(int id, SurfaceStyle style, BoardCommands& commands, const Texts& texts)
-    : id_(id), style_(style), commands_(commands), texts_(texts), surface_(style, BoardSurface::Input::all) {
+    : id_(id), style_(style), commands_(commands), texts_(texts), surface_(style, BoardSurface::Role::board) {
   GtkWidget* const window = surface_.widget();
   gtk_widget_add_events(window, GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK | GDK_BUTTON1_MOTION_MASK);
   connect<&BoardWindow::pressed>(window, "button-press-event", this);
@@ -105,7 +105,7 @@ void BoardWindow::dragTo(Point origin) {
   place.origin = dropped_;
   if (style_.way != DisplayWay::layerShell) return surface_.place(place);
   if (!image_) {
-    image_ = std::make_unique<BoardSurface>(style_, BoardSurface::Input::none);
+    image_ = std::make_unique<BoardSurface>(style_, BoardSurface::Role::image);
     image_->show(picture_);
     surface_.fade(draggedOpacity);
   }

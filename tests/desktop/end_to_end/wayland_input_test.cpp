@@ -34,21 +34,22 @@ class InputOnWayland : public OnSway {
   const nlohmann::json keptSmall = placedOn("HEADLESS-1", 2, "systemSmall", "topRight", 220, 40);
 };
 
-TEST_F(InputOnWayland, DraggedBoardDimsWhileAnImageOfItGoesToTheGrid) {
+TEST_F(InputOnWayland, DraggedBoardDimsBelowAnImageOfItThatGoesToTheGrid) {
   startWithTwo();
-  const ScreenPoint to{middle.x + 557, middle.y + 204};
-  const ShownBoard dropped{"medium", {760, 500}};
+  const ScreenPoint to{middle.x + 117, middle.y + 104};
+  const ShownBoard dropped{"medium", {320, 400}};
   desktop().input().moveTo(middle);
   desktop().input().press();
   moveAsAHand(to);
-  auto dragging = screenWith({small, dropped});
+  auto dragging = screenWith({small});
   constexpr double dimmed = 0.4;
   paint(dragging, faded(exported("medium"), dimmed), medium.place);
+  paint(dragging, exported("medium"), dropped.place);
   EXPECT_TRUE(comesToShowBesideTheCursor(dragging, "dragging"));
   EXPECT_EQ(kept(), keptMedium);
   desktop().input().release();
   EXPECT_TRUE(comesToShow(screenWith({dropped, small}), "dropped"));
-  EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-1", 1, "systemMedium", "bottomRight", 40, 60), keptSmall}));
+  EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-1", 1, "systemMedium", "bottomLeft", 320, 160), keptSmall}));
   start();
   EXPECT_TRUE(comesToShow(screenWith({dropped, small}), "dropped-after-restart"));
 }
