@@ -92,7 +92,8 @@ void Desktop::begin(std::function<void()> shown) {
 void Desktop::loadWhenShown(std::function<void()> shown) {
   const auto load = [this, shown = std::move(shown)] {
     if (std::exchange(loading_, true)) return;
-    feed_.post([](host::Feed& feed) { feed.reload(); });
+    // The extension's own placeholder may be on its way.
+    feed_.postInTurn([](host::Feed& feed) { feed.reload(); });
     shown();
   };
   constexpr absl::Duration atLast = absl::Milliseconds(300);

@@ -30,8 +30,8 @@ class SignalsBlocked {
 
 FeedThread::FeedThread(ExtensionSettings settings, FeedListener& listener, Feed::Placeholders placeholders,
                        Feed::FirstLoad firstLoad)
-    : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-  settings.interruption = wake_.get();
+    : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), interruption_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  settings.interruption = interruption_.get();
   const SignalsBlocked blocked;
   thread_ = std::jthread([this, settings = std::move(settings), &listener, placeholders, firstLoad]() mutable {
     Feed feed(std::move(settings), listener, placeholders, firstLoad);
@@ -44,21 +44,29 @@ FeedThread::~FeedThread() {
     const std::scoped_lock lock(mutex_);
     ending_ = true;
   }
+  eventfd_write(interruption_.get(), 1);
   eventfd_write(wake_.get(), 1);
 }
 
 void FeedThread::post(Task task) {
-  {
-    const std::scoped_lock lock(mutex_);
-    posted_.push_back(std::move(task));
-  }
+  // Both at once: a task that was taken already must not interrupt itself.
+  const std::scoped_lock lock(mutex_);
+  posted_.push_back(std::move(task));
+  eventfd_write(interruption_.get(), 1);
+  eventfd_write(wake_.get(), 1);
+}
+
+void FeedThread::postInTurn(Task task) {
+  const std::scoped_lock lock(mutex_);
+  posted_.push_back(std::move(task));
   eventfd_write(wake_.get(), 1);
 }
 
 std::vector<FeedThread::Task> FeedThread::takePosted() {
+  const std::scoped_lock lock(mutex_);
   eventfd_t count = 0;
   eventfd_read(wake_.get(), &count);
-  const std::scoped_lock lock(mutex_);
+  eventfd_read(interruption_.get(), &count);
   return std::exchange(posted_, {});
 }
 

@@ -26,12 +26,15 @@ class FeedThread {
 
   /// Runs the task on the feed's thread, soon: a load under way is interrupted for it and begins again afterwards.
   void post(Task task);
+  /// Runs the task once what the feed is doing has ended.
+  void postInTurn(Task task);
 
  private:
   void run(Feed& feed);
   std::vector<Task> takePosted();
 
-  platform::FileDescriptor wake_;  ///< readable while something is posted
+  platform::FileDescriptor wake_;          ///< readable while something is posted
+  platform::FileDescriptor interruption_;  ///< readable while something is posted that does not wait
   std::mutex mutex_;
   std::vector<Task> posted_;
   bool ending_ = false;

@@ -11,6 +11,7 @@
 
 #include "host/feed/feed_thread.hpp"
 #include "support/environment.hpp"
+#include "support/file_content.hpp"
 #include "support/temporary_folder.hpp"
 #include "support/waiting.hpp"
 
@@ -194,6 +195,22 @@ TEST_F(FeedTest, InterruptsALoadForAWishAndBeginsItAgain) {
   thread.post([](Feed& feed) { feed.show({"systemLarge"}); });
   ASSERT_TRUE(told_.waitFor(3));
   EXPECT_THAT(told_.all().back(), HasSubstr("timeline systemLarge"));
+}
+
+TEST_F(FeedTest, LetsThePlaceholderComeBeforeALoadThatWaitsItsTurn) {
+  folder_.write("held", "");
+  environment_.set("FAKE_EXTENSION_HELD", folder_.path("held"));
+  environment_.set("FAKE_EXTENSION_REQUESTS", folder_.path("requests"));
+  const auto rendering = [this] { return support::contentOf(folder_.path("requests")).contains("render"); };
+  FeedThread thread(settings(), told_, Feed::Placeholders::untilLoaded, Feed::FirstLoad::whenAskedFor);
+  thread.post([](Feed& feed) { feed.show({"systemSmall"}); });
+  ASSERT_TRUE(support::eventually(rendering));
+  thread.postInTurn([](Feed& feed) { feed.reload(); });
+  std::filesystem::remove(folder_.path("held"));
+  ASSERT_TRUE(told_.waitFor(3));
+  EXPECT_THAT(told_.all(),
+              ElementsAre("widget fake", "placeholder, placeholder systemSmall", "load, timeline systemSmall"));
+  EXPECT_EQ(starts(), 1U);
 }
 
 }  // namespace
