@@ -6,7 +6,7 @@ namespace widzety {
 
 std::string KlientApi::adresBazowy() const { return pek_.czytaj(kontoAdresu).value_or(std::string(adresDomyslny)); }
 
-std::expected<std::string, BladApi> KlientApi::pobierzTresc(std::string_view sciezka, std::stop_token stop) const {
+std::expected<platform::UrlRequest, BladApi> KlientApi::przygotuj(std::string_view sciezka) const {
   const auto token = pek_.czytaj(kontoTokenu);
   if (!token || token->empty()) return std::unexpected(BladApi::brakPoswiadczenia());
 
@@ -18,7 +18,11 @@ std::expected<std::string, BladApi> KlientApi::pobierzTresc(std::string_view sci
                                  .timeoutInterval = absl::Seconds(60)};
   zapytanie.setValue("Bearer " + *token, "Authorization");
   zapytanie.setValue("application/json", "Accept");
+  return zapytanie;
+}
 
+std::expected<std::string, BladApi> KlientApi::pobierzTresc(const platform::UrlRequest& zapytanie,
+                                                            std::stop_token stop) const {
   auto wynik = wspolnaSesja().data(zapytanie, std::move(stop));
   if (!wynik) return std::unexpected(BladApi::siec(std::move(wynik).error()));
 

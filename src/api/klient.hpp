@@ -3,6 +3,7 @@
 #pragma once
 
 #include <expected>
+#include <functional>
 #include <stop_token>
 #include <string_view>
 #include <variant>
@@ -11,6 +12,7 @@
 #include "api/pek_kluczy.hpp"
 #include "api/wspolne.hpp"
 #include "model/dekodowanie.hpp"
+#include "platform/url_session/url_request.hpp"
 
 namespace widzety {
 
@@ -26,10 +28,15 @@ class KlientApi {
 
   /// Fetches `sciezka` (which begins with "/") below the effective base address and decodes the body as `Wynik`. Reads
   /// the keychain anew. On 401 the device token is deleted. Blocks; a stop ends the transfer, which comes out as
-  /// `siec`.
+  /// `siec`. `poOdczycie` is called once, after the keychain was read, whatever came of that, and before anything is
+  /// sent.
   template <typename Wynik>
-  std::expected<Wynik, BladPobrania> pobierz(std::string_view sciezka, std::stop_token stop) const {
-    auto tresc = pobierzTresc(sciezka, std::move(stop));
+  std::expected<Wynik, BladPobrania> pobierz(
+      std::string_view sciezka, std::stop_token stop, const std::function<void()>& poOdczycie = [] {}) const {
+    auto zapytanie = przygotuj(sciezka);
+    poOdczycie();
+    if (!zapytanie) return std::unexpected(BladPobrania(std::move(zapytanie).error()));
+    auto tresc = pobierzTresc(*zapytanie, std::move(stop));
     if (!tresc) return std::unexpected(BladPobrania(std::move(tresc).error()));
     auto wynik = wspolnyDekoder().decode<Wynik>(*tresc);
     if (!wynik) return std::unexpected(BladPobrania(std::move(wynik).error()));
@@ -37,8 +44,9 @@ class KlientApi {
   }
 
  private:
+  std::expected<platform::UrlRequest, BladApi> przygotuj(std::string_view sciezka) const;
   /// The body of an answer with a status from 200 to 299.
-  std::expected<std::string, BladApi> pobierzTresc(std::string_view sciezka, std::stop_token stop) const;
+  std::expected<std::string, BladApi> pobierzTresc(const platform::UrlRequest& zapytanie, std::stop_token stop) const;
   std::string adresBazowy() const;
 
   PekKluczy pek_;

@@ -3,6 +3,7 @@
 #include "api/klient.hpp"
 #include "api/wspolne.hpp"
 #include "platform/tasks/child_task.hpp"
+#include "platform/tasks/starting_line.hpp"
 #include "texts/tlumaczenia.hpp"
 #include "timeline/wybor.hpp"
 
@@ -20,13 +21,25 @@ struct Zdanie {
   }
 };
 
-/// Starts one request beside the others.
-template <typename Wynik>
-platform::ChildTask<std::expected<Wynik, BladPobrania>> pobieranie(const KlientApi& klient, std::string_view sciezka,
-                                                                   const std::stop_token& stop) {
-  return {stop,
-          [&klient, sciezka](std::stop_token wlasny) { return klient.pobierz<Wynik>(sciezka, std::move(wlasny)); }};
-}
+/// Requests that run beside each other. Each reads the keychain for itself, and all have read it before the first is
+/// sent: a quick 401 deletes the token, and its siblings would find the device signed out instead of expired.
+class Pobierania {
+ public:
+  Pobierania(const KlientApi& klient, std::size_t ile, std::stop_token stop)
+      : klient_(klient), odczytane_(ile), stop_(std::move(stop)) {}
+
+  template <typename Wynik>
+  platform::ChildTask<std::expected<Wynik, BladPobrania>> zacznij(std::string_view sciezka) {
+    return {stop_, [this, sciezka](std::stop_token wlasny) {
+              return klient_.pobierz<Wynik>(sciezka, wlasny, [&] { odczytane_.arriveAndWait(wlasny); });
+            }};
+  }
+
+ private:
+  const KlientApi& klient_;
+  platform::StartingLine odczytane_;
+  std::stop_token stop_;
+};
 
 }  // namespace
 
@@ -40,9 +53,10 @@ Wpis wczytajWpis(const Otoczenie& otoczenie, std::stop_token stop) {
   }
 
   const KlientApi klient(pek);
-  auto pobieranieZadan = pobieranie<std::vector<ZadanieMoje>>(klient, "/moje/zadania", stop);
-  auto pobieranieSkrzynki = pobieranie<Skrzynka>(klient, "/skrzynka", stop);
-  auto pobieranieSpotkan = pobieranie<std::vector<SpotkaniePlanowane>>(klient, "/spotkania-planowane", stop);
+  Pobierania pobierania(klient, 3, std::move(stop));
+  auto pobieranieZadan = pobierania.zacznij<std::vector<ZadanieMoje>>("/moje/zadania");
+  auto pobieranieSkrzynki = pobierania.zacznij<Skrzynka>("/skrzynka");
+  auto pobieranieSpotkan = pobierania.zacznij<std::vector<SpotkaniePlanowane>>("/spotkania-planowane");
 
   // While the three are under way, what their answers will need: the first use of a time zone reads and unfolds its
   // file.
