@@ -104,12 +104,12 @@ bool Exchange::setOptions(const TrustedRoots& roots, RootBundle& bundle, Multipl
   if (load_->headers().endsInLineEnd) {
     // Servers differ in where they see this request end, so nothing else may follow it on its connection, even where
     // the server leaves it open.
-    options.set(CURLOPT_FORBID_REUSE, 1L)
-        .set(CURLOPT_PREREQFUNCTION, &Exchange::onConnected)
-        .set(CURLOPT_PREREQDATA, static_cast<void*>(this));
+    options.set(CURLOPT_FORBID_REUSE, 1L);
   }
 
-  options.set(CURLOPT_HEADERFUNCTION, &Exchange::onHeader)
+  options.set(CURLOPT_PREREQFUNCTION, &Exchange::onConnected)
+      .set(CURLOPT_PREREQDATA, static_cast<void*>(this))
+      .set(CURLOPT_HEADERFUNCTION, &Exchange::onHeader)
       .set(CURLOPT_HEADERDATA, static_cast<void*>(this))
       .set(CURLOPT_WRITEFUNCTION, &Exchange::onBody)
       .set(CURLOPT_WRITEDATA, static_cast<void*>(this));
@@ -125,6 +125,9 @@ LoadResult Exchange::result(CURLcode code) {
   if (response_.isTooLarge()) return std::unexpected(TransportError{Kind::tooLarge, code, "the answer is too large"});
   if (headerCannotBeSent_) {
     return std::unexpected(TransportError{Kind::badHeader, code, "HTTP/2 cannot carry a line end in a header value"});
+  }
+  if (repeats_) {
+    return std::unexpected(TransportError{Kind::connectionLost, code, "the connection ended before an answer began"});
   }
   // The library counts no byte of a 101 and then says that nothing came; its header was whole all the same.
   const bool nothingButHeader = code == CURLE_GOT_NOTHING && response_.hasWholeHeader();
@@ -186,8 +189,10 @@ std::size_t Exchange::onBody(char* bytes, std::size_t size, std::size_t count, v
 
 int Exchange::onConnected(void* self, char*, char*, int, int) {
   auto& exchange = *static_cast<Exchange*>(self);
-  exchange.headerCannotBeSent_ = exchange.connectionSpeaksHttp2();
-  return exchange.headerCannotBeSent_ ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
+  // The library repeats a request whose connection was used before and ends without an answer.
+  exchange.repeats_ = std::exchange(exchange.sent_, true);
+  exchange.headerCannotBeSent_ = exchange.load_->headers().endsInLineEnd && exchange.connectionSpeaksHttp2();
+  return exchange.repeats_ || exchange.headerCannotBeSent_ ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
 }
 
 }  // namespace platform

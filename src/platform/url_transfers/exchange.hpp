@@ -68,6 +68,8 @@ class Exchange {
   const std::shared_ptr<PendingLoad> load_;
   ResponseCollector response_;
   bool headerCannotBeSent_ = false;
+  bool sent_ = false;     ///< the request is about to be, or was
+  bool repeats_ = false;  ///< the library was about to send it again, and was kept from it
   std::array<char, CURL_ERROR_SIZE> errorText_{};
   // The handle refers to the members above, so it goes first.
   std::unique_ptr<curl_slist, FreeList> headers_;

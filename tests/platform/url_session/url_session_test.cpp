@@ -85,6 +85,17 @@ TEST(UrlSession, UsesAConnectionAgain) {
   EXPECT_EQ(server.connectionCount(), 1U);
 }
 
+TEST(UrlSession, SendsARequestOnceWhereItsUsedConnectionEndsWithoutAnAnswer) {
+  support::ScriptedHttpServer server;
+  server.answer("/x", {200, "body"});
+  server.script("/ends", {support::Close{}});
+  const UrlSession session(patientConfiguration());
+  ASSERT_EQ(summary(session.data(requestFor(server.url("/x")))), "200 body");
+  EXPECT_EQ(errorOf(session.data(requestFor(server.url("/ends")))).kind, TransportError::Kind::connectionLost);
+  EXPECT_EQ(server.requests().size(), 2U);
+  EXPECT_EQ(summary(session.data(requestFor(server.url("/x")))), "200 body");
+}
+
 TEST(UrlSession, StartsThreeFirstLoadsAtOnceOnThreeConnections) {
   support::ScriptedHttpServer server;
   const auto event = std::make_shared<support::Event>();
