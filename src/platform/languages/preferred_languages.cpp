@@ -22,11 +22,16 @@ std::string_view withoutEncodingAndModifier(std::string_view locale) {
 
 std::vector<std::string> preferredLanguages() {
   std::vector<std::string> languages;
-  std::string_view rest = firstSet({"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"});
+  const auto add = [&languages](std::string_view locale) {
+    const auto language = withoutEncodingAndModifier(locale);
+    if (!language.empty() && language != "C" && language != "POSIX") languages.emplace_back(language);
+  };
+  // Only the first of the variables is a list.
+  std::string_view rest = firstSet({"LANGUAGE"});
+  if (rest.empty()) add(firstSet({"LC_ALL", "LC_MESSAGES", "LANG"}));
   while (!rest.empty()) {
     const auto end = rest.find(':');
-    const auto language = withoutEncodingAndModifier(rest.substr(0, end));
-    if (!language.empty() && language != "C" && language != "POSIX") languages.emplace_back(language);
+    add(rest.substr(0, end));
     rest = end == std::string_view::npos ? std::string_view{} : rest.substr(end + 1);
   }
   return languages;

@@ -44,6 +44,11 @@ TEST_F(PreferredLanguages, FallFromOneLocaleVariableToTheNext) {
   EXPECT_THAT(preferredLanguages(), ElementsAre("en_US"));
 }
 
+TEST_F(PreferredLanguages, AreAListInLanguageOnly) {
+  environment_.set("LANG", "en:lt");
+  EXPECT_THAT(preferredLanguages(), ElementsAre("en:lt"));
+}
+
 TEST_F(PreferredLanguages, AreNoneWhereTheLocaleInForceIsC) {
   environment_.set("LANG", "pl_PL.UTF-8");
   environment_.set("LC_ALL", "C.UTF-8");
