@@ -1,5 +1,8 @@
 #include "render/layout/layout.hpp"
 
+#include <cmath>
+#include <utility>
+
 #include "render/layout/measure.hpp"
 #include "render/layout/place.hpp"
 #include "render/layout/stack_room.hpp"
@@ -12,15 +15,20 @@ constexpr double fitStep = 1.0 / 256;  ///< fits are whole multiples, so that th
 
 double roundedDown(double fit) { return std::floor(fit / fitStep) * fitStep; }
 
-/// The greatest scale at which the whole board is no higher than the box; `smallestFit` if none is.
+/// A great scale at which the whole board is no higher than the box; `smallestFit` if none is found.
 double largestFit(const platform::Node& root, Size box, double naturalHeight, TextMeasurer& measurer) {
   const auto heightAt = [&](double fit) { return measure(root, {.width = box.width / fit}, measurer).size.height; };
   const auto fits = [&](double height, double fit) { return height <= box.height / fit + tolerance; };
   // Scaled by the ratio of heights it fits; where a line more fits beside another it would do so at a larger scale.
   double low = std::max(smallestFit, roundedDown(box.height / naturalHeight));
-  const double lowHeight = heightAt(low);
-  if (!fits(lowHeight, low) || lowHeight == naturalHeight) return low;
   double high = 1;
+  const double lowHeight = heightAt(low);
+  if (lowHeight == naturalHeight) return low;
+  if (!fits(lowHeight, low)) {
+    // A line that has more room shows more of its text, which may be higher there.
+    high = std::exchange(low, smallestFit);
+    if (low >= high || !fits(heightAt(low), low)) return smallestFit;
+  }
   while (high - low > fitStep) {
     const double middle = roundedDown((low + high) / 2);
     if (middle <= low) break;

@@ -81,11 +81,11 @@ Typesetter::Shaped& Typesetter::shaped(const TextNode& text) {
   pango_layout_set_text(layout, visible.data(), static_cast<int>(visible.size()));
   pango_layout_set_font_description(layout, describe(typeStyle(text)).get());
   pango_layout_set_wrap(layout, PANGO_WRAP_WORD_CHAR);
-  if (text.monospacedDigits) {
-    const OwnedAttributes attributes(pango_attr_list_new());
-    pango_attr_list_insert(attributes.get(), pango_attr_font_features_new("tnum=1"));
-    pango_layout_set_attributes(layout, attributes.get());
-  }
+  const OwnedAttributes attributes(pango_attr_list_new());
+  // A text is shown as it is: a word that is too long for a line is parted without a hyphen.
+  pango_attr_list_insert(attributes.get(), pango_attr_insert_hyphens_new(FALSE));
+  if (text.monospacedDigits) pango_attr_list_insert(attributes.get(), pango_attr_font_features_new("tnum=1"));
+  pango_layout_set_attributes(layout, attributes.get());
   entry.natural = extentOf(layout);
   return entry;
 }

@@ -104,6 +104,29 @@ text 0,40 6x10 baseline 48 5
 )");
 }
 
+/// A line with much room shows a character that is higher than others.
+class HighTailMeasurer final : public TextMeasurer {
+ public:
+  TextExtent natural(const TextNode& text) override { return plain_.natural(text); }
+  std::optional<TextExtent> within(const TextNode& text, double width, int maxLines) override {
+    auto extent = plain_.within(text, width, maxLines);
+    if (extent && width >= 41) extent->size.height = 12;
+    return extent;
+  }
+
+ private:
+  PlainMeasurer plain_;
+};
+
+TEST(Layout, BoardWhoseLinesGrowWithTheirRoomIsScaledDownUntilItFits) {
+  const auto line = [] { return Text(std::string(100, 'x')).lineLimit(1); };
+  const Node tree = VStack({.spacing = 0}, {line(), line(), line()});
+  HighTailMeasurer measurer;
+  const auto board = layOut(tree, {{40, 28}}, measurer);
+  EXPECT_EQ(board.items.size(), 3U);
+  EXPECT_LE(3 * 12 * board.fit, 28);
+}
+
 TEST(Layout, WhatIsStillTooHighDropsRowsFromTheBottomWhole) {
   const auto row = [](const std::string& text) { return HStack({}, {Text(text)}); };
   const Node tree =

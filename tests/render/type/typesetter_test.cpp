@@ -54,6 +54,22 @@ TEST(Typesetter, StylesComeInTheirOwnSizesAndRealWeights) {
   for (const auto& [node, font] : cases) EXPECT_EQ(fontOf(setter, node), font);
 }
 
+TEST(Typesetter, WordTooLongForALineIsPartedWithoutAHyphen) {
+  auto setter = typesetter();
+  const std::string word = "abcdefghij";
+  const Node node = Text(word + word + word + word).font(TextStyle::caption);
+  const auto extent = setter.within(textOf(node), 60, 100);
+  ASSERT_TRUE(extent);
+  ASSERT_GT(extent->lines, 2);
+  int glyphs = 0;
+  for (const auto& line : setter.lines({&textOf(node), {}, 0, 60, extent->lines})) {
+    for (const GSList* run = line.line->runs; run != nullptr; run = run->next) {
+      glyphs += static_cast<PangoGlyphItem*>(run->data)->glyphs->num_glyphs;
+    }
+  }
+  EXPECT_EQ(glyphs, 40);
+}
+
 TEST(Typesetter, DigitsHaveEqualAdvancesWhereAsked) {
   auto setter = typesetter();
   const auto width = [&](const std::string& digits, bool equal) {
