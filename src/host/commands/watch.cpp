@@ -6,6 +6,7 @@
 #include "host/commands/terminal.hpp"
 #include "host/feed/feed.hpp"
 #include "host/texts/texts.hpp"
+#include "platform/json_rpc/json_text.hpp"
 #include "platform/view_tree/node_json.hpp"
 
 namespace host {
@@ -32,7 +33,7 @@ class Screen {
     if (!view_) return {};
     switch (format_) {
       case Format::json:
-        return writeStandardOutput(toJson(*view_).dump() + "\n");
+        return writeStandardOutput(platform::json_rpc::toText(toJson(*view_)) + "\n");
       case Format::waybar:
         return writeStandardOutput(toWaybarJson(statusLine(*view_, holds_)) + "\n");
       default:

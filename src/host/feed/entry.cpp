@@ -21,9 +21,12 @@ BoardHolds holdingOf(const json& entry) {
 
 const json& entryAt(const TimelineAnswer& timeline, absl::Time now) {
   const json* shown = &timeline.entries.front();
+  std::optional<absl::Time> since;
   for (const auto& entry : timeline.entries) {
     const auto date = dateOf(entry);
-    if (date && *date <= now) shown = &entry;
+    if (!date || *date > now || (since && *date < *since)) continue;
+    shown = &entry;
+    since = date;
   }
   return *shown;
 }

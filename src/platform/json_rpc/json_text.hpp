@@ -18,7 +18,7 @@ inline constexpr std::size_t maximumNesting = 512;
 /// of equal keys the last counts. The error is a short sentence for a person.
 std::expected<nlohmann::json, std::string> parseJson(std::string_view text);
 
-/// Compact text without line ends. Bytes of a string that are not UTF-8 become U+FFFD.
+/// Compact text without line ends or any other control character. Bytes of a string that are not UTF-8 become U+FFFD.
 std::string toText(const nlohmann::json& value);
 
 }  // namespace platform::json_rpc

@@ -31,6 +31,11 @@ TEST(Entry, OfATimelineIsTheLastWhoseDateHasCome) {
   for (const auto& [now, shown] : cases) EXPECT_EQ(entryAt(timeline, at(now))["date"], shown) << now;
 }
 
+TEST(Entry, IsFoundByItsDateWhereverItStands) {
+  const auto timeline = timelineOf({"2026-03-01T10:00:00Z", "2026-03-01T09:00:00Z", "2026-03-01T08:00:00Z"});
+  EXPECT_EQ(entryAt(timeline, at("2026-03-01T09:30:00Z"))["date"], "2026-03-01T09:00:00Z");
+}
+
 TEST(Entry, TellsWhenTheNextTakesItsPlace) {
   const auto timeline = timelineOf({"2026-03-01T08:00:00Z", "2026-03-01T10:00:00Z", "2026-03-01T09:00:00Z"});
   EXPECT_EQ(nextEntryAfter(timeline, at("2026-03-01T08:00:00Z")), at("2026-03-01T09:00:00Z"));
