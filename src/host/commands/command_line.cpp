@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <CLI/CLI.hpp>
+#include <absl/strings/ascii.h>
 
 #include "host/commands/exit_status.hpp"
 
@@ -60,7 +61,7 @@ std::string reasonableScale(const std::string& text) {
 
 /// The format that a file's name asks for; text where it asks for none.
 Format formatOf(const std::filesystem::path& file) {
-  const std::string suffix = file.extension().string();
+  const std::string suffix = absl::AsciiStrToLower(file.extension().string());
   return meaning(boardFormats, suffix.empty() ? suffix : suffix.substr(1)).value_or(Format::text);
 }
 

@@ -50,8 +50,8 @@ TEST(CommandLineTest, ReadsEveryOption) {
 
 TEST(CommandLineTest, TakesTheFormatFromTheOutputsSuffix) {
   const std::pair<const char*, Format> cases[] = {
-      {"a.png", Format::png},  {"b/c.svg", Format::svg}, {"d.pdf", Format::pdf},    {"e.json", Format::json},
-      {"f.txt", Format::text}, {"g", Format::text},      {"h.waybar", Format::text}};
+      {"a.png", Format::png},   {"a.PNG", Format::png},  {"b/c.svg", Format::svg}, {"d.pdf", Format::pdf},
+      {"e.json", Format::json}, {"f.txt", Format::text}, {"g", Format::text},      {"h.waybar", Format::text}};
   for (const auto& [file, format] : cases) EXPECT_EQ(line({"show", "--output", file}).format, format) << file;
   EXPECT_EQ(line({"show", "--output", "a.png", "--format", "json"}).format, Format::json);
 }
