@@ -24,7 +24,7 @@ using KeychainQuery = std::vector<std::pair<KeychainKey, KeychainValue>>;
 inline constexpr const char* genericPasswordClass = "generic-password";
 
 /// The largest item that is read, in bytes, from whichever store.
-inline constexpr std::size_t largestItem = 64 * 1024;
+inline constexpr std::size_t largestItem = 1024 * 1024;
 
 enum class KeychainStatus {
   success = 0,
