@@ -97,7 +97,7 @@ std::variant<CommandLine, Exit> parseCommandLine(int argc, const char* const* ar
                   "timeline, snapshot, preview, placeholder, or a file with one entry (- for standard input)")
       ->type_name("ENTRY");
   addChoice(show, "--format", format, boardFormats, "default: by the output's suffix, else text");
-  show.add_option("--output", line.output, "where to write it")->type_name("FILE");
+  show.add_option("--output", line.output, "where to write it (- is standard output)")->type_name("FILE");
   show.add_option("--scale", line.scale, "pixels of a picture for each point, 0.25 to 8 (default: 1)")
       ->check(reasonableScale)
       ->type_name("N");
@@ -125,6 +125,7 @@ std::variant<CommandLine, Exit> parseCommandLine(int argc, const char* const* ar
     const bool asked = app.exit(error, out, err) == 0;
     return Exit{asked ? exit_status::shown : exit_status::wrongCommandLine, out.str(), err.str()};
   }
+  if (line.output == "-") line.output.reset();
   line.format = format.value_or(line.output ? formatOf(*line.output) : Format::text);
   return line;
 }

@@ -56,6 +56,11 @@ TEST(CommandLineTest, TakesTheFormatFromTheOutputsSuffix) {
   EXPECT_EQ(line({"show", "--output", "a.png", "--format", "json"}).format, Format::json);
 }
 
+TEST(CommandLineTest, DashAsTheOutputIsStandardOutput) {
+  EXPECT_EQ(line({"show", "--output", "-"}).output, std::nullopt);
+  EXPECT_EQ(line({"show", "--output", "-", "--format", "svg"}).format, Format::svg);
+}
+
 TEST(CommandLineTest, RefusesAWrongLineWithStatus2AndSaysWhy) {
   const std::initializer_list<const char*> wrong[] = {
       {"shwo"},
