@@ -188,7 +188,7 @@ const std::vector<Refusal>& refusalTable() {
        "/token", "not a regular file"},
       {"FileIsSocket", [](auto&, auto&, auto& s) { replaceBySocket(s / "token"); }, "/token", "not a regular file"},
       {"FileIsLargerThanAnItem", [](auto&, auto&, auto& s) { fs::resize_file(s / "token", largestItem + 1); }, "/token",
-       "more than 65536 bytes", KeychainStatus::failed},
+       "more than 1048576 bytes", KeychainStatus::failed},
   };
   return table;
 }
