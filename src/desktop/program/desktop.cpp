@@ -107,7 +107,7 @@ void Desktop::loadWhenShown(std::function<void()> shown) {
   MainLoop::postAfter(tooLong, [this] {
     if (painted_) return;
     for (const auto& [id, window] : windows_) {
-      if (window && arranged(id) != nullptr) window->showAnew();
+      if (window && arranged(id) != nullptr) window->askToBeShown();
     }
   });
 }

@@ -138,6 +138,12 @@ void BoardSurface::framePainted() {
   for (const auto& tell : std::exchange(painted_, {})) tell();
 }
 
+void BoardSurface::askToBeShown() {
+  GdkWindow* const mapped = gtk_widget_get_window(window_);
+  // The toolkit asks the server each time, whatever it believes.
+  if (style_.way == DisplayWay::x11 && mapped != nullptr) gdk_window_show_unraised(mapped);
+}
+
 void BoardSurface::hide() { gtk_widget_hide(window_); }
 
 void BoardSurface::fade(double opacity) {

@@ -48,6 +48,9 @@ class BoardSurface {
   void show(std::shared_ptr<BoardPicture> picture);
   void place(const SurfacePlace& place);
   void hide();
+  /// Asks an X11 window manager once more for what was placed: one that is starting may sit on what it was asked until
+  /// it hears from somebody.
+  void askToBeShown();
   /// Once, when what it shows now has been painted.
   void whenPainted(std::function<void()> painted);
   /// How opaque the board is painted.

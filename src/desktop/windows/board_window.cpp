@@ -61,11 +61,6 @@ void BoardWindow::place(const SurfacePlace& place) {
   surface_.place(place);
 }
 
-void BoardWindow::showAnew() {
-  surface_.hide();
-  surface_.place(place_);
-}
-
 void BoardWindow::focus() { gtk_window_present(GTK_WINDOW(surface_.widget())); }
 
 /// Layers know their own coordinates only, and those mean something as long as the layer stays where it was pressed.

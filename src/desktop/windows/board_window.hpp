@@ -25,8 +25,7 @@ class BoardWindow {
   void show(std::shared_ptr<BoardPicture> picture, const std::string& widgetName);
   void place(const SurfacePlace& place);
   void hide() { surface_.hide(); }
-  /// Once more from the start, for a window that the window manager lost while it was starting itself.
-  void showAnew();
+  void askToBeShown() { surface_.askToBeShown(); }
   /// Once, when what it shows now has been painted.
   void whenPainted(std::function<void()> painted) { surface_.whenPainted(std::move(painted)); }
   /// Gives it the keyboard.

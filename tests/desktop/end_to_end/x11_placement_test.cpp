@@ -2,6 +2,7 @@
 #include <fstream>
 
 #include "desktop/end_to_end/x11_fixture.hpp"
+#include "support/displays/hesitant_manager.hpp"
 
 namespace end_to_end {
 namespace {
@@ -51,6 +52,19 @@ TEST_F(PlacementOnX11, DamagedFileIsKeptAsideAndSaidOnce) {
   EXPECT_TRUE(boardsAre({firstPlace()}));
   EXPECT_TRUE(host().says("a new timeline is shown"));
   EXPECT_THAT(host().said(), Not(HasSubstr("kept as")));
+}
+
+TEST_F(PlacementOnX11, WindowManagerThatSitsOnARequestIsAskedAgain) {
+  startDesktop({.windowManager = false});
+  support::HesitantManager manager(display().at("DISPLAY"));
+  place(display(), {placed(1, "systemMedium", "screen", "topLeft", 200, 300),
+                    placed(2, "systemSmall", "screen", "topLeft", 820, 40)});
+  start();
+  const std::vector<ScreenArea> both{{200, 300, mediumWidth, mediumHeight}, {820, 40, smallWidth, smallWidth}};
+  EXPECT_TRUE(eventually([&] {
+    manager.handleRequests();
+    return areas() == both;
+  }));
 }
 
 TEST_F(PlacementOnX11, BoardsStayBelowOtherWindowsAndOutOfLists) {
