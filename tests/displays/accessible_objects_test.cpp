@@ -24,6 +24,10 @@ TEST(AccessibleObjects, ReadsAWindowOnXAndHearsOfItsNewName) {
   const auto program = sampleWindow(desktop.environment(), {"Red", "#ff0000"});
   ASSERT_TRUE(eventually([&] { return objects.of(program.id()).size() == 1; }));
   EXPECT_THAT(objects.of(program.id()), ElementsAre(sample));
+  EXPECT_TRUE(eventually([&] {
+    const auto active = desktop.windows().numbers(desktop.windows().root(), "_NET_ACTIVE_WINDOW");
+    return active.size() == 1 && active[0] != 0;
+  }));
   desktop.input().key(0xffbf);  // F2
   EXPECT_TRUE(eventually([&] { return objects.of(program.id()).at(0).name == "Renamed"; }));
   EXPECT_TRUE(eventually([&] { return !objects.changes().empty(); }));

@@ -4,9 +4,41 @@
 #include <iterator>
 #include <stdexcept>
 
+#include <xcb/xcb.h>
+
 #include "support/waiting.hpp"
 
 namespace support {
+namespace {
+
+/// A window that a test shows for a moment.
+class Probe {
+ public:
+  explicit Probe(const XConnection& connection) : connection_(connection), window_(xcb_generate_id(raw())) {
+    xcb_create_window(raw(), XCB_COPY_FROM_PARENT, window_, connection.root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+  }
+  ~Probe() {
+    xcb_destroy_window(raw(), window_);
+    xcb_flush(raw());
+  }
+  Probe(const Probe&) = delete;
+  Probe& operator=(const Probe&) = delete;
+
+  /// Asks once more each time that nothing came of it.
+  bool comesUp() const {
+    xcb_map_window(raw(), window_);
+    return eventually([this] { return connection_.isShown(window_); }, std::chrono::milliseconds(200));
+  }
+
+ private:
+  xcb_connection_t* raw() const { return connection_.raw(); }
+
+  const XConnection& connection_;
+  XWindow window_;
+};
+
+}  // namespace
 
 XDesktop::XDesktop() : XDesktop(Settings{}) {}
 
@@ -26,6 +58,7 @@ XDesktop::XDesktop(const Settings& settings) : bus_(settings.services) {
         "openbox manages windows", [this] { return windows_->hasWindowManager() || windowManager_->hasEnded(); },
         [this] { return log(); });
     if (windowManager_->hasEnded()) throw std::runtime_error("openbox ended:\n" + log());
+    awaitWindowManager();
   }
   if (settings.compositing) startCompositing();
 }
@@ -49,6 +82,15 @@ std::vector<std::string> XDesktop::serverCommand(const Settings& settings) const
       << size << "\"\n EndSubSection\nEndSection\n";
   return {"Xorg", "-displayfd", "1",   "-config", bus_.path("xorg.conf"), "-logfile", bus_.path("xorg.log"), "-dpi",
           "96",   "-nolisten",  "tcp", "-noreset"};
+}
+
+/// It says that it is at work before it is, and may sit on what it is asked in between until it hears from somebody.
+void XDesktop::awaitWindowManager() const {
+  {
+    const Probe probe(*windows_);
+    waitUntil("openbox shows a window", [&] { return probe.comesUp(); }, [this] { return log(); });
+  }
+  waitUntil("openbox shows none", [this] { return windows_->stacking().empty(); }, [this] { return log(); });
 }
 
 void XDesktop::startCompositing() {

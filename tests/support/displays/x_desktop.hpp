@@ -54,6 +54,7 @@ class XDesktop {
   std::string log() const;
 
  private:
+  void awaitWindowManager() const;
   std::vector<std::string> serverCommand(const Settings& settings) const;
   ChildProcess::Start start(std::vector<std::string> command, const std::string& package) const;
 
