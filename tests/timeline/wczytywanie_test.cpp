@@ -1,5 +1,9 @@
 #include "timeline/wczytywanie.hpp"
 
+#include <algorithm>
+#include <condition_variable>
+#include <mutex>
+
 #include <gmock/gmock.h>
 
 #include "api/pek_kluczy.hpp"
@@ -121,14 +125,47 @@ TEST_F(WczytajWpis, TellsThatTheCredentialExpiredThenAsksToSignIn) {
   oczekujZdania(wczytaj(), "Zaloguj się w aplikacji Vamba.");
 }
 
-TEST_F(WczytajWpis, QuickRefusalOfOneRequestTakesTheTokenFromNoOther) {
-  // The last of the three is refused at once, on a session that is warm.
-  serwis_.server.answer("/api/spotkania-planowane", {.status = 401});
-  for (int i = 0; i < 100; ++i) {
-    serwis_.keychain.store("token-urzadzenia", "tajne-7");
-    oczekujZdania(wczytaj(), "Poświadczenie wygasło — zaloguj się ponownie.");
+/// A keychain that is slow with the token for the last of the three requests: it waits until the token is deleted, or a
+/// while, as long as which a refusal would need at most.
+class PekSpozniony final : public platform::Keychain {
+ public:
+  explicit PekSpozniony(platform::Keychain& pek) : pek_(pek) {}
+
+  platform::KeychainResult copyMatching(const platform::KeychainQuery& zapytanie) override {
+    constexpr int ostatni = 4;  // the load itself asks first
+    std::unique_lock zamek(mutex_);
+    const platform::KeychainQuery::value_type token{platform::KeychainKey::account, std::string(kontoTokenu)};
+    const bool otoToken = std::ranges::find(zapytanie, token) != zapytanie.end();
+    if (otoToken && ++odczyty_ == ostatni) {
+      zmiana_.wait_for(zamek, std::chrono::milliseconds(500), [this] { return usuniety_; });
+    }
+    zamek.unlock();
+    return pek_.copyMatching(zapytanie);
   }
-  EXPECT_EQ(serwis_.server.requests().size(), 300U);
+
+  platform::KeychainStatus deleteItems(const platform::KeychainQuery& zapytanie) override {
+    const auto wynik = pek_.deleteItems(zapytanie);
+    const std::scoped_lock zamek(mutex_);
+    usuniety_ = true;
+    zmiana_.notify_all();
+    return wynik;
+  }
+
+ private:
+  platform::Keychain& pek_;
+  std::mutex mutex_;
+  std::condition_variable zmiana_;
+  int odczyty_ = 0;
+  bool usuniety_ = false;
+};
+
+TEST_F(WczytajWpis, QuickRefusalTakesTheTokenFromNoOtherRequest) {
+  for (const char* sciezka : {"/api/moje/zadania", "/api/skrzynka", "/api/spotkania-planowane"}) {
+    serwis_.server.answer(sciezka, {.status = 401});
+  }
+  PekSpozniony pek(serwis_.keychain);
+  oczekujZdania(wczytajWpis({zegar_, pek, taski_}, {}), "Poświadczenie wygasło — zaloguj się ponownie.");
+  EXPECT_EQ(serwis_.server.requests().size(), 3U);
 }
 
 TEST_F(WczytajWpis, ShowsNoEarlierDataAfterAFailure) {
