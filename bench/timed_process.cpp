@@ -10,13 +10,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 
 namespace bench {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using platform::FileDescriptor;
+using base::FileDescriptor;
 
 struct Pipe {
   FileDescriptor readEnd, writeEnd;

@@ -1,9 +1,16 @@
 # One target a folder. Each function lists its sources and what it may use, so a wrong include fails to link.
 
-# vamba_library(NAME SOURCES file... [DEPENDS target...] [PRIVATE_DEPENDS target...])
-# A static library; includes are written from src/ ("platform/calendar/calendar.hpp").
+# vamba_library(NAME [SOURCES file...] [DEPENDS target...] [PRIVATE_DEPENDS target...])
+# A static library, or without SOURCES a folder of headers alone; includes are written from src/
+# ("platform/calendar/calendar.hpp").
 function(vamba_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
+  if(NOT ARG_SOURCES)
+    add_library(${name} INTERFACE)
+    target_include_directories(${name} INTERFACE ${CMAKE_SOURCE_DIR}/src)
+    target_link_libraries(${name} INTERFACE ${ARG_DEPENDS})
+    return()
+  endif()
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE_DEPENDS} vamba_compile_options)

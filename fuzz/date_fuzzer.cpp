@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "model/data_serwera.hpp"
 #include "platform/calendar/calendar.hpp"
 #include "platform/calendar/instant.hpp"
+#include "widzety/model/data_serwera.hpp"
 
 namespace {
 

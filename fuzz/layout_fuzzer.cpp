@@ -7,14 +7,14 @@
 
 #include <nlohmann/json.hpp>
 
-#include "platform/view_tree/builders.hpp"
-#include "platform/view_tree/node_json.hpp"
+#include "protocol/view_tree/builders.hpp"
+#include "protocol/view_tree/node_json.hpp"
 #include "render/layout/layout.hpp"
 #include "render/support/layout_text.hpp"
 
 namespace {
 
-using namespace platform;
+using namespace protocol;
 
 Node treeOf(std::string_view bytes) {
   // As deep as the host lets an answer be.

@@ -7,10 +7,10 @@
 #include <string>
 #include <string_view>
 
-#include "model/dekodowanie.hpp"
 #include "platform/json_decoding/library_opinion.hpp"
 #include "platform/json_decoding/slow_json_grammar.hpp"
 #include "platform/json_decoding/test_types.hpp"
+#include "widzety/model/dekodowanie.hpp"
 
 namespace {
 

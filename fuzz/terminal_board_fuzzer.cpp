@@ -9,14 +9,14 @@
 
 #include <nlohmann/json.hpp>
 
-#include "platform/view_tree/builders.hpp"
-#include "platform/view_tree/node_json.hpp"
+#include "protocol/view_tree/builders.hpp"
+#include "protocol/view_tree/node_json.hpp"
 #include "render/terminal/terminal_board.hpp"
 #include "render/terminal/terminal_text.hpp"
 
 namespace {
 
-using namespace platform;
+using namespace protocol;
 
 Node titleRow(std::string title) {
   return VStack({},

@@ -54,7 +54,7 @@ WatchedProgram::WatchedProgram(const std::vector<std::string>& words, const std:
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
   output_.reset(ends[0]);
-  const platform::FileDescriptor writing(ends[1]);
+  const base::FileDescriptor writing(ends[1]);
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);

@@ -9,7 +9,7 @@
 
 #include <sys/types.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 
 namespace bench {
 
@@ -49,7 +49,7 @@ class WatchedProgram {
  private:
   Clock::time_point started_;
   pid_t process_ = -1;
-  platform::FileDescriptor output_;
+  base::FileDescriptor output_;
   std::string unread_;
 };
 

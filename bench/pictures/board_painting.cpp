@@ -9,8 +9,8 @@
 #include "render/picture/paint.hpp"
 #include "render/picture/picture.hpp"
 #include "render/picture/surface.hpp"
-#include "timeline/wpis_json.hpp"
-#include "view/widok_dnia.hpp"
+#include "widzety/timeline/wpis_json.hpp"
+#include "widzety/view/widok_dnia.hpp"
 
 namespace {
 
@@ -28,7 +28,7 @@ const widzety::Wpis& fullestEntry() {
   return entry;
 }
 
-platform::Node view() {
+protocol::Node view() {
   const widzety::WidokDnia widok{fullestEntry(), [] { return platform::WidgetFamily::systemMedium; }};
   return widok.body(NoonInUtc(), widzety::Jezyk::pl);
 }

@@ -3,11 +3,11 @@
 #include <csignal>
 #include <cstdio>
 
+#include "base/descriptors/standard_streams.hpp"
 #include "host/commands/commands.hpp"
 #include "host/commands/desktop_program.hpp"
 #include "host/commands/exit_status.hpp"
 #include "host/commands/program_folder.hpp"
-#include "platform/descriptors/standard_streams.hpp"
 
 namespace {
 
@@ -32,7 +32,7 @@ host::CommandResult run(const host::CommandLine& line, char* const* argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  platform::fillStandardStreams();
+  base::fillStandardStreams();
   std::signal(SIGPIPE, SIG_IGN);
   const auto parsed = host::parseCommandLine(argc, argv);
   if (const auto* exit = std::get_if<host::Exit>(&parsed)) {

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 #include "shifted_clock/functions.hpp"
 
 namespace shifted_clock {
@@ -30,7 +30,7 @@ TEST(ZoneUnderAShiftedClock, OtherLinksAreTheMachines) {
 }
 
 TEST(ZoneUnderAShiftedClock, WatchOfTheMachinesFolderSeesItReplaced) {
-  const platform::FileDescriptor changes(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+  const base::FileDescriptor changes(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
   ASSERT_GE(librarysFunctions().inotifyAddWatch(changes.get(), "/etc", IN_MOVED_TO), 0);
   alignas(inotify_event) std::array<char, 4096> buffer{};
   EXPECT_EQ(read(changes.get(), buffer.data(), buffer.size()), -1) << "nothing so far";

@@ -13,7 +13,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 
 namespace support {
 namespace {
@@ -105,7 +105,7 @@ ChildProcess::~ChildProcess() {
 }
 
 bool ChildProcess::endsWithin(Clock::duration patience) const {
-  const platform::FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, process_, 0)));
+  const base::FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, process_, 0)));
   return awaitInput(process.get(), Clock::now() + patience);
 }
 

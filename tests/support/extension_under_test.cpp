@@ -24,8 +24,8 @@ using Clock = std::chrono::steady_clock;
 using nlohmann::json;
 
 struct Pipe {
-  platform::FileDescriptor reading;
-  platform::FileDescriptor writing;
+  base::FileDescriptor reading;
+  base::FileDescriptor writing;
 
   Pipe() {
     std::array<int, 2> ends{};
@@ -56,7 +56,7 @@ ExtensionUnderTest::ExtensionUnderTest(const std::string& program, const Environ
   Pipe input;
   Pipe output;
   Pipe failure;
-  const platform::FileDescriptor errors(
+  const base::FileDescriptor errors(
       open(folder_.path("stderr").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
   auto texts = lines(environment);
   std::vector<char*> variables;

@@ -11,7 +11,7 @@
 #include <nlohmann/json.hpp>
 #include <sys/types.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 #include "support/temporary_folder.hpp"
 #include "support/waiting.hpp"
 
@@ -58,9 +58,9 @@ class ExtensionUnderTest {
 
   TemporaryFolder folder_;
   pid_t process_ = -1;
-  platform::FileDescriptor input_;
-  platform::FileDescriptor output_;
-  platform::FileDescriptor processDescriptor_;
+  base::FileDescriptor input_;
+  base::FileDescriptor output_;
+  base::FileDescriptor processDescriptor_;
   std::optional<int> status_;
   std::string unread_;  // bytes of its output that are not handed out yet
   bool outputEnded_ = false;

@@ -15,17 +15,17 @@
 #include <unistd.h>
 
 #include "platform/calendar/instant.hpp"
-#include "platform/json_rpc/line_reader.hpp"
-#include "platform/json_rpc/line_writer.hpp"
-#include "platform/json_rpc/message.hpp"
+#include "protocol/json_rpc/line_reader.hpp"
+#include "protocol/json_rpc/line_writer.hpp"
+#include "protocol/json_rpc/message.hpp"
 
 namespace {
 
 using nlohmann::json;
-using platform::json_rpc::LineReader;
-using platform::json_rpc::LineWriter;
-using platform::json_rpc::Request;
-using platform::json_rpc::Response;
+using protocol::json_rpc::LineReader;
+using protocol::json_rpc::LineWriter;
+using protocol::json_rpc::Request;
+using protocol::json_rpc::Response;
 
 std::string environment(const char* name) {
   const char* const value = std::getenv(name);
@@ -75,9 +75,9 @@ class Fake {
       const auto read = reader_.next();
       if (read.status == LineReader::Status::tooLong) continue;
       if (read.status != LineReader::Status::line) break;
-      auto request = platform::json_rpc::parseRequest(read.text);
+      auto request = protocol::json_rpc::parseRequest(read.text);
       if (!request) {
-        write(platform::json_rpc::toLine(request.error()));
+        write(protocol::json_rpc::toLine(request.error()));
         continue;
       }
       tellRequest(request->method);
@@ -98,7 +98,7 @@ class Fake {
   void write(const std::string& line) { static_cast<void>(writer_.write(line)); }
   void answer(const Request& request) { answer(request, resultOf(request)); }
   void answer(const Request& request, json result) {
-    write(platform::json_rpc::toLine(Response{.id = request.id, .outcome = std::move(result)}));
+    write(protocol::json_rpc::toLine(Response{.id = request.id, .outcome = std::move(result)}));
   }
   static void writeRaw(std::string_view bytes) {
     while (!bytes.empty()) {
@@ -217,14 +217,14 @@ class Fake {
          }},
         {"id as text",
          [](Fake& fake, const Request& request) {
-           fake.write(platform::json_rpc::toLine(Response{.id = request.id.dump(), .outcome = resultOf(request)}));
+           fake.write(protocol::json_rpc::toLine(Response{.id = request.id.dump(), .outcome = resultOf(request)}));
          }},
         {"refuse",
          [](Fake& fake, const Request& request) {
-           fake.write(platform::json_rpc::toLine(
+           fake.write(protocol::json_rpc::toLine(
                Response{.id = request.id,
-                        .outcome = std::unexpected(platform::json_rpc::makeError(
-                            platform::json_rpc::ErrorCode::invalidParams, "\"family\": \x1b[31munknown"))}));
+                        .outcome = std::unexpected(protocol::json_rpc::makeError(
+                            protocol::json_rpc::ErrorCode::invalidParams, "\"family\": \x1b[31munknown"))}));
          }},
         {"not understand",
          [](Fake& fake, const Request&) {
@@ -245,7 +245,7 @@ class Fake {
         {"byte by byte",
          [](Fake&, const Request& request) {
            const Response response{.id = request.id, .outcome = resultOf(request)};
-           for (const char byte : platform::json_rpc::toLine(response) + "\n") writeRaw({&byte, 1});
+           for (const char byte : protocol::json_rpc::toLine(response) + "\n") writeRaw({&byte, 1});
          }},
         {"large answer",
          [](Fake& fake, const Request& request) {

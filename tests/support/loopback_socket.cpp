@@ -21,7 +21,7 @@ sockaddr_in loopback(std::uint16_t port) {
 }  // namespace
 
 LoopbackListener LoopbackListener::open(int backlog) {
-  LoopbackListener listener{platform::FileDescriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)), 0};
+  LoopbackListener listener{base::FileDescriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)), 0};
   sockaddr_in address = loopback(0);
   socklen_t length = sizeof address;
   auto* const generic = reinterpret_cast<sockaddr*>(&address);
@@ -35,7 +35,7 @@ LoopbackListener LoopbackListener::open(int backlog) {
 
 FullListener::FullListener() : listener_(LoopbackListener::open(0)) {
   sockaddr_in address = loopback(listener_.port);
-  for (platform::FileDescriptor& each : waiting_) {
+  for (base::FileDescriptor& each : waiting_) {
     each.reset(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     connect(each.get(), reinterpret_cast<sockaddr*>(&address), sizeof address);  // in progress is what is wanted
   }

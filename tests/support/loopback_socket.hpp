@@ -3,12 +3,12 @@
 
 #include <cstdint>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 
 namespace support {
 
 struct LoopbackListener {
-  platform::FileDescriptor socket;
+  base::FileDescriptor socket;
   std::uint16_t port = 0;
 
   /// Throws std::system_error: a test that cannot listen has nothing to say.
@@ -23,7 +23,7 @@ class FullListener {
 
  private:
   LoopbackListener listener_;
-  platform::FileDescriptor waiting_[8];
+  base::FileDescriptor waiting_[8];
 };
 
 }  // namespace support

@@ -3,13 +3,13 @@
 
 #include <string>
 
-#include "model/rekordy.hpp"
+#include "widzety/model/rekordy.hpp"
 
 namespace support {
 
 inline widzety::ZadanieMoje zadanie(std::int64_t numer, std::optional<absl::Time> termin,
                                     std::string status = "otwarte") {
-  return {.id = platform::Uuid::random(),
+  return {.id = base::Uuid::random(),
           .numer = numer,
           .tytul = "Zadanie " + std::to_string(numer),
           .termin = termin,
@@ -18,7 +18,7 @@ inline widzety::ZadanieMoje zadanie(std::int64_t numer, std::optional<absl::Time
 }
 
 inline widzety::SpotkaniePlanowane spotkanie(std::string tytul, absl::Time kiedy) {
-  return {.id = platform::Uuid::random(),
+  return {.id = base::Uuid::random(),
           .tytul = std::move(tytul),
           .kiedy = kiedy,
           .czasTrwaniaMin = 30,

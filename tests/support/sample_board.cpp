@@ -1,11 +1,11 @@
 #include "support/sample_board.hpp"
 
-#include "platform/view_tree/builders.hpp"
+#include "protocol/view_tree/builders.hpp"
 
 namespace support {
 namespace {
 
-using namespace platform;
+using namespace protocol;
 
 View header(std::int64_t decisions) {
   return HStack({.alignment = VerticalAlignment::center, .spacing = 6},

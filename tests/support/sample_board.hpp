@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace support {
 
@@ -34,6 +34,6 @@ struct SampleBoard {
 };
 
 /// The tree with its keys not yet worded. An empty project or mark has no line.
-platform::Node viewOf(const SampleBoard& board);
+protocol::Node viewOf(const SampleBoard& board);
 
 }  // namespace support

@@ -5,11 +5,11 @@
 #include <mutex>
 #include <stop_token>
 
+#include "base/tasks/task_group.hpp"
 #include "platform/calendar/instant.hpp"
-#include "platform/tasks/task_group.hpp"
-#include "platform/view_tree/builders.hpp"
 #include "platform/widget_kit/static_configuration.hpp"
 #include "platform/widget_kit/widget_bundle.hpp"
+#include "protocol/view_tree/builders.hpp"
 
 namespace support {
 
@@ -43,7 +43,7 @@ class Gate {
 /// Loads by waiting until the test lets it go, or until it is stopped.
 class SampleProvider final : public platform::TimelineProvider<SampleEntry> {
  public:
-  SampleProvider(platform::TaskGroup& tasks, Gate& gate) : tasks_(tasks), gate_(gate) {}
+  SampleProvider(base::TaskGroup& tasks, Gate& gate) : tasks_(tasks), gate_(gate) {}
 
   SampleEntry placeholder(const platform::TimelineProviderContext&) const override {
     return {sampleDate(), "placeholder"};
@@ -66,7 +66,7 @@ class SampleProvider final : public platform::TimelineProvider<SampleEntry> {
   }
 
  private:
-  platform::TaskGroup& tasks_;
+  base::TaskGroup& tasks_;
   Gate& gate_;
 };
 
@@ -92,11 +92,11 @@ namespace support {
 
 class SampleWidget final : public platform::Widget {
  public:
-  SampleWidget(platform::TaskGroup& tasks, Gate& gate) : tasks_(tasks), gate_(gate) {}
+  SampleWidget(base::TaskGroup& tasks, Gate& gate) : tasks_(tasks), gate_(gate) {}
 
   platform::SomeWidgetConfiguration body() const override {
-    const auto content = [](const SampleEntry& entry, const platform::FamilyEnvironment& family) -> platform::Node {
-      return platform::Text(entry.word + " in " + std::string(nameOf(family())));
+    const auto content = [](const SampleEntry& entry, const platform::FamilyEnvironment& family) -> protocol::Node {
+      return protocol::Text(entry.word + " in " + std::string(nameOf(family())));
     };
     return platform::StaticConfiguration("sample", std::make_unique<SampleProvider>(tasks_, gate_), content)
         .configurationDisplayName("Sample")
@@ -105,13 +105,13 @@ class SampleWidget final : public platform::Widget {
   }
 
  private:
-  platform::TaskGroup& tasks_;
+  base::TaskGroup& tasks_;
   Gate& gate_;
 };
 
 class SampleBundle final : public platform::WidgetBundle {
  public:
-  SampleBundle(platform::TaskGroup& tasks, Gate& gate) : tasks_(tasks), gate_(gate) {}
+  SampleBundle(base::TaskGroup& tasks, Gate& gate) : tasks_(tasks), gate_(gate) {}
 
   std::vector<std::unique_ptr<platform::Widget>> body() const override {
     std::vector<std::unique_ptr<platform::Widget>> widgets;
@@ -120,7 +120,7 @@ class SampleBundle final : public platform::WidgetBundle {
   }
 
  private:
-  platform::TaskGroup& tasks_;
+  base::TaskGroup& tasks_;
   Gate& gate_;
 };
 

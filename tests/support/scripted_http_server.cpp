@@ -113,7 +113,7 @@ void ScriptedHttpServer::acceptConnections() {
 }
 
 void ScriptedHttpServer::serve(std::size_t connection, int socket) {
-  const platform::FileDescriptor owner(socket);
+  const base::FileDescriptor owner(socket);
   std::vector<Step> first;
   {
     const std::lock_guard lock(mutex_);

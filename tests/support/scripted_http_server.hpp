@@ -17,7 +17,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 #include "support/loopback_socket.hpp"
 
 namespace support {
@@ -30,7 +30,7 @@ class Event {
   int descriptor() const { return descriptor_.get(); }
 
  private:
-  platform::FileDescriptor descriptor_;
+  base::FileDescriptor descriptor_;
 };
 
 /// A well-formed answer. Content-Length is added unless `headers` holds a length or an encoding of its own.

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 #include "support/child_process.hpp"
 #include "support/session_bus.hpp"
 #include "support/temporary_folder.hpp"
@@ -53,7 +53,7 @@ class SecretServiceSession {
   TemporaryFolder folder_;
   std::optional<SessionBus> bus_;
   std::optional<ChildProcess> keyring_;
-  platform::FileDescriptor silentActivation_;
+  base::FileDescriptor silentActivation_;
   BusConnection connection_;
 };
 

@@ -4,7 +4,7 @@
 #include <sstream>
 #include <string>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace support {
 
@@ -17,16 +17,16 @@ inline std::string number(double value) {
 }
 
 struct Line {
-  std::string operator()(const platform::VStackNode& node) const {
+  std::string operator()(const protocol::VStackNode& node) const {
     return "vstack leading" + (node.spacing ? " " + number(*node.spacing) : "");
   }
-  std::string operator()(const platform::HStackNode& node) const {
-    const bool centred = node.alignment == platform::VerticalAlignment::center;
+  std::string operator()(const protocol::HStackNode& node) const {
+    const bool centred = node.alignment == protocol::VerticalAlignment::center;
     return std::string("hstack ") + (centred ? "center" : "baseline") +
            (node.spacing ? " " + number(*node.spacing) : "");
   }
-  std::string operator()(const platform::TextNode& node) const {
-    using namespace platform;
+  std::string operator()(const protocol::TextNode& node) const {
+    using namespace protocol;
     std::string line;
     if (const auto* key = std::get_if<LocalizedKey>(&node.content)) {
       line = "key '" + key->key + "'";
@@ -44,32 +44,32 @@ struct Line {
     if (node.lineLimit) line += " limit " + std::to_string(*node.lineLimit);
     return line;
   }
-  std::string operator()(const platform::SpacerNode& node) const { return "spacer " + number(node.minLength); }
-  std::string operator()(const platform::DividerNode&) const { return "divider"; }
+  std::string operator()(const protocol::SpacerNode& node) const { return "spacer " + number(node.minLength); }
+  std::string operator()(const protocol::DividerNode&) const { return "divider"; }
 };
 
-inline void append(std::string& out, const platform::Node& node, int depth) {
+inline void append(std::string& out, const protocol::Node& node, int depth) {
   out += std::string(static_cast<std::size_t>(depth) * 2, ' ') + std::visit(Line{}, node.kind);
   if (const auto& edges = node.padding) {
     out += " padding " + number(edges->top) + " " + number(edges->leading) + " " + number(edges->bottom) + " " +
            number(edges->trailing);
   }
   if (node.background) {
-    const bool tint = node.background->fill == platform::ForegroundStyle::tint;
+    const bool tint = node.background->fill == protocol::ForegroundStyle::tint;
     out += std::string(" capsule ") + (tint ? "tint " : "other ") + number(node.background->opacity);
   }
   if (node.containerBackground) out += " background";
   out += "\n";
-  const std::vector<platform::Node>* children = nullptr;
-  if (const auto* vstack = std::get_if<platform::VStackNode>(&node.kind)) children = &vstack->children;
-  if (const auto* hstack = std::get_if<platform::HStackNode>(&node.kind)) children = &hstack->children;
+  const std::vector<protocol::Node>* children = nullptr;
+  if (const auto* vstack = std::get_if<protocol::VStackNode>(&node.kind)) children = &vstack->children;
+  if (const auto* hstack = std::get_if<protocol::HStackNode>(&node.kind)) children = &hstack->children;
   if (children == nullptr) return;
   for (const auto& child : *children) append(out, child, depth + 1);
 }
 
 }  // namespace tree_text
 
-inline std::string asText(const platform::Node& root) {
+inline std::string asText(const protocol::Node& root) {
   std::string out;
   tree_text::append(out, root, 0);
   return out;

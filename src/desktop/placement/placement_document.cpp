@@ -9,7 +9,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "platform/json_rpc/json_text.hpp"
+#include "protocol/json_rpc/json_text.hpp"
 
 namespace desktop {
 namespace {
@@ -79,7 +79,7 @@ std::optional<Placed> placedFrom(const json& object) {
 }
 
 std::expected<json, std::string> document(std::string_view text) {
-  auto parsed = platform::json_rpc::parseJson(text);
+  auto parsed = protocol::json_rpc::parseJson(text);
   if (!parsed) return std::unexpected(parsed.error());
   const auto format = parsed->find("format");
   if (!parsed->is_object() || format == parsed->end() || *format != formatName) {

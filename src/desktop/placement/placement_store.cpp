@@ -2,10 +2,10 @@
 
 #include <utility>
 
+#include "base/files/quarantine.hpp"
+#include "base/files/read_file.hpp"
+#include "base/files/replace_file.hpp"
 #include "desktop/placement/placement_document.hpp"
-#include "platform/files/read_file.hpp"
-#include "platform/files/replace_file.hpp"
-#include "platform/files/set_aside.hpp"
 
 namespace desktop {
 namespace {
@@ -14,15 +14,15 @@ constexpr const char* suffix = ".damaged";
 
 }  // namespace
 
-std::optional<std::filesystem::path> placementsFile(platform::EnvironmentLookup environment) {
-  const auto folder = platform::userConfigFolder(environment);
+std::optional<std::filesystem::path> placementsFile(base::EnvironmentLookup environment) {
+  const auto folder = base::userConfigFolder(environment);
   if (!folder) return std::nullopt;
   return *folder / "vamba" / "placements.json";
 }
 
 std::string PlacementStore::keepAside(const std::string& reason) {
   const std::string fault = file_.string() + " can't be used (" + reason + ")";
-  const auto aside = platform::setAside(file_, suffix);
+  const auto aside = base::quarantine(file_, suffix);
   stillInTheWay_ = !aside.has_value();
   if (!aside) return fault + " and could not be renamed: " + aside.error();
   return fault + "; it is kept as " + aside->string();
@@ -31,8 +31,8 @@ std::string PlacementStore::keepAside(const std::string& reason) {
 LoadedPlacements PlacementStore::load() {
   document_.clear();
   stillInTheWay_ = false;
-  auto text = platform::readFile(file_, largestPlacementDocument);
-  if (!text && text.error().kind == platform::ReadFailure::Kind::missing) return {.firstStart = true};
+  auto text = base::readFile(file_, largestPlacementDocument);
+  if (!text && text.error().kind == base::ReadFailure::Kind::missing) return {.firstStart = true};
   if (!text) return {.notice = keepAside(text.error().reason)};
   auto document = readPlacements(*text);
   if (!document) return {.notice = keepAside(document.error())};
@@ -50,17 +50,17 @@ std::expected<void, std::string> PlacementStore::save(const Placements& placemen
     return std::unexpected("can't write " + file_.string() + ": " + reason);
   };
   if (stillInTheWay_) {
-    if (const auto aside = platform::setAside(file_, suffix); !aside) return failure(aside.error());
+    if (const auto aside = base::quarantine(file_, suffix); !aside) return failure(aside.error());
     stillInTheWay_ = false;
   }
   // Through a link to a file that was moved away, its folder is made anew.
-  const auto target = platform::behindLinks(file_);
+  const auto target = base::behindLinks(file_);
   if (!target) return failure(target.error());
-  if (const auto made = platform::makeFolders(target->parent_path()); !made) return failure(made.error());
+  if (const auto made = base::makeFolders(target->parent_path()); !made) return failure(made.error());
   std::string document = writePlacements(placements, document_);
   const auto readBack = readPlacements(document);
   if (!readBack || readBack->dropped > 0) return failure("a name in it is too long");
-  const auto replaced = platform::replaceFile(*target, document, platform::Durability::lasting, {.file = 0600});
+  const auto replaced = base::replaceFile(*target, document, base::Durability::lasting, {.file = 0600});
   if (!replaced) return failure(replaced.error());
   document_ = std::move(document);
   return {};

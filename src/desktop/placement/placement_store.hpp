@@ -7,13 +7,13 @@
 #include <optional>
 #include <string>
 
+#include "base/files/user_folders.hpp"
 #include "desktop/placement/placements.hpp"
-#include "platform/files/user_folders.hpp"
 
 namespace desktop {
 
 /// None where the environment names no folder.
-std::optional<std::filesystem::path> placementsFile(platform::EnvironmentLookup environment);
+std::optional<std::filesystem::path> placementsFile(base::EnvironmentLookup environment);
 
 struct LoadedPlacements {
   Placements placements;

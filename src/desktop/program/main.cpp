@@ -2,12 +2,12 @@
 #include <csignal>
 #include <cstdio>
 
+#include "base/descriptors/standard_streams.hpp"
 #include "desktop/program/run.hpp"
 #include "host/commands/exit_status.hpp"
-#include "platform/descriptors/standard_streams.hpp"
 
 int main(int argc, char** argv) {
-  platform::fillStandardStreams();
+  base::fillStandardStreams();
   std::signal(SIGPIPE, SIG_IGN);
   const auto parsed = host::parseCommandLine(argc, argv);
   if (const auto* exit = std::get_if<host::Exit>(&parsed)) {

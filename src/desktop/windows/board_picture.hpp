@@ -6,7 +6,7 @@
 
 #include <cairo.h>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 #include "render/picture/drawing.hpp"
 #include "render/picture/picture.hpp"
 
@@ -23,7 +23,7 @@ struct BoardLook {
 
 /// What a board shows. Its texts are localised already.
 struct BoardContent {
-  platform::Node view;
+  protocol::Node view;
   render::Redaction redaction = render::Redaction::none;
   bool operator==(const BoardContent&) const = default;
 };

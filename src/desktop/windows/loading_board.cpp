@@ -1,19 +1,19 @@
 #include "desktop/windows/loading_board.hpp"
 
-#include "platform/view_tree/builders.hpp"
+#include "protocol/view_tree/builders.hpp"
 
 namespace desktop {
 namespace {
 
-using platform::HStack;
-using platform::Text;
-using platform::VStack;
+using protocol::HStack;
+using protocol::Text;
+using protocol::VStack;
 
-platform::View row(const char* text) {
-  return HStack({.alignment = platform::VerticalAlignment::firstTextBaseline, .spacing = 6},
+protocol::View row(const char* text) {
+  return HStack({.alignment = protocol::VerticalAlignment::firstTextBaseline, .spacing = 6},
                 {
-                    Text("00:00").font(platform::TextStyle::caption2).foregroundStyle(platform::ForegroundStyle::tint),
-                    Text(text).font(platform::TextStyle::caption).lineLimit(1),
+                    Text("00:00").font(protocol::TextStyle::caption2).foregroundStyle(protocol::ForegroundStyle::tint),
+                    Text(text).font(protocol::TextStyle::caption).lineLimit(1),
                 });
 }
 
@@ -21,18 +21,18 @@ platform::View row(const char* text) {
 
 BoardContent loadingBoard() {
   // Under the bars, only the lengths of these texts are seen.
-  platform::Node view = VStack({.spacing = 6},
+  protocol::Node view = VStack({.spacing = 6},
                                {
-                                   Text("Vamba").font(platform::TextStyle::headline),
+                                   Text("Vamba").font(protocol::TextStyle::headline),
                                    row("Lorem ipsum dolor sit"),
                                    row("Lorem ipsum dolor"),
-                                   platform::Divider(),
+                                   protocol::Divider(),
                                    row("Lorem ipsum dolor sit amet"),
                                    row("Lorem ipsum"),
-                                   platform::Spacer(),
+                                   protocol::Spacer(),
                                })
                             .padding(12)
-                            .containerBackground(platform::ContainerBackground::background);
+                            .containerBackground(protocol::ContainerBackground::background);
   return {.view = std::move(view), .redaction = render::Redaction::placeholder};
 }
 

@@ -5,9 +5,9 @@
 
 #include <unistd.h>
 
+#include "base/files/read_file.hpp"
+#include "base/files/replace_file.hpp"
 #include "host/autostart/start_files.hpp"
-#include "platform/files/read_file.hpp"
-#include "platform/files/replace_file.hpp"
 
 namespace host {
 namespace {
@@ -21,18 +21,18 @@ std::unexpected<std::string> failure(const std::string& what, const std::filesys
 
 /// The file's text; none where there is no file. A foreign one is an error.
 std::expected<std::optional<std::string>, std::string> ownText(const std::filesystem::path& file) {
-  auto text = platform::readFile(file, largestFile);
+  auto text = base::readFile(file, largestFile);
   if (text && startedProgram(*text)) return *std::move(text);
   if (text) return std::unexpected(file.string() + " was not written by vamba-host; remove or rename it first");
-  if (text.error().kind == platform::ReadFailure::Kind::missing) return std::nullopt;
+  if (text.error().kind == base::ReadFailure::Kind::missing) return std::nullopt;
   return failure("use", file, text.error().reason);
 }
 
 std::expected<void, std::string> write(const std::filesystem::path& file, const std::string& text) {
-  if (const auto made = platform::makeFolders(file.parent_path()); !made) {
+  if (const auto made = base::makeFolders(file.parent_path()); !made) {
     return failure("write", file, made.error());
   }
-  const auto written = platform::replaceFile(file, text, platform::Durability::lasting, {.file = 0644});
+  const auto written = base::replaceFile(file, text, base::Durability::lasting, {.file = 0644});
   if (!written) return failure("write", file, written.error());
   return {};
 }

@@ -25,7 +25,7 @@ struct AutostartStatus {
 /// they bear the name of its own, and stay as they are.
 class Autostart {
  public:
-  /// The folder is the user's configuration (`platform::userConfigFolder`).
+  /// The folder is the user's configuration (`base::userConfigFolder`).
   Autostart(const std::filesystem::path& configFolder, ServiceManager& services);
 
   /// Has `program`, an absolute path, started as `PROGRAM desktop` with each session from the next one on.

@@ -1,12 +1,12 @@
 #include <cstdlib>
 #include <string>
 
+#include "base/files/user_folders.hpp"
 #include "host/autostart/autostart.hpp"
 #include "host/commands/commands.hpp"
 #include "host/commands/exit_status.hpp"
 #include "host/commands/output.hpp"
 #include "host/commands/program_folder.hpp"
-#include "platform/files/user_folders.hpp"
 
 namespace host {
 namespace {
@@ -26,7 +26,7 @@ CommandResult autostart(const CommandLine& line) {
   const auto failure = [](const std::string& why) {
     return std::unexpected(CommandFailure{exit_status::noAnswer, why});
   };
-  const auto folder = platform::userConfigFolder(std::getenv);
+  const auto folder = base::userConfigFolder(std::getenv);
   if (!folder) return failure("neither XDG_CONFIG_HOME nor HOME names a folder");
   Systemd systemd;
   Autostart autostart(*folder, systemd);

@@ -8,7 +8,7 @@
 #include "host/commands/output.hpp"
 #include "host/commands/persistence.hpp"
 #include "host/feed/entry.hpp"
-#include "platform/json_rpc/json_text.hpp"
+#include "protocol/json_rpc/json_text.hpp"
 
 namespace host {
 namespace {
@@ -26,7 +26,7 @@ std::expected<json, CommandFailure> entryInFile(const std::string& name) {
   };
   const auto text = readAll(name);
   if (!text) return wrong(text.error());
-  auto entry = platform::json_rpc::parseJson(*text);
+  auto entry = protocol::json_rpc::parseJson(*text);
   if (!entry) return wrong((name == "-" ? "standard input" : name) + " holds no entry: " + entry.error());
   return std::move(*entry);
 }

@@ -3,8 +3,8 @@
 #include "host/commands/output.hpp"
 #include "host/commands/persistence.hpp"
 #include "host/commands/terminal.hpp"
-#include "platform/json_rpc/json_text.hpp"
-#include "platform/view_tree/builders.hpp"
+#include "protocol/json_rpc/json_text.hpp"
+#include "protocol/view_tree/builders.hpp"
 
 namespace host {
 namespace {
@@ -20,7 +20,7 @@ CommandResult print(std::string_view text) {
 
 CommandResult printJson(const std::expected<json, ExtensionFailure>& answer) {
   if (!answer) return std::unexpected(asCommandFailure(answer.error()));
-  return print(platform::json_rpc::toText(*answer) + "\n");
+  return print(protocol::json_rpc::toText(*answer) + "\n");
 }
 
 /// "systemSmall" as the command line spells it.
@@ -31,8 +31,8 @@ std::string sizeWord(const std::string& family) {
   return family;
 }
 
-platform::Views declaration(const WidgetDeclaration& widget) {
-  using namespace platform;
+protocol::Views declaration(const WidgetDeclaration& widget) {
+  using namespace protocol;
   std::string sizes;
   for (const auto& family : widget.families) sizes += (sizes.empty() ? "" : ", ") + sizeWord(family);
   return VStack({}, {
@@ -50,7 +50,7 @@ CommandResult gallery(ExtensionClient& extension, const CommandLine& line) {
   if (!widgets) return std::unexpected(asCommandFailure(widgets.error()));
   std::string text;
   for (const auto& widget : *widgets) {
-    const platform::Node view = platform::VStack({}, {declaration(widget)});
+    const protocol::Node view = protocol::VStack({}, {declaration(widget)});
     text += (text.empty() ? "" : "\n") + render::drawPlainBoard(view, terminalOptions("systemMedium").columns);
   }
   return print(text);

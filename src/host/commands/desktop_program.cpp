@@ -9,9 +9,9 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "base/descriptors/file_descriptor.hpp"
 #include "host/commands/exit_status.hpp"
 #include "host/commands/program_folder.hpp"
-#include "platform/descriptors/file_descriptor.hpp"
 
 namespace host {
 namespace {
@@ -27,7 +27,7 @@ bool listens(std::string_view socketName) {
   address.sun_family = AF_UNIX;
   if (socketName.size() >= sizeof address.sun_path) return false;
   std::memcpy(address.sun_path, socketName.data(), socketName.size());
-  const platform::FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  const base::FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   if (!client.isOpen()) return false;
   const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + socketName.size() +
                                              (socketName.starts_with('\0') ? 0 : 1));

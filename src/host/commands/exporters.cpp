@@ -3,8 +3,8 @@
 #include "host/commands/program_folder.hpp"
 #include "host/commands/terminal.hpp"
 #include "host/texts/texts.hpp"
-#include "platform/json_rpc/json_text.hpp"
-#include "platform/view_tree/node_json.hpp"
+#include "protocol/json_rpc/json_text.hpp"
+#include "protocol/view_tree/node_json.hpp"
 #include "render/picture_library/picture_in_preparation.hpp"
 
 namespace host {
@@ -27,7 +27,7 @@ Drawing drawText(const Board& board, const CommandLine& line) {
                                    line.output ? fileOptions(line.family) : terminalOptions(line.family));
 }
 
-Drawing drawJson(const Board& board) { return platform::json_rpc::toText(toJson(board.view)) + "\n"; }
+Drawing drawJson(const Board& board) { return protocol::json_rpc::toText(toJson(board.view)) + "\n"; }
 
 /// How the picture library draws the format; null for one that is no picture.
 render::PictureInPreparation::Draw pictureOf(Format format) {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "host/commands/command_line.hpp"
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace render {
 class PictureInPreparation;
@@ -16,7 +16,7 @@ namespace host {
 
 /// A board on its way out, with what its formats say of it beside its view.
 struct Board {
-  platform::Node view;  ///< as the extension answered it
+  protocol::Node view;  ///< as the extension answered it
   std::string title;    ///< the widget's name
   bool sample = false;  ///< a placeholder: pictures draw bars in place of its texts
 };

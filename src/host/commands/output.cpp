@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/files/replace_file.hpp"
+#include "base/files/replace_file.hpp"
 
 namespace host {
 namespace {
@@ -45,7 +45,7 @@ std::expected<void, std::string> writeFile(const std::filesystem::path& file, st
   struct stat status{};
   const bool exists = stat(file.c_str(), &status) == 0;
   if (exists && !S_ISREG(status.st_mode)) return writeInPlace(file, bytes);
-  const auto replaced = platform::replaceFile(file, bytes, platform::Durability::fast);
+  const auto replaced = base::replaceFile(file, bytes, base::Durability::fast);
   if (!replaced) return std::unexpected("can't write " + file.string() + ": " + replaced.error());
   return {};
 }

@@ -6,8 +6,8 @@
 #include "host/commands/terminal.hpp"
 #include "host/feed/feed.hpp"
 #include "host/texts/texts.hpp"
-#include "platform/json_rpc/json_text.hpp"
-#include "platform/view_tree/node_json.hpp"
+#include "protocol/json_rpc/json_text.hpp"
+#include "protocol/view_tree/node_json.hpp"
 
 namespace host {
 namespace {
@@ -20,9 +20,9 @@ class Screen {
   Screen(Format format, std::string family) : format_(format), family_(std::move(family)) {}
 
   bool empty() const { return !view_; }
-  bool shows(const platform::Node& view, BoardHolds holds) const { return view_ == view && holds_ == holds; }
+  bool shows(const protocol::Node& view, BoardHolds holds) const { return view_ == view && holds_ == holds; }
 
-  std::expected<void, std::string> show(platform::Node view, BoardHolds holds) {
+  std::expected<void, std::string> show(protocol::Node view, BoardHolds holds) {
     view_ = std::move(view);
     holds_ = holds;
     return draw();
@@ -33,7 +33,7 @@ class Screen {
     if (!view_) return {};
     switch (format_) {
       case Format::json:
-        return writeStandardOutput(platform::json_rpc::toText(toJson(*view_)) + "\n");
+        return writeStandardOutput(protocol::json_rpc::toText(toJson(*view_)) + "\n");
       case Format::waybar:
         return writeStandardOutput(toWaybarJson(statusLine(*view_, holds_)) + "\n");
       default:
@@ -44,12 +44,12 @@ class Screen {
   /// Before there is any board: a status bar must not stand blank.
   std::expected<void, std::string> showFailure(const std::string& message) {
     if (format_ != Format::waybar || view_) return {};
-    const platform::Node sentence = platform::Node{.kind = platform::TextNode{.content = platform::Verbatim{message}}};
+    const protocol::Node sentence = protocol::Node{.kind = protocol::TextNode{.content = protocol::Verbatim{message}}};
     return writeStandardOutput(toWaybarJson(statusLine(sentence, BoardHolds::sentence)) + "\n");
   }
 
  private:
-  std::expected<void, std::string> drawText(const platform::Node& view) {
+  std::expected<void, std::string> drawText(const protocol::Node& view) {
     const auto options = terminalOptions(family_);
     std::string text = render::drawTerminalBoard(localised(view), options);
     if (options.escapes) return writeStandardOutput(homeAndClear + text);
@@ -60,7 +60,7 @@ class Screen {
 
   Format format_;
   std::string family_;
-  std::optional<platform::Node> view_;
+  std::optional<protocol::Node> view_;
   BoardHolds holds_ = BoardHolds::day;
   bool drawn_ = false;
 };
@@ -93,7 +93,7 @@ class Watcher : FeedListener {
   void reloadPlanned(std::optional<absl::Time> /*reload*/) override {}
 
   void boardsChanged(const FeedBoards& boards) override {
-    const platform::Node& view = boards.views.at(line_.family);
+    const protocol::Node& view = boards.views.at(line_.family);
     if (boards.origin == BoardOrigin::load) {
       lastFailure_.clear();
     } else if (screen_.shows(view, boards.holds)) {

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "platform/calendar/instant.hpp"
-#include "platform/view_tree/node_json.hpp"
+#include "protocol/view_tree/node_json.hpp"
 
 namespace host {
 namespace {
@@ -84,10 +84,10 @@ std::expected<TimelineAnswer, std::string> readTimeline(json result) {
   return answer;
 }
 
-std::expected<platform::Node, std::string> readView(const json& result) {
+std::expected<protocol::Node, std::string> readView(const json& result) {
   const json* const view = field(result, "view");
   if (view == nullptr) return std::unexpected("\"view\" is missing");
-  auto node = platform::nodeFromJson(*view);
+  auto node = protocol::nodeFromJson(*view);
   if (!node) return std::unexpected("\"view\" is no view: " + node.error());
   return node;
 }

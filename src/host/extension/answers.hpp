@@ -9,7 +9,7 @@
 #include <absl/time/time.h>
 #include <nlohmann/json.hpp>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace host {
 
@@ -33,6 +33,6 @@ std::expected<std::vector<WidgetDeclaration>, std::string> readWidgets(const nlo
 /// The result of `placeholder` and `snapshot`, checked and handed back as it came.
 std::expected<nlohmann::json, std::string> readEntryAnswer(nlohmann::json result);
 std::expected<TimelineAnswer, std::string> readTimeline(nlohmann::json result);
-std::expected<platform::Node, std::string> readView(const nlohmann::json& result);
+std::expected<protocol::Node, std::string> readView(const nlohmann::json& result);
 
 }  // namespace host

@@ -79,11 +79,11 @@ ExtensionClient::Answer<TimelineAnswer> ExtensionClient::timeline(const std::str
   return askFor<TimelineAnswer>("timeline", placement(kind, family), settings_.loadDeadline, readTimeline);
 }
 
-ExtensionClient::Answer<platform::Node> ExtensionClient::render(const std::string& kind, const std::string& family,
+ExtensionClient::Answer<protocol::Node> ExtensionClient::render(const std::string& kind, const std::string& family,
                                                                 const json& entry) {
   json params = placement(kind, family);
   params["entry"] = entry;
-  return askFor<platform::Node>("render", params, settings_.requestDeadline, readView);
+  return askFor<protocol::Node>("render", params, settings_.requestDeadline, readView);
 }
 
 bool ExtensionClient::running() const { return session_ && !session_->ended(); }

@@ -13,7 +13,7 @@
 
 #include "host/extension/answers.hpp"
 #include "host/extension/extension_failure.hpp"
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace host {
 
@@ -45,7 +45,7 @@ class ExtensionClient {
   Answer<nlohmann::json> placeholder(const std::string& kind, const std::string& family);
   Answer<nlohmann::json> snapshot(const std::string& kind, const std::string& family, bool isPreview);
   Answer<TimelineAnswer> timeline(const std::string& kind, const std::string& family);
-  Answer<platform::Node> render(const std::string& kind, const std::string& family, const nlohmann::json& entry);
+  Answer<protocol::Node> render(const std::string& kind, const std::string& family, const nlohmann::json& entry);
 
   bool running() const;
 

@@ -21,28 +21,28 @@ namespace {
 constexpr int firstSafeNumber = 10;
 
 struct Pipe {
-  platform::FileDescriptor reading;
-  platform::FileDescriptor writing;
+  base::FileDescriptor reading;
+  base::FileDescriptor writing;
 };
 
 std::optional<Pipe> makePipe() {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) return std::nullopt;
-  const Pipe low{.reading = platform::FileDescriptor(ends[0]), .writing = platform::FileDescriptor(ends[1])};
-  Pipe pipe{.reading = platform::FileDescriptor(::fcntl(low.reading.get(), F_DUPFD_CLOEXEC, firstSafeNumber)),
-            .writing = platform::FileDescriptor(::fcntl(low.writing.get(), F_DUPFD_CLOEXEC, firstSafeNumber))};
+  const Pipe low{.reading = base::FileDescriptor(ends[0]), .writing = base::FileDescriptor(ends[1])};
+  Pipe pipe{.reading = base::FileDescriptor(::fcntl(low.reading.get(), F_DUPFD_CLOEXEC, firstSafeNumber)),
+            .writing = base::FileDescriptor(::fcntl(low.writing.get(), F_DUPFD_CLOEXEC, firstSafeNumber))};
   if (!pipe.reading.isOpen() || !pipe.writing.isOpen()) return std::nullopt;
   return pipe;
 }
 
-bool makeNonBlocking(const platform::FileDescriptor& descriptor) {
+bool makeNonBlocking(const base::FileDescriptor& descriptor) {
   return ::fcntl(descriptor.get(), F_SETFL, O_NONBLOCK) == 0;
 }
 
 // glibc 2.36 declares its wrapper for C alone.
-platform::FileDescriptor openIdentity(pid_t process) {
-  const platform::FileDescriptor low(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
-  return platform::FileDescriptor(low.isOpen() ? ::fcntl(low.get(), F_DUPFD_CLOEXEC, firstSafeNumber) : -1);
+base::FileDescriptor openIdentity(pid_t process) {
+  const base::FileDescriptor low(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+  return base::FileDescriptor(low.isOpen() ? ::fcntl(low.get(), F_DUPFD_CLOEXEC, firstSafeNumber) : -1);
 }
 
 struct ChildEnds {

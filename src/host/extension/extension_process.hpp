@@ -8,7 +8,7 @@
 
 #include <sys/types.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 
 namespace host {
 
@@ -41,10 +41,10 @@ class ExtensionProcess {
   ExtensionProcess() = default;
 
   pid_t id_ = 0;
-  platform::FileDescriptor identity_;  // closed once the process is reaped
-  platform::FileDescriptor input_;
-  platform::FileDescriptor output_;
-  platform::FileDescriptor diagnostics_;
+  base::FileDescriptor identity_;  // closed once the process is reaped
+  base::FileDescriptor input_;
+  base::FileDescriptor output_;
+  base::FileDescriptor diagnostics_;
 };
 
 }  // namespace host

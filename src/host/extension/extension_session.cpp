@@ -11,14 +11,14 @@
 #include <unistd.h>
 
 #include "host/extension/printable.hpp"
-#include "platform/json_rpc/message.hpp"
+#include "protocol/json_rpc/message.hpp"
 
 namespace host {
 namespace {
 
 using Kind = ExtensionFailure::Kind;
 using nlohmann::json;
-using platform::json_rpc::LineReader;
+using protocol::json_rpc::LineReader;
 using std::chrono::steady_clock;
 
 // An answer to nothing that was asked is a slip once or twice; a process that keeps at it has lost its way.
@@ -51,8 +51,8 @@ ExtensionSession::ExtensionSession(ExtensionProcess process, int interruption, i
 ExtensionSession::Answer ExtensionSession::ask(const std::string& method, const json& params, TimePoint deadline) {
   ++lastId_;
   const std::string line =
-      platform::json_rpc::toLine(platform::json_rpc::Request{.id = lastId_, .method = method, .params = params});
-  if (line.size() > platform::json_rpc::maximumLineLength) {
+      protocol::json_rpc::toLine(protocol::json_rpc::Request{.id = lastId_, .method = method, .params = params});
+  if (line.size() > protocol::json_rpc::maximumLineLength) {
     return std::unexpected(ExtensionFailure{Kind::refused, "the request is longer than an extension reads"});
   }
   const std::string text = line + '\n';
@@ -112,7 +112,7 @@ std::optional<ExtensionSession::Answer> ExtensionSession::readAnswer(const std::
     }
     if (read.status != Status::line) return std::unexpected(died("output"));
 
-    auto response = platform::json_rpc::parseResponse(read.text);
+    auto response = protocol::json_rpc::parseResponse(read.text);
     // An error without an id is about a line that could not be understood, and only one is under way.
     const bool isOurs = response && (response->id == lastId_ || (response->id.is_null() && !response->outcome));
     if (isOurs) {
@@ -132,7 +132,7 @@ std::optional<ExtensionSession::Answer> ExtensionSession::readAnswer(const std::
 }
 
 std::expected<void, ExtensionFailure> ExtensionSession::judgeStray(std::string_view line) {
-  const auto notification = platform::json_rpc::parseRequest(line);
+  const auto notification = protocol::json_rpc::parseRequest(line);
   if (!notification || !notification->isNotification) {
     return std::unexpected(nonsense("the extension wrote a line that is no answer" + quoted(line)));
   }

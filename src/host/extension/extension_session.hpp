@@ -14,7 +14,7 @@
 #include "host/extension/diagnostics_relay.hpp"
 #include "host/extension/extension_failure.hpp"
 #include "host/extension/extension_process.hpp"
-#include "platform/json_rpc/line_reader.hpp"
+#include "protocol/json_rpc/line_reader.hpp"
 
 namespace host {
 
@@ -50,7 +50,7 @@ class ExtensionSession {
   void pumpDiagnostics();
 
   ExtensionProcess process_;
-  platform::json_rpc::LineReader reader_;
+  protocol::json_rpc::LineReader reader_;
   DiagnosticsRelay relay_;
   int interruption_;
   bool diagnosticsOpen_ = true;

@@ -15,7 +15,7 @@
 #include "host/schedule/wake_ups.hpp"
 #include "host/schedule/zone_changes.hpp"
 #include "host/status_line/status_line.hpp"
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace host {
 
@@ -27,7 +27,7 @@ enum class BoardOrigin {
 
 /// What to show in each size that was asked for, by the sizes' names in the protocol.
 struct FeedBoards {
-  std::map<std::string, platform::Node> views;
+  std::map<std::string, protocol::Node> views;
   BoardHolds holds = BoardHolds::day;
   BoardOrigin origin = BoardOrigin::load;
 };

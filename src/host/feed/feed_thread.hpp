@@ -7,8 +7,8 @@
 #include <thread>
 #include <vector>
 
+#include "base/descriptors/file_descriptor.hpp"
 #include "host/feed/feed.hpp"
-#include "platform/descriptors/file_descriptor.hpp"
 
 namespace host {
 
@@ -33,8 +33,8 @@ class FeedThread {
   void run(Feed& feed);
   std::vector<Task> takePosted();
 
-  platform::FileDescriptor wake_;          ///< readable while something is posted
-  platform::FileDescriptor interruption_;  ///< readable while something is posted that does not wait
+  base::FileDescriptor wake_;          ///< readable while something is posted
+  base::FileDescriptor interruption_;  ///< readable while something is posted that does not wait
   std::mutex mutex_;
   std::vector<Task> posted_;
   bool ending_ = false;

@@ -7,7 +7,7 @@
 
 #include <absl/time/time.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 
 namespace host {
 
@@ -29,7 +29,7 @@ class RealTimeTimer {
  private:
   bool arm(absl::Time instant);
 
-  platform::FileDescriptor descriptor_;
+  base::FileDescriptor descriptor_;
   bool clockSet_ = false;  ///< the kernel told so when the timer was set, and it was not taken yet
 };
 
@@ -44,7 +44,7 @@ class PauseTimer {
   bool take();
 
  private:
-  platform::FileDescriptor descriptor_;
+  base::FileDescriptor descriptor_;
 };
 
 /// Signals as a descriptor: blocked from their first use to the end of the scope.
@@ -61,7 +61,7 @@ class SignalDescriptor {
 
  private:
   sigset_t before_{};
-  platform::FileDescriptor descriptor_;
+  base::FileDescriptor descriptor_;
 };
 
 /// Waits until one of the descriptors is readable.

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 
 namespace host {
 
@@ -18,7 +18,7 @@ class ZoneChanges {
   bool take();
 
  private:
-  platform::FileDescriptor descriptor_;
+  base::FileDescriptor descriptor_;
 };
 
 }  // namespace host

@@ -6,18 +6,18 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/view_tree/localized_key.hpp"
+#include "protocol/view_tree/localized_key.hpp"
 #include "render/terminal/terminal_board.hpp"
 #include "render/terminal/terminal_text.hpp"
 
 namespace host {
 namespace {
 
-using platform::ForegroundStyle;
-using platform::HStackNode;
-using platform::LocalizedKey;
-using platform::TextNode;
-using platform::Verbatim;
+using protocol::ForegroundStyle;
+using protocol::HStackNode;
+using protocol::LocalizedKey;
+using protocol::TextNode;
+using protocol::Verbatim;
 
 /// A tooltip is shown by itself and has room for whole titles, within reason.
 constexpr int widestTooltip = 80;
@@ -63,13 +63,13 @@ bool isKey(const TextNode& text, std::string_view key) {
 
 std::string wordsOf(const TextNode& text) {
   if (const auto* verbatim = std::get_if<Verbatim>(&text.content)) return verbatim->text;
-  return platform::asWritten(std::get<LocalizedKey>(text.content));
+  return protocol::asWritten(std::get<LocalizedKey>(text.content));
 }
 
 template <typename Visit>
-void eachNode(const platform::Node& node, const Visit& visit) {
+void eachNode(const protocol::Node& node, const Visit& visit) {
   visit(node);
-  if (const auto* column = std::get_if<platform::VStackNode>(&node.kind)) {
+  if (const auto* column = std::get_if<protocol::VStackNode>(&node.kind)) {
     for (const auto& child : column->children) eachNode(child, visit);
   } else if (const auto* row = std::get_if<HStackNode>(&node.kind)) {
     for (const auto& child : row->children) eachNode(child, visit);
@@ -84,7 +84,7 @@ std::optional<Meeting> meetingOf(const HStackNode& row) {
   Meeting meeting{wordsOf(*time), {}, {}};
   bool hasTitle = false;
   for (std::size_t i = 1; i < row.children.size(); ++i) {
-    eachNode(row.children[i], [&](const platform::Node& node) {
+    eachNode(row.children[i], [&](const protocol::Node& node) {
       const auto* text = std::get_if<TextNode>(&node.kind);
       if (text == nullptr) return;
       if (!hasTitle) {
@@ -98,9 +98,9 @@ std::optional<Meeting> meetingOf(const HStackNode& row) {
   return meeting;
 }
 
-Findings readBoard(const platform::Node& view) {
+Findings readBoard(const protocol::Node& view) {
   Findings findings;
-  eachNode(view, [&](const platform::Node& node) {
+  eachNode(view, [&](const protocol::Node& node) {
     if (const auto* row = std::get_if<HStackNode>(&node.kind); row != nullptr && !findings.firstMeeting) {
       findings.firstMeeting = meetingOf(*row);
     }
@@ -135,7 +135,7 @@ std::string textFor(const Findings& findings, BoardHolds holds, Language languag
   }
   const std::int64_t tasks = tasksOf(findings);
   if (tasks == 0) return std::string(wordings(language).nothing);
-  return platform::withArguments(wordings(language).tasks, std::vector{tasks});
+  return protocol::withArguments(wordings(language).tasks, std::vector{tasks});
 }
 
 std::string classFor(const Findings& findings, BoardHolds holds) {
@@ -174,7 +174,7 @@ std::string escaped(std::string_view text) {
 
 }  // namespace
 
-StatusLine statusLine(const platform::Node& view, BoardHolds holds, Language language) {
+StatusLine statusLine(const protocol::Node& view, BoardHolds holds, Language language) {
   const Findings findings = readBoard(view);
   std::string tooltip = render::drawPlainBoard(localised(view, language), widestTooltip);
   if (!tooltip.empty()) tooltip.pop_back();
@@ -183,6 +183,6 @@ StatusLine statusLine(const platform::Node& view, BoardHolds holds, Language lan
           .cssClass = classFor(findings, holds)};
 }
 
-StatusLine statusLine(const platform::Node& view, BoardHolds holds) { return statusLine(view, holds, userLanguage()); }
+StatusLine statusLine(const protocol::Node& view, BoardHolds holds) { return statusLine(view, holds, userLanguage()); }
 
 }  // namespace host

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "host/texts/texts.hpp"
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace host {
 
@@ -31,8 +31,8 @@ struct StatusLine {
 /// The class is the most pressing thing: "error" for a sentence, else "overdue" where something on the board is marked
 /// red, else "decide" where a decision waits, else "ok". A deadline that has passed comes before a decision, which can
 /// wait.
-StatusLine statusLine(const platform::Node& view, BoardHolds holds, Language language);
-StatusLine statusLine(const platform::Node& view, BoardHolds holds);
+StatusLine statusLine(const protocol::Node& view, BoardHolds holds, Language language);
+StatusLine statusLine(const protocol::Node& view, BoardHolds holds);
 
 /// One JSON object {"text", "tooltip", "class"} on one line, without the line end.
 std::string toWaybarJson(const StatusLine& line);

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "platform/languages/preferred_languages.hpp"
-#include "platform/view_tree/localized_key.hpp"
+#include "protocol/view_tree/localized_key.hpp"
 
 namespace host {
 namespace {
@@ -39,17 +39,17 @@ std::string_view format(std::string_view key, Language language) {
   return key;
 }
 
-void localise(platform::Node& node, Language language) {
+void localise(protocol::Node& node, Language language) {
   const auto children = [&](auto& stack) {
     for (auto& child : stack.children) localise(child, language);
   };
-  if (auto* text = std::get_if<platform::TextNode>(&node.kind)) {
-    if (const auto* key = std::get_if<platform::LocalizedKey>(&text->content)) {
-      text->content = platform::Verbatim{worded(*key, language)};
+  if (auto* text = std::get_if<protocol::TextNode>(&node.kind)) {
+    if (const auto* key = std::get_if<protocol::LocalizedKey>(&text->content)) {
+      text->content = protocol::Verbatim{worded(*key, language)};
     }
-  } else if (auto* vertical = std::get_if<platform::VStackNode>(&node.kind)) {
+  } else if (auto* vertical = std::get_if<protocol::VStackNode>(&node.kind)) {
     children(*vertical);
-  } else if (auto* horizontal = std::get_if<platform::HStackNode>(&node.kind)) {
+  } else if (auto* horizontal = std::get_if<protocol::HStackNode>(&node.kind)) {
     children(*horizontal);
   }
 }
@@ -78,15 +78,15 @@ std::string languageTag(Language language) {
   return "pl";
 }
 
-std::string worded(const platform::LocalizedKey& key, Language language) {
-  return platform::withArguments(format(key.key, language), key.arguments);
+std::string worded(const protocol::LocalizedKey& key, Language language) {
+  return protocol::withArguments(format(key.key, language), key.arguments);
 }
 
-platform::Node localised(platform::Node view, Language language) {
+protocol::Node localised(protocol::Node view, Language language) {
   localise(view, language);
   return view;
 }
 
-platform::Node localised(platform::Node view) { return localised(std::move(view), userLanguage()); }
+protocol::Node localised(protocol::Node view) { return localised(std::move(view), userLanguage()); }
 
 }  // namespace host

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace host {
 
@@ -26,10 +26,10 @@ Language userLanguage();
 std::string languageTag(Language language);
 
 /// The key's wording in the language with its numbers put in. A key without a wording shows as written.
-std::string worded(const platform::LocalizedKey& key, Language language);
+std::string worded(const protocol::LocalizedKey& key, Language language);
 
 /// The tree with every key replaced by its wording as verbatim text; all else stays as it is.
-platform::Node localised(platform::Node view, Language language);
-platform::Node localised(platform::Node view);
+protocol::Node localised(protocol::Node view, Language language);
+protocol::Node localised(protocol::Node view);
 
 }  // namespace host

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "base/text/utf8.hpp"
 #include "platform/json_decoding/json_extent.hpp"
 #include "platform/json_decoding/json_number.hpp"
 #include "platform/json_decoding/json_string.hpp"
-#include "platform/utf8/utf8.hpp"
 
 namespace platform {
 namespace {
@@ -108,7 +108,7 @@ class GrammarCheck {
 }  // namespace
 
 std::expected<std::string_view, std::string_view> checkedValue(std::string_view body) {
-  if (!isUtf8(body)) return std::unexpected("it is not UTF-8");
+  if (!base::isUtf8(body)) return std::unexpected("it is not UTF-8");
   const std::string_view text = withoutBlanksInFront(body);
   if (text.empty()) return std::unexpected("it is empty");
   GrammarCheck check(text);

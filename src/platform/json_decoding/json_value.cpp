@@ -93,14 +93,14 @@ std::expected<std::int64_t, DecodingError> JsonValue::integer() const {
   return *value;
 }
 
-std::expected<Uuid, DecodingError> JsonValue::uuid() const {
+std::expected<base::Uuid, DecodingError> JsonValue::uuid() const {
   const std::optional<std::string_view> inner = quoted();
   if (!inner) return mismatch("a UUID");
-  std::optional<Uuid> uuid;
+  std::optional<base::Uuid> uuid;
   if (!inner->contains('\\')) {
-    uuid = Uuid::parse(*inner);
+    uuid = base::Uuid::parse(*inner);
   } else if (const std::optional<std::string> text = unescaped(*inner)) {
-    uuid = Uuid::parse(*text);
+    uuid = base::Uuid::parse(*text);
   }
   if (!uuid) return corrupted("not a UUID");
   return *uuid;

@@ -14,8 +14,8 @@
 #include <absl/functional/function_ref.h>
 #include <absl/time/time.h>
 
+#include "base/text/uuid.hpp"
 #include "platform/json_decoding/decoding_error.hpp"
-#include "platform/uuid/uuid.hpp"
 
 namespace platform {
 
@@ -34,7 +34,7 @@ class JsonValue {
   std::expected<std::string, DecodingError> text() const;
   /// A number that is integral and fits, however it is written; the others are corrupted data.
   std::expected<std::int64_t, DecodingError> integer() const;
-  std::expected<Uuid, DecodingError> uuid() const;
+  std::expected<base::Uuid, DecodingError> uuid() const;
   /// By the decoder's date strategy.
   std::expected<absl::Time, DecodingError> date() const;
 
@@ -62,7 +62,7 @@ Decoded assignDecoded(std::expected<T, DecodingError> value, T& out) {
 
 inline Decoded decodeInto(const JsonValue& value, std::string& out) { return assignDecoded(value.text(), out); }
 inline Decoded decodeInto(const JsonValue& value, std::int64_t& out) { return assignDecoded(value.integer(), out); }
-inline Decoded decodeInto(const JsonValue& value, Uuid& out) { return assignDecoded(value.uuid(), out); }
+inline Decoded decodeInto(const JsonValue& value, base::Uuid& out) { return assignDecoded(value.uuid(), out); }
 inline Decoded decodeInto(const JsonValue& value, absl::Time& out) { return assignDecoded(value.date(), out); }
 
 /// null is an absent value.

@@ -29,7 +29,7 @@ bool namesFile(const ItemIdentity& item) {
 }
 
 struct ItemFolder {
-  FileDescriptor descriptor;
+  base::FileDescriptor descriptor;
   std::filesystem::path path;
 };
 
@@ -41,7 +41,7 @@ KeychainStatus statusOf(const FileRefusal& refusal, const std::filesystem::path&
 
 std::expected<ItemFolder, KeychainStatus> openItemFolder(const std::filesystem::path& root, const ItemIdentity& item,
                                                          Refusals& refusals) {
-  ItemFolder folder{FileDescriptor(), root};
+  ItemFolder folder{base::FileDescriptor(), root};
   auto opened = openPrivateFolder(AT_FDCWD, root.native());
   for (const auto* level : {&item.accessGroup, &item.service}) {
     if (!opened) break;

@@ -89,8 +89,8 @@ class WipedBuffer {
 
 }  // namespace
 
-std::expected<FileDescriptor, FileRefusal> openPrivateFolder(int parent, const std::string& path) {
-  FileDescriptor folder(openRetrying(parent, path.c_str(), O_RDONLY | O_DIRECTORY));
+std::expected<base::FileDescriptor, FileRefusal> openPrivateFolder(int parent, const std::string& path) {
+  base::FileDescriptor folder(openRetrying(parent, path.c_str(), O_RDONLY | O_DIRECTORY));
   if (folder.get() < 0) return whyNotOpened(parent, path.c_str(), errno, "a folder");
   struct stat status{};
   if (fstat(folder.get(), &status) != 0) return failure(errno);
@@ -98,9 +98,9 @@ std::expected<FileDescriptor, FileRefusal> openPrivateFolder(int parent, const s
   return folder;
 }
 
-std::expected<std::string, FileRefusal> readPrivateFile(const FileDescriptor& folder, const std::string& name,
+std::expected<std::string, FileRefusal> readPrivateFile(const base::FileDescriptor& folder, const std::string& name,
                                                         std::size_t sizeLimit) {
-  const FileDescriptor file(openRetrying(folder.get(), name.c_str(), O_RDONLY));
+  const base::FileDescriptor file(openRetrying(folder.get(), name.c_str(), O_RDONLY));
   if (file.get() < 0) return whyNotOpened(folder.get(), name.c_str(), errno, "a regular file");
   struct stat status{};
   if (fstat(file.get(), &status) != 0) return failure(errno);
@@ -120,7 +120,7 @@ std::expected<std::string, FileRefusal> readPrivateFile(const FileDescriptor& fo
   return std::unexpected(FileRefusal{Kind::failed, "it holds more than " + std::to_string(sizeLimit) + " bytes"});
 }
 
-std::expected<void, FileRefusal> removeFile(const FileDescriptor& folder, const std::string& name) {
+std::expected<void, FileRefusal> removeFile(const base::FileDescriptor& folder, const std::string& name) {
   if (unlinkat(folder.get(), name.c_str(), 0) != 0) {
     if (errno == EISDIR) return insecure("it is not a regular file");
     return failure(errno);

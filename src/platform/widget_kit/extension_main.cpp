@@ -2,16 +2,16 @@
 
 #include <cstdlib>
 
-#include "platform/json_rpc/line_reader.hpp"
-#include "platform/json_rpc/line_writer.hpp"
 #include "platform/widget_kit/request_server.hpp"
+#include "protocol/json_rpc/line_reader.hpp"
+#include "protocol/json_rpc/line_writer.hpp"
 
 namespace platform {
 
-int extensionMain(const WidgetBundle& bundle, TaskGroup& tasks, ExtensionStreams streams) {
-  using Status = json_rpc::LineReader::Status;
-  json_rpc::LineReader reader(streams.requests);
-  json_rpc::LineWriter writer(streams.answers);
+int extensionMain(const WidgetBundle& bundle, base::TaskGroup& tasks, ExtensionStreams streams) {
+  using Status = protocol::json_rpc::LineReader::Status;
+  protocol::json_rpc::LineReader reader(streams.requests);
+  protocol::json_rpc::LineWriter writer(streams.answers);
   RequestServer server(bundle, writer);
 
   bool hostListens = true;

@@ -3,7 +3,7 @@
 
 #include <unistd.h>
 
-#include "platform/tasks/task_group.hpp"
+#include "base/tasks/task_group.hpp"
 #include "platform/widget_kit/widget_bundle.hpp"
 
 namespace platform {
@@ -17,6 +17,6 @@ struct ExtensionStreams {
 /// Answers the host's requests, a line each, until the end of input; then the tasks in `tasks` are cancelled and waited
 /// for, and what they would still have answered is dropped. Returns the process's exit status. The caller ignores
 /// SIGPIPE, so that a host that left is a failed write.
-int extensionMain(const WidgetBundle& bundle, TaskGroup& tasks, ExtensionStreams streams = {});
+int extensionMain(const WidgetBundle& bundle, base::TaskGroup& tasks, ExtensionStreams streams = {});
 
 }  // namespace platform

@@ -3,17 +3,17 @@
 #include <algorithm>
 
 #include "platform/calendar/instant.hpp"
-#include "platform/view_tree/node_json.hpp"
+#include "protocol/view_tree/node_json.hpp"
 
 namespace platform {
 
-using json_rpc::ErrorCode;
 using nlohmann::json;
+using protocol::json_rpc::ErrorCode;
 
 namespace {
 
-std::unexpected<json_rpc::Error> badParams(std::string message) {
-  return std::unexpected(json_rpc::makeError(ErrorCode::invalidParams, std::move(message)));
+std::unexpected<protocol::json_rpc::Error> badParams(std::string message) {
+  return std::unexpected(protocol::json_rpc::makeError(ErrorCode::invalidParams, std::move(message)));
 }
 
 /// A parameter's text; empty where it is absent or no text.
@@ -40,7 +40,7 @@ struct RequestServer::Target {
 };
 
 bool RequestServer::serve(std::string_view line) {
-  auto request = json_rpc::parseRequest(line);
+  auto request = protocol::json_rpc::parseRequest(line);
   if (!request) {
     answer(request.error());
   } else if (!request->isNotification) {  // nobody waits for a notification's answer, so nothing is done for it
@@ -50,21 +50,22 @@ bool RequestServer::serve(std::string_view line) {
 }
 
 bool RequestServer::refuseLongLine() {
-  answer({nullptr, std::unexpected(json_rpc::makeError(ErrorCode::invalidRequest, "the line is longer than 64 MiB"))});
+  answer({nullptr,
+          std::unexpected(protocol::json_rpc::makeError(ErrorCode::invalidRequest, "the line is longer than 64 MiB"))});
   return open_;
 }
 
-void RequestServer::answer(const json_rpc::Response& response) {
-  if (open_ && !writer_.write(json_rpc::toLine(response))) open_ = false;
+void RequestServer::answer(const protocol::json_rpc::Response& response) {
+  if (open_ && !writer_.write(protocol::json_rpc::toLine(response))) open_ = false;
 }
 
-void RequestServer::dispatch(json_rpc::Request request) {
+void RequestServer::dispatch(protocol::json_rpc::Request request) {
   const Reply reply{this, std::move(request.id)};
   const std::string& method = request.method;
   const json& params = request.params;
   if (method == "widgets") return reply(widgets());
   if (method != "placeholder" && method != "snapshot" && method != "timeline" && method != "render") {
-    return reply(std::unexpected(json_rpc::makeError(ErrorCode::methodNotFound, "no method " + method)));
+    return reply(std::unexpected(protocol::json_rpc::makeError(ErrorCode::methodNotFound, "no method " + method)));
   }
 
   const auto wanted = target(params);
@@ -81,7 +82,7 @@ RequestServer::Result RequestServer::widgets() const {
   return declarations;
 }
 
-std::expected<RequestServer::Target, json_rpc::Error> RequestServer::target(const json& params) const {
+std::expected<RequestServer::Target, protocol::json_rpc::Error> RequestServer::target(const json& params) const {
   if (!params.is_object()) return badParams("params: not an object");
   const std::string kind = textOf(params, "kind");
   for (const auto& widget : bundle_.body()) {
@@ -122,7 +123,7 @@ RequestServer::Result RequestServer::render(const Target& target, const json& pa
   if (entry == params.end()) return badParams("entry: missing");
   const auto view = target.configuration->content(*entry, target.family);
   if (!view) return badParams(view.error());
-  return json{{"view", toJson(*view)}};
+  return json{{"view", protocol::toJson(*view)}};
 }
 
 }  // namespace platform

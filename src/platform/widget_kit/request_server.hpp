@@ -6,16 +6,17 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/json_rpc/line_writer.hpp"
-#include "platform/json_rpc/message.hpp"
 #include "platform/widget_kit/widget_bundle.hpp"
+#include "protocol/json_rpc/line_writer.hpp"
+#include "protocol/json_rpc/message.hpp"
 
 namespace platform {
 
 /// Requests are handed in one after another; answers of asynchronous ones come from their tasks' threads.
 class RequestServer {
  public:
-  RequestServer(const WidgetBundle& bundle, json_rpc::LineWriter& writer) : bundle_(bundle), writer_(writer) {}
+  RequestServer(const WidgetBundle& bundle, protocol::json_rpc::LineWriter& writer)
+      : bundle_(bundle), writer_(writer) {}
 
   /// Answers one line, or starts what will. False once the host no longer takes answers.
   bool serve(std::string_view line);
@@ -25,7 +26,7 @@ class RequestServer {
   void close() { open_ = false; }
 
  private:
-  using Result = std::expected<nlohmann::json, json_rpc::Error>;
+  using Result = std::expected<nlohmann::json, protocol::json_rpc::Error>;
 
   /// Where an answer goes that is not there yet.
   struct Reply {
@@ -36,18 +37,18 @@ class RequestServer {
 
   struct Target;
 
-  void dispatch(json_rpc::Request request);
-  void answer(const json_rpc::Response& response);
+  void dispatch(protocol::json_rpc::Request request);
+  void answer(const protocol::json_rpc::Response& response);
 
   Result widgets() const;
-  std::expected<Target, json_rpc::Error> target(const nlohmann::json& params) const;
+  std::expected<Target, protocol::json_rpc::Error> target(const nlohmann::json& params) const;
   static Result placeholder(const Target& target);
   static void snapshot(const Target& target, const nlohmann::json& params, Reply reply);
   static void timeline(const Target& target, Reply reply);
   static Result render(const Target& target, const nlohmann::json& params);
 
   const WidgetBundle& bundle_;
-  json_rpc::LineWriter& writer_;
+  protocol::json_rpc::LineWriter& writer_;
   std::atomic<bool> open_ = true;
 };
 

@@ -22,7 +22,7 @@ struct EntryForm;
 template <TimelineEntry Entry>
 class StaticConfigurationOf final : public WidgetConfiguration {
  public:
-  using Content = std::function<Node(const Entry&, const FamilyEnvironment&)>;
+  using Content = std::function<protocol::Node(const Entry&, const FamilyEnvironment&)>;
 
   StaticConfigurationOf(std::string kind, std::unique_ptr<const TimelineProvider<Entry>> provider, Content content)
       : kind_(std::move(kind)), provider_(std::move(provider)), content_(std::move(content)) {}
@@ -54,7 +54,7 @@ class StaticConfigurationOf final : public WidgetConfiguration {
                                         }));
   }
 
-  std::expected<Node, std::string> content(const nlohmann::json& entry, WidgetFamily family) const override {
+  std::expected<protocol::Node, std::string> content(const nlohmann::json& entry, WidgetFamily family) const override {
     const auto decoded = EntryForm<Entry>::fromJson(entry);
     if (!decoded) return std::unexpected(decoded.error());
     return content_(*decoded, [family] { return family; });

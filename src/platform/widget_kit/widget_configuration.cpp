@@ -19,7 +19,7 @@ class Wrapper : public WidgetConfiguration {
   void getTimeline(const TimelineProviderContext& context, Completion<TimelineJson> completion) const override {
     inner_->getTimeline(context, std::move(completion));
   }
-  std::expected<Node, std::string> content(const nlohmann::json& entry, WidgetFamily family) const override {
+  std::expected<protocol::Node, std::string> content(const nlohmann::json& entry, WidgetFamily family) const override {
     return inner_->content(entry, family);
   }
 

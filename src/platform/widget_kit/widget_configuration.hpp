@@ -9,8 +9,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "platform/view_tree/node.hpp"
 #include "platform/widget_kit/timeline_provider.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace platform {
 
@@ -36,7 +36,8 @@ class WidgetConfiguration {
   virtual void getTimeline(const TimelineProviderContext& context, Completion<TimelineJson> completion) const = 0;
 
   /// The view of an entry in a size; the error names the entry's field that does not decode.
-  virtual std::expected<Node, std::string> content(const nlohmann::json& entry, WidgetFamily family) const = 0;
+  virtual std::expected<protocol::Node, std::string> content(const nlohmann::json& entry,
+                                                             WidgetFamily family) const = 0;
 };
 
 /// A configuration under construction: each modifier wraps the result of the step before it.

@@ -76,17 +76,17 @@ Palette palette(Appearance appearance, const std::optional<Colour>& accent) {
   return colours;
 }
 
-Colour colourOf(platform::ForegroundStyle style, const Palette& palette) {
+Colour colourOf(protocol::ForegroundStyle style, const Palette& palette) {
   switch (style) {
-    case platform::ForegroundStyle::primary:
+    case protocol::ForegroundStyle::primary:
       return palette.primary;
-    case platform::ForegroundStyle::secondary:
+    case protocol::ForegroundStyle::secondary:
       return palette.secondary;
-    case platform::ForegroundStyle::tertiary:
+    case protocol::ForegroundStyle::tertiary:
       return palette.tertiary;
-    case platform::ForegroundStyle::tint:
+    case protocol::ForegroundStyle::tint:
       return palette.tint;
-    case platform::ForegroundStyle::red:
+    case protocol::ForegroundStyle::red:
       return palette.redRole;
   }
   return palette.primary;

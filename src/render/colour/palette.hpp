@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace render {
 
@@ -37,7 +37,7 @@ const Palette& palette(Appearance appearance);
 /// only as far as text in it needs to be readable (a contrast of 4.5, WCAG 2.1 level AA) on the background and on a
 /// badge filled with it. Its opacity is not asked.
 Palette palette(Appearance appearance, const std::optional<Colour>& accent);
-Colour colourOf(platform::ForegroundStyle style, const Palette& palette);
+Colour colourOf(protocol::ForegroundStyle style, const Palette& palette);
 
 /// `top` painted over the opaque `bottom`.
 Colour blended(const Colour& top, const Colour& bottom);

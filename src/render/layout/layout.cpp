@@ -16,7 +16,7 @@ constexpr double fitStep = 1.0 / 256;  ///< fits are whole multiples, so that th
 double roundedDown(double fit) { return std::floor(fit / fitStep) * fitStep; }
 
 /// A great scale at which the whole board is no higher than the box; `smallestFit` if none is found.
-double largestFit(const platform::Node& root, Size box, double naturalHeight, TextMeasurer& measurer) {
+double largestFit(const protocol::Node& root, Size box, double naturalHeight, TextMeasurer& measurer) {
   const auto heightAt = [&](double fit) { return measure(root, {.width = box.width / fit}, measurer).size.height; };
   const auto fits = [&](double height, double fit) { return height <= box.height / fit + tolerance; };
   // Scaled by the ratio of heights it fits; where a line more fits beside another it would do so at a larger scale.
@@ -39,7 +39,7 @@ double largestFit(const platform::Node& root, Size box, double naturalHeight, Te
 
 }  // namespace
 
-Board layOut(const platform::Node& root, const BoardForm& form, TextMeasurer& measurer) {
+Board layOut(const protocol::Node& root, const BoardForm& form, TextMeasurer& measurer) {
   const Size box{form.size.width / form.magnification, form.size.height / form.magnification};
   auto measured = measure(root, {.width = box.width}, measurer);
   double fit = 1;

@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 #include "render/layout/family_form.hpp"
 #include "render/layout/geometry.hpp"
 #include "render/layout/text_measurer.hpp"
@@ -17,7 +17,7 @@ namespace render {
 
 /// A text with the limits that it was measured with; `baseline` is that of the first line, from the board's top.
 struct PlacedText {
-  const platform::TextNode* text = nullptr;
+  const protocol::TextNode* text = nullptr;
   Rect frame;
   double baseline = 0;
   double widthLimit = 0;
@@ -31,7 +31,7 @@ struct PlacedRule {
 
 /// A background behind what follows it.
 struct PlacedCapsule {
-  const platform::CapsuleBackground* capsule = nullptr;
+  const protocol::CapsuleBackground* capsule = nullptr;
   Rect frame;
 };
 
@@ -50,6 +50,6 @@ inline constexpr double smallestFit = 0.7;
 
 /// Lays `root` out from the top left of the form's box. A board that is too high is scaled down evenly; where that is
 /// not enough either, rows are dropped from the bottom, and a paragraph is cut at a line with an ellipsis.
-Board layOut(const platform::Node& root, const BoardForm& form, TextMeasurer& measurer);
+Board layOut(const protocol::Node& root, const BoardForm& form, TextMeasurer& measurer);
 
 }  // namespace render

@@ -7,8 +7,8 @@
 namespace render {
 namespace {
 
-using platform::EdgeInsets;
-using platform::Node;
+using protocol::EdgeInsets;
+using protocol::Node;
 
 constexpr double ruleThickness = 1;
 constexpr double tolerance = 1e-6;  ///< what sums of lengths may lose
@@ -48,12 +48,12 @@ class Pass {
   Measured node(const Node& node, const Offer& offer);
 
  private:
-  void text(Measured& result, const platform::TextNode& text, const Offer& offer);
-  void verticalStack(Measured& result, const platform::VStackNode& stack, const Offer& offer);
-  void horizontalStack(Measured& result, const platform::HStackNode& stack, const Offer& offer);
+  void text(Measured& result, const protocol::TextNode& text, const Offer& offer);
+  void verticalStack(Measured& result, const protocol::VStackNode& stack, const Offer& offer);
+  void horizontalStack(Measured& result, const protocol::HStackNode& stack, const Offer& offer);
   void growDown(std::vector<Measured>& children, const Offer& offer);
   void cutAtBottom(std::vector<Measured>& children, const Offer& offer);
-  std::vector<Measured> shareWidth(const platform::HStackNode& stack, const Offer& offer);
+  std::vector<Measured> shareWidth(const protocol::HStackNode& stack, const Offer& offer);
 
   TextMeasurer& measurer_;
   int depth_ = 0;
@@ -72,13 +72,13 @@ Measured Pass::node(const Node& node, const Offer& offer) {
                     std::max(0.0, offer.height - padding.top - padding.bottom), offer.axis};
 
   // Each kind leaves the size and baseline of its content; the padding is added below.
-  if (const auto* kind = std::get_if<platform::TextNode>(&node.kind)) {
+  if (const auto* kind = std::get_if<protocol::TextNode>(&node.kind)) {
     text(result, *kind, inner);
-  } else if (const auto* stack = std::get_if<platform::VStackNode>(&node.kind)) {
+  } else if (const auto* stack = std::get_if<protocol::VStackNode>(&node.kind)) {
     verticalStack(result, *stack, inner);
-  } else if (const auto* row = std::get_if<platform::HStackNode>(&node.kind)) {
+  } else if (const auto* row = std::get_if<protocol::HStackNode>(&node.kind)) {
     horizontalStack(result, *row, inner);
-  } else if (const auto* spacer = std::get_if<platform::SpacerNode>(&node.kind)) {
+  } else if (const auto* spacer = std::get_if<protocol::SpacerNode>(&node.kind)) {
     const double length = sensibleLength(spacer->minLength);
     if (offer.axis == Axis::horizontal) result.size.width = std::min(length, inner.width);
     if (offer.axis == Axis::vertical) result.size.height = std::min(length, inner.height);
@@ -96,7 +96,7 @@ Measured Pass::node(const Node& node, const Offer& offer) {
   return result;
 }
 
-void Pass::text(Measured& result, const platform::TextNode& text, const Offer& offer) {
+void Pass::text(Measured& result, const protocol::TextNode& text, const Offer& offer) {
   int lines = std::max(1, text.lineLimit.value_or(unlimitedLines));
   auto extent = measurer_.within(text, offer.width, lines);
   while (extent && extent->size.height > offer.height + tolerance) {
@@ -115,7 +115,7 @@ void Pass::text(Measured& result, const platform::TextNode& text, const Offer& o
   result.textMaxLines = lines;
 }
 
-void Pass::verticalStack(Measured& result, const platform::VStackNode& stack, const Offer& offer) {
+void Pass::verticalStack(Measured& result, const protocol::VStackNode& stack, const Offer& offer) {
   auto& children = result.children;
   children.reserve(stack.children.size());
   for (const auto& child : stack.children) {
@@ -146,7 +146,7 @@ void Pass::growDown(std::vector<Measured>& children, const Offer& spare) {
   const double share = spare.height / static_cast<double>(takers);
   for (auto& child : children) {
     if (!growsDown(*child.node)) continue;
-    if (std::holds_alternative<platform::SpacerNode>(child.node->kind)) {
+    if (std::holds_alternative<protocol::SpacerNode>(child.node->kind)) {
       child.size.height += share;
       continue;
     }
@@ -165,7 +165,7 @@ void Pass::cutAtBottom(std::vector<Measured>& children, const Offer& offer) {
     if (child.size.height > room + tolerance) {
       // A row goes whole, a paragraph can end in an ellipsis. The first thing is shown as far as it goes, for a board
       // without anything tells nobody anything.
-      const bool row = std::holds_alternative<platform::HStackNode>(child.node->kind) || child.text.lines == 1;
+      const bool row = std::holds_alternative<protocol::HStackNode>(child.node->kind) || child.text.lines == 1;
       if (room > 0 && (!row || kept.empty())) {
         child = node(*child.node, {offer.width, room, Axis::vertical});
         child.gap = gap;
@@ -181,14 +181,14 @@ void Pass::cutAtBottom(std::vector<Measured>& children, const Offer& offer) {
   children = std::move(kept);
 }
 
-void Pass::horizontalStack(Measured& result, const platform::HStackNode& stack, const Offer& offer) {
+void Pass::horizontalStack(Measured& result, const protocol::HStackNode& stack, const Offer& offer) {
   result.children = shareWidth(stack, offer);
   auto& children = result.children;
   double ascent = 0;
   for (const auto& child : children) ascent = std::max(ascent, child.firstBaseline);
   double height = 0;
   for (auto& child : children) {
-    if (stack.alignment == platform::VerticalAlignment::firstTextBaseline) {
+    if (stack.alignment == protocol::VerticalAlignment::firstTextBaseline) {
       child.crossOffset = ascent - child.firstBaseline;
     }
     result.size.width += child.gap + child.size.width;
@@ -198,13 +198,13 @@ void Pass::horizontalStack(Measured& result, const platform::HStackNode& stack, 
   const bool tooHigh = height > offer.height + tolerance;
   if (tooHigh) height = offer.height;
   for (auto& child : children) {
-    if (std::holds_alternative<platform::DividerNode>(child.node->kind)) {
+    if (std::holds_alternative<protocol::DividerNode>(child.node->kind)) {
       child.crossOffset = 0;
       child.size.height = height;
       shrinkToFit(child.padding.top, child.padding.bottom, height);
     } else if (tooHigh) {
       child.crossOffset = 0;
-    } else if (stack.alignment == platform::VerticalAlignment::center) {
+    } else if (stack.alignment == protocol::VerticalAlignment::center) {
       child.crossOffset = (height - child.size.height) / 2;
     }
     result.firstBaseline = std::max(result.firstBaseline, child.crossOffset + child.firstBaseline);
@@ -215,7 +215,7 @@ void Pass::horizontalStack(Measured& result, const platform::HStackNode& stack, 
 
 /// Measures the children of a row, each once. Where their natural widths don't all fit, the widest give way until they
 /// are even; what is left over goes to those that take any width.
-std::vector<Measured> Pass::shareWidth(const platform::HStackNode& stack, const Offer& offer) {
+std::vector<Measured> Pass::shareWidth(const protocol::HStackNode& stack, const Offer& offer) {
   const auto count = stack.children.size();
   std::vector<double> gaps(count, 0);
   for (std::size_t i = 1; i < count; ++i) {
@@ -251,7 +251,7 @@ std::vector<Measured> Pass::shareWidth(const platform::HStackNode& stack, const 
   }
   for (const auto i : takers) {
     measureAt(i, widths[i] + left / static_cast<double>(takers.size()));
-    if (std::holds_alternative<platform::SpacerNode>(stack.children[i].kind)) {
+    if (std::holds_alternative<protocol::SpacerNode>(stack.children[i].kind)) {
       measured[i].size.width = widths[i] + left / static_cast<double>(takers.size());
     }
   }

@@ -5,7 +5,7 @@
 #include <limits>
 #include <vector>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 #include "render/layout/geometry.hpp"
 #include "render/layout/text_measurer.hpp"
 
@@ -26,9 +26,9 @@ struct Offer {
 
 /// A node with its size in points.
 struct Measured {
-  const platform::Node* node = nullptr;
+  const protocol::Node* node = nullptr;
   bool present = true;           ///< false: no room for any of it, nothing is painted
-  platform::EdgeInsets padding;  ///< the node's own, pulled into range
+  protocol::EdgeInsets padding;  ///< the node's own, pulled into range
   Size size;                     ///< with the padding
   double firstBaseline = 0;      ///< from the top; the bottom where there is no text
   double gap = 0;                ///< between the sibling before and this one
@@ -39,6 +39,6 @@ struct Measured {
   std::vector<Measured> children;  ///< those that are present
 };
 
-Measured measure(const platform::Node& node, Offer offer, TextMeasurer& measurer);
+Measured measure(const protocol::Node& node, Offer offer, TextMeasurer& measurer);
 
 }  // namespace render

@@ -5,7 +5,7 @@
 namespace render {
 namespace {
 
-using namespace platform;
+using namespace protocol;
 
 constexpr double longestLength = 1e6;
 constexpr double ordinaryGap = 8;

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 #include "render/layout/text_measurer.hpp"
 
 namespace render {
@@ -13,19 +13,19 @@ namespace render {
 double sensibleLength(double length);
 
 /// The width at which no text of the node is broken or cut, in points; what grows counts with its least.
-double naturalWidth(const platform::Node& node, TextMeasurer& measurer);
+double naturalWidth(const protocol::Node& node, TextMeasurer& measurer);
 
 /// Whether a node of a row, offered more width than it needs, takes it all.
-bool growsSideways(const platform::Node& node);
+bool growsSideways(const protocol::Node& node);
 
 /// Whether a node of a column, offered more height than it needs, takes it all.
-bool growsDown(const platform::Node& node);
+bool growsDown(const protocol::Node& node);
 
 /// Whether the node only parts others: pointless as the last thing on a board.
-bool separates(const platform::Node& node);
+bool separates(const protocol::Node& node);
 
 /// The gap between two children of a stack. Where the stack names none, lines of text stand as close as the lines of
 /// a paragraph, and other things a little apart.
-double gapBetween(const std::optional<double>& spacing, const platform::Node& before, const platform::Node& after);
+double gapBetween(const std::optional<double>& spacing, const protocol::Node& before, const protocol::Node& after);
 
 }  // namespace render

@@ -5,7 +5,7 @@
 #include <limits>
 #include <optional>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 #include "render/layout/geometry.hpp"
 
 namespace render {
@@ -25,11 +25,11 @@ class TextMeasurer {
   virtual ~TextMeasurer() = default;
 
   /// The text with no line broken but where it says so itself.
-  virtual TextExtent natural(const platform::TextNode& text) = 0;
+  virtual TextExtent natural(const protocol::TextNode& text) = 0;
 
   /// The text in lines no wider than `width`, at most `maxLines` of them, the last ending in an ellipsis where text is
   /// left over. None where not even an ellipsis fits.
-  virtual std::optional<TextExtent> within(const platform::TextNode& text, double width, int maxLines) = 0;
+  virtual std::optional<TextExtent> within(const protocol::TextNode& text, double width, int maxLines) = 0;
 
  protected:
   TextMeasurer() = default;

@@ -9,7 +9,7 @@ constexpr double longestSide = 16384;  ///< pixels
 
 }  // namespace
 
-std::expected<Drawing, PictureError> prepare(const platform::Node& tree, const PictureOptions& options) {
+std::expected<Drawing, PictureError> prepare(const protocol::Node& tree, const PictureOptions& options) {
   for (const double side : {options.form.size.width * options.scale, options.form.size.height * options.scale}) {
     // Written so that no number is out of range too.
     if (!(side >= 1 && side <= longestSide)) return std::unexpected(PictureError::scaleOutOfRange);

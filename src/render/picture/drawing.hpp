@@ -16,7 +16,7 @@ struct Drawing {
   Board board;
 };
 
-std::expected<Drawing, PictureError> prepare(const platform::Node& tree, const PictureOptions& options);
+std::expected<Drawing, PictureError> prepare(const protocol::Node& tree, const PictureOptions& options);
 
 /// The texts of the board as they are read, a line each, before any of them is cut.
 std::string readAloud(Drawing& drawing);

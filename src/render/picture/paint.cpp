@@ -122,7 +122,7 @@ class Painter {
 
 void paint(cairo_t* cairo, Drawing& drawing, const PaintStyle& style) { Painter(cairo, drawing, style).board(); }
 
-std::expected<void, PictureError> paint(cairo_t* cairo, const platform::Node& tree, const PictureOptions& options) {
+std::expected<void, PictureError> paint(cairo_t* cairo, const protocol::Node& tree, const PictureOptions& options) {
   auto drawing = prepare(tree, options);
   if (!drawing) return std::unexpected(drawing.error());
   cairo_matrix_t matrix;

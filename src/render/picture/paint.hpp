@@ -29,6 +29,6 @@ struct PaintStyle {
 void paint(cairo_t* cairo, Drawing& drawing, const PaintStyle& style);
 
 /// Lays the tree out and paints it, with a point for each unit of `cairo`; the scale of the options is not asked.
-std::expected<void, PictureError> paint(cairo_t* cairo, const platform::Node& tree, const PictureOptions& options);
+std::expected<void, PictureError> paint(cairo_t* cairo, const protocol::Node& tree, const PictureOptions& options);
 
 }  // namespace render

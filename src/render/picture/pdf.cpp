@@ -15,7 +15,7 @@ cairo_status_t append(void* file, const unsigned char* bytes, unsigned count) {
 
 }  // namespace
 
-Picture drawPdf(const platform::Node& tree, const PictureOptions& options) {
+Picture drawPdf(const protocol::Node& tree, const PictureOptions& options) {
   auto drawing = prepare(tree, options);
   if (!drawing) return std::unexpected(drawing.error());
   std::string file;

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 #include "render/colour/palette.hpp"
 #include "render/layout/family_form.hpp"
 
@@ -53,8 +53,8 @@ constexpr std::string_view describe(PictureError error) {
 
 using Picture = std::expected<std::string, PictureError>;
 
-Picture drawPng(const platform::Node& tree, const PictureOptions& options);
-Picture drawSvg(const platform::Node& tree, const PictureOptions& options);
-Picture drawPdf(const platform::Node& tree, const PictureOptions& options);
+Picture drawPng(const protocol::Node& tree, const PictureOptions& options);
+Picture drawSvg(const protocol::Node& tree, const PictureOptions& options);
+Picture drawPdf(const protocol::Node& tree, const PictureOptions& options);
 
 }  // namespace render

@@ -5,7 +5,7 @@
 
 namespace render {
 
-Picture drawPng(const platform::Node& tree, const PictureOptions& options) {
+Picture drawPng(const protocol::Node& tree, const PictureOptions& options) {
   auto drawing = prepare(tree, options);
   if (!drawing) return std::unexpected(drawing.error());
   const Rect device = snapped({0, 0, options.form.size.width, options.form.size.height}, options.scale);

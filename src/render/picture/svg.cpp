@@ -123,14 +123,14 @@ class Svg {
     }
   }
 
-  void bar(const ShapedLine& line, const platform::TextNode& text) {
+  void bar(const ShapedLine& line, const protocol::TextNode& text) {
     const Rect device = snapped(placeholderBar(line, typeStyle(text).size), boardPixels_);
     Colour colour = colourOf(text.style, palette_);
     colour.opacity *= palette_.placeholder;
     svg_.element("path").attribute("d", rounded(device, device.height / 2)).colour("fill", colour).close();
   }
 
-  void letters(const ShapedLine& line, const platform::TextNode& text) {
+  void letters(const ShapedLine& line, const protocol::TextNode& text) {
     const auto style = typeStyle(text);
     // A line begins at its right edge where its text runs from right to left.
     const double x = line.rightToLeft ? line.x + line.width : line.x;
@@ -144,7 +144,7 @@ class Svg {
     svg_.colour("fill", colourOf(text.style, palette_)).content(line.shown);
   }
 
-  void outlines(const ShapedLine& line, const platform::TextNode& text) {
+  void outlines(const ShapedLine& line, const protocol::TextNode& text) {
     // The library keeps outlines in 256ths of a pixel; enlarged pixels keep more.
     constexpr double precision = 64;
     auto* cairo = outliner_.cairo.get();
@@ -207,7 +207,7 @@ class Svg {
 
 }  // namespace
 
-Picture drawSvg(const platform::Node& tree, const PictureOptions& options) {
+Picture drawSvg(const protocol::Node& tree, const PictureOptions& options) {
   auto drawing = prepare(tree, options);
   if (!drawing) return std::unexpected(drawing.error());
   return Svg(*drawing, options).file();

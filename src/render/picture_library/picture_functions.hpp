@@ -2,16 +2,16 @@
 // and the values it takes have no meaning between builds.
 #pragma once
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 #include "render/picture/picture.hpp"
 
 namespace render {
 
 struct PictureFunctions {
   const char* build;  ///< which build the module is of; another one is not called
-  Picture (*drawPng)(const platform::Node& tree, const PictureOptions& options);
-  Picture (*drawSvg)(const platform::Node& tree, const PictureOptions& options);
-  Picture (*drawPdf)(const platform::Node& tree, const PictureOptions& options);
+  Picture (*drawPng)(const protocol::Node& tree, const PictureOptions& options);
+  Picture (*drawSvg)(const protocol::Node& tree, const PictureOptions& options);
+  Picture (*drawPdf)(const protocol::Node& tree, const PictureOptions& options);
   void (*loadFonts)(const std::string& language);
 };
 

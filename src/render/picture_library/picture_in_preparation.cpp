@@ -15,7 +15,7 @@ PictureInPreparation::~PictureInPreparation() {
   if (!ordered_) order_.set_value(std::nullopt);
 }
 
-PictureInPreparation::Result PictureInPreparation::finish(Draw draw, const platform::Node& tree,
+PictureInPreparation::Result PictureInPreparation::finish(Draw draw, const protocol::Node& tree,
                                                           const PictureOptions& options) {
   ordered_ = true;
   order_.set_value(Order{draw, &tree, &options});

@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 #include "render/picture_library/picture_library.hpp"
 
 namespace render {
@@ -16,7 +16,7 @@ namespace render {
 class PictureInPreparation {
  public:
   /// Which of the library's pictures, as `&PictureLibrary::drawPng`.
-  using Draw = Picture (PictureLibrary::*)(const platform::Node&, const PictureOptions&) const;
+  using Draw = Picture (PictureLibrary::*)(const protocol::Node&, const PictureOptions&) const;
 
   /// Begins to load at once.
   PictureInPreparation(std::filesystem::path module, std::string language);
@@ -27,7 +27,7 @@ class PictureInPreparation {
 
   /// Draws the picture, once: on the thread that loaded the fonts, for fonts are kept for a thread. The error is a
   /// sentence for a person, without its full stop.
-  std::expected<std::string, std::string> finish(Draw draw, const platform::Node& tree, const PictureOptions& options);
+  std::expected<std::string, std::string> finish(Draw draw, const protocol::Node& tree, const PictureOptions& options);
 
  private:
   using Result = std::expected<std::string, std::string>;
@@ -35,7 +35,7 @@ class PictureInPreparation {
   /// Refers to what the caller of `finish` holds while it waits.
   struct Order {
     Draw draw;
-    const platform::Node* tree;
+    const protocol::Node* tree;
     const PictureOptions* options;
   };
 

@@ -20,13 +20,13 @@ class PictureLibrary {
   /// Loads the module, for the rest of the process. The error says why it could not be, for a person.
   static std::expected<PictureLibrary, std::string> open(const std::filesystem::path& module);
 
-  Picture drawPng(const platform::Node& tree, const PictureOptions& options) const {
+  Picture drawPng(const protocol::Node& tree, const PictureOptions& options) const {
     return functions_->drawPng(tree, options);
   }
-  Picture drawSvg(const platform::Node& tree, const PictureOptions& options) const {
+  Picture drawSvg(const protocol::Node& tree, const PictureOptions& options) const {
     return functions_->drawSvg(tree, options);
   }
-  Picture drawPdf(const platform::Node& tree, const PictureOptions& options) const {
+  Picture drawPdf(const protocol::Node& tree, const PictureOptions& options) const {
     return functions_->drawPdf(tree, options);
   }
 

@@ -1,5 +1,5 @@
 // The entry of the loadable picture module.
-#include "platform/view_tree/builders.hpp"
+#include "protocol/view_tree/builders.hpp"
 #include "render/picture/drawing.hpp"
 #include "render/picture_library/picture_functions.hpp"
 
@@ -7,11 +7,11 @@ namespace render {
 namespace {
 
 void loadFonts(const std::string& language) {
-  using platform::FontWeight;
-  using platform::Text;
-  using platform::TextStyle;
+  using protocol::FontWeight;
+  using protocol::Text;
+  using protocol::TextStyle;
   // One text in each face of a board: the library keeps the faces for what is drawn next.
-  const platform::Node faces = platform::VStack(
+  const protocol::Node faces = protocol::VStack(
       {}, {Text("V").font(TextStyle::headline), Text("v").font(TextStyle::caption), Text("v").font(TextStyle::caption2),
            Text("3").font(TextStyle::caption2).weight(FontWeight::medium),
            Text("0").font(TextStyle::caption2).weight(FontWeight::semibold)});

@@ -11,9 +11,9 @@ namespace {
 
 using namespace terminal;
 
-using platform::FontWeight;
-using platform::ForegroundStyle;
-using platform::TextStyle;
+using protocol::FontWeight;
+using protocol::ForegroundStyle;
+using protocol::TextStyle;
 using Fill = std::optional<ForegroundStyle>;
 
 constexpr int narrowestFrame = 8;
@@ -25,13 +25,13 @@ std::string repeated(std::string_view text, int times) {
 }
 
 /// A headline is bold of itself; a weight that is named decides.
-bool isBold(const platform::TextNode& text) {
+bool isBold(const protocol::TextNode& text) {
   return text.weight ? *text.weight == FontWeight::semibold : text.font == TextStyle::headline;
 }
 
 /// The paint pass: a box and what it holds, its corner at the given cell.
 void paint(Canvas& canvas, const Box& box, int x, int y, Fill fill) {
-  const platform::Node& node = *box.node;
+  const protocol::Node& node = *box.node;
   if (box.height == 0) return;
   if (node.background) {
     fill = node.background->fill;
@@ -39,7 +39,7 @@ void paint(Canvas& canvas, const Box& box, int x, int y, Fill fill) {
   }
   const int innerX = x + box.padding.leading;
   const int innerY = y + box.padding.top;
-  if (std::holds_alternative<platform::DividerNode>(node.kind)) {
+  if (std::holds_alternative<protocol::DividerNode>(node.kind)) {
     const Ink ink{.style = ForegroundStyle::tertiary, .fill = fill};
     const int width = box.width - box.padding.leading - box.padding.trailing;
     const int height = box.height - box.padding.top - box.padding.bottom;
@@ -48,7 +48,7 @@ void paint(Canvas& canvas, const Box& box, int x, int y, Fill fill) {
     return;
   }
   Ink ink{.fill = fill};
-  if (const auto* text = std::get_if<platform::TextNode>(&node.kind)) {
+  if (const auto* text = std::get_if<protocol::TextNode>(&node.kind)) {
     ink.style = text->style;
     ink.bold = isBold(*text);
   }
@@ -72,7 +72,7 @@ void paintFrame(Canvas& canvas) {
 
 }  // namespace
 
-std::string drawTerminalBoard(const platform::Node& view, const TerminalOptions& options) {
+std::string drawTerminalBoard(const protocol::Node& view, const TerminalOptions& options) {
   const int width = std::max(1, std::min(options.columns, options.widestBoard));
   const auto escapes = options.escapes ? Escapes::sgr : Escapes::none;
   Box box = measured(view, options.escapes ? Capsules::drawn : Capsules::bare);
@@ -89,7 +89,7 @@ std::string drawTerminalBoard(const platform::Node& view, const TerminalOptions&
   return canvas.lines(escapes, TrailingBlanks::kept);
 }
 
-std::string drawPlainBoard(const platform::Node& view, int columns) {
+std::string drawPlainBoard(const protocol::Node& view, int columns) {
   Box box = measured(view, Capsules::bare);
   box.ideal -= box.padding.leading + box.padding.trailing;
   box.padding = {};

@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace render {
 
@@ -26,10 +26,10 @@ struct TerminalOptions {
 /// control characters, escape sequences, line breaks and what reorders text never reach the output, invalid UTF-8
 /// shows as U+FFFD, and no cluster of characters that a reader takes for one is cut. Under 8 columns the frame gives
 /// way.
-std::string drawTerminalBoard(const platform::Node& view, const TerminalOptions& options);
+std::string drawTerminalBoard(const protocol::Node& view, const TerminalOptions& options);
 
 /// The board in reading order without frame, colours or trailing blanks, for tooltips and readers of text: as wide as
 /// its longest line needs, at most `columns`. Every line ends with '\n'.
-std::string drawPlainBoard(const platform::Node& view, int columns);
+std::string drawPlainBoard(const protocol::Node& view, int columns);
 
 }  // namespace render

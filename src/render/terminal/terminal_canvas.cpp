@@ -7,7 +7,7 @@
 namespace render::terminal {
 namespace {
 
-using platform::ForegroundStyle;
+using protocol::ForegroundStyle;
 
 /// SGR parameters (ECMA-48) for an ink; empty for plain text. The greys and the blue keep a contrast of about 4 or
 /// more on black and on white alike.

@@ -6,16 +6,16 @@
 #include <string>
 #include <vector>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace render::terminal {
 
 /// How a piece of text looks. Colours are of the 256-colour palette where the sixteen themed ones would vanish on some
 /// background; red and the text's own colour are left to the user's theme.
 struct Ink {
-  platform::ForegroundStyle style = platform::ForegroundStyle::primary;
+  protocol::ForegroundStyle style = protocol::ForegroundStyle::primary;
   bool bold = false;
-  std::optional<platform::ForegroundStyle> fill;  ///< of the capsule it stands on
+  std::optional<protocol::ForegroundStyle> fill;  ///< of the capsule it stands on
   bool operator==(const Ink&) const = default;
 };
 
@@ -34,7 +34,7 @@ class Canvas {
   void put(int x, int y, std::string text, int width, const Ink& ink);
 
   /// Fills a rectangle behind the text that is put there with the same fill.
-  void fill(int x, int y, int width, int height, platform::ForegroundStyle style);
+  void fill(int x, int y, int width, int height, protocol::ForegroundStyle style);
 
   /// All rows, each ended by '\n'.
   std::string lines(Escapes escapes, TrailingBlanks blanks) const;

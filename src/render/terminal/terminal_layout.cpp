@@ -4,7 +4,7 @@
 #include <numeric>
 #include <utility>
 
-#include "platform/view_tree/localized_key.hpp"
+#include "protocol/view_tree/localized_key.hpp"
 
 namespace render::terminal {
 namespace {
@@ -25,14 +25,14 @@ const Stack* stack(const Box& box) {
   return std::get_if<Stack>(&box.node->kind);
 }
 
-bool isSpacer(const Box& box) { return std::holds_alternative<platform::SpacerNode>(box.node->kind); }
-bool isDivider(const Box& box) { return std::holds_alternative<platform::DividerNode>(box.node->kind); }
+bool isSpacer(const Box& box) { return std::holds_alternative<protocol::SpacerNode>(box.node->kind); }
+bool isDivider(const Box& box) { return std::holds_alternative<protocol::DividerNode>(box.node->kind); }
 
 /// A child of a row that shows nothing and keeps nothing apart, as an empty text.
 bool isAbsent(const Box& box) { return box.ideal == 0 && !box.expands && !isSpacer(box); }
 
 /// Columns between a row's children; any spacing keeps texts from running together.
-int gapOf(const platform::HStackNode& row) {
+int gapOf(const protocol::HStackNode& row) {
   const double spacing = row.spacing.value_or(8);
   return spacing > 0 ? std::max(1, cells(spacing, 12)) : 0;
 }
@@ -40,7 +40,7 @@ int gapOf(const platform::HStackNode& row) {
 /// Columns before each child of a row. A spacer needs none before it: what it leaves and the gap after it are enough.
 std::vector<int> gapsOf(const Box& row) {
   std::vector<int> gaps(row.children.size(), 0);
-  const int gap = gapOf(*stack<platform::HStackNode>(row));
+  const int gap = gapOf(*stack<protocol::HStackNode>(row));
   bool first = true;
   for (std::size_t i = 0; i < gaps.size(); ++i) {
     if (isAbsent(row.children[i])) continue;
@@ -50,23 +50,23 @@ std::vector<int> gapsOf(const Box& row) {
   return gaps;
 }
 
-std::string textOf(const platform::TextNode& text) {
-  if (const auto* key = std::get_if<platform::LocalizedKey>(&text.content)) return platform::asWritten(*key);
-  return std::get<platform::Verbatim>(text.content).text;
+std::string textOf(const protocol::TextNode& text) {
+  if (const auto* key = std::get_if<protocol::LocalizedKey>(&text.content)) return protocol::asWritten(*key);
+  return std::get<protocol::Verbatim>(text.content).text;
 }
 
 /// The leading text of a row whose digits line up with those of other rows: a time, a number.
 Box* leadingFigure(Box& row) {
-  const auto* stacked = stack<platform::HStackNode>(row);
-  if (stacked == nullptr || stacked->alignment != platform::VerticalAlignment::firstTextBaseline) return nullptr;
+  const auto* stacked = stack<protocol::HStackNode>(row);
+  if (stacked == nullptr || stacked->alignment != protocol::VerticalAlignment::firstTextBaseline) return nullptr;
   if (row.children.size() < 2) return nullptr;
-  const auto* text = std::get_if<platform::TextNode>(&row.children.front().node->kind);
+  const auto* text = std::get_if<protocol::TextNode>(&row.children.front().node->kind);
   return text != nullptr && text->monospacedDigits ? &row.children.front() : nullptr;
 }
 
-Box measuredAt(const platform::Node& node, Capsules capsules, int depth);
+Box measuredAt(const protocol::Node& node, Capsules capsules, int depth);
 
-void measureChildren(Box& box, const std::vector<platform::Node>& nodes, Capsules capsules, int depth) {
+void measureChildren(Box& box, const std::vector<protocol::Node>& nodes, Capsules capsules, int depth) {
   if (depth == deepest) {
     box.text = shown(nodes.empty() ? "" : "…");
     box.ideal = box.text.width;
@@ -76,7 +76,7 @@ void measureChildren(Box& box, const std::vector<platform::Node>& nodes, Capsule
   for (const auto& node : nodes) box.children.push_back(measuredAt(node, capsules, depth + 1));
 }
 
-Box measuredAt(const platform::Node& node, Capsules capsules, int depth) {
+Box measuredAt(const protocol::Node& node, Capsules capsules, int depth) {
   Box box;
   box.node = &node;
   const bool bare = node.background && capsules == Capsules::bare;
@@ -84,14 +84,14 @@ Box measuredAt(const platform::Node& node, Capsules capsules, int depth) {
     box.padding = {linesOf(node.padding->top), columnsOf(node.padding->leading), linesOf(node.padding->bottom),
                    columnsOf(node.padding->trailing)};
   }
-  if (const auto* vertical = std::get_if<platform::VStackNode>(&node.kind)) {
+  if (const auto* vertical = std::get_if<protocol::VStackNode>(&node.kind)) {
     measureChildren(box, vertical->children, capsules, depth);
     for (const Box& child : box.children) {
       box.ideal = std::max(box.ideal, child.ideal);
       box.expands |= child.expands || isDivider(child);
       box.headline |= child.headline;
     }
-  } else if (const auto* horizontal = std::get_if<platform::HStackNode>(&node.kind)) {
+  } else if (const auto* horizontal = std::get_if<protocol::HStackNode>(&node.kind)) {
     measureChildren(box, horizontal->children, capsules, depth);
     for (Box& child : box.children) {
       if (isDivider(child)) child.ideal = 1;
@@ -103,11 +103,11 @@ Box measuredAt(const platform::Node& node, Capsules capsules, int depth) {
       box.expands |= child.expands || isSpacer(child);
       box.headline |= child.headline;
     }
-  } else if (const auto* text = std::get_if<platform::TextNode>(&node.kind)) {
+  } else if (const auto* text = std::get_if<protocol::TextNode>(&node.kind)) {
     box.text = shown(textOf(*text));
     box.ideal = box.text.width;
-    box.headline = text->font == platform::TextStyle::headline;
-  } else if (const auto* spacer = std::get_if<platform::SpacerNode>(&node.kind)) {
+    box.headline = text->font == protocol::TextStyle::headline;
+  } else if (const auto* spacer = std::get_if<protocol::SpacerNode>(&node.kind)) {
     box.ideal = cells(spacer->minLength, 12);
   }
   if (box.ideal > 0 || box.expands) box.ideal += box.padding.leading + box.padding.trailing;
@@ -130,14 +130,14 @@ void shareLeadingColumn(Box& column, int width) {
 
 void placeColumn(Box& box, int width) {
   shareLeadingColumn(box, width);
-  const int gap = linesOf(stack<platform::VStackNode>(box)->spacing.value_or(8));
+  const int gap = linesOf(stack<protocol::VStackNode>(box)->spacing.value_or(8));
   int y = 0;
   bool first = true;
   bool hasText = false;
   bool afterHeadline = false;
   for (Box& child : box.children) {
     place(child, width);
-    if (isSpacer(child)) child.height = linesOf(std::get<platform::SpacerNode>(child.node->kind).minLength);
+    if (isSpacer(child)) child.height = linesOf(std::get<protocol::SpacerNode>(child.node->kind).minLength);
     child.y = y;
     if (child.height == 0) continue;
     if (!first) child.y += std::max(gap, afterHeadline ? 1 : 0);
@@ -190,7 +190,7 @@ std::vector<int> sharesOf(const Box& row, int room) {
 }
 
 void alignVertically(Box& box) {
-  const bool onBaseline = stack<platform::HStackNode>(box)->alignment == platform::VerticalAlignment::firstTextBaseline;
+  const bool onBaseline = stack<protocol::HStackNode>(box)->alignment == protocol::VerticalAlignment::firstTextBaseline;
   for (const Box& child : box.children) {
     box.height = std::max(box.height, child.height);
     if (child.height > 0) box.baseline = std::max(box.baseline, child.baseline);
@@ -239,7 +239,7 @@ void placeRow(Box& box, int width) {
 
 }  // namespace
 
-Box measured(const platform::Node& node, Capsules capsules) { return measuredAt(node, capsules, 0); }
+Box measured(const protocol::Node& node, Capsules capsules) { return measuredAt(node, capsules, 0); }
 
 void place(Box& box, int width) {
   width = std::max(width, 0);
@@ -248,14 +248,14 @@ void place(Box& box, int width) {
   if (isDivider(box)) {
     box.width = inner;
     box.height = 1;
-  } else if (const auto* text = std::get_if<platform::TextNode>(&box.node->kind);
+  } else if (const auto* text = std::get_if<protocol::TextNode>(&box.node->kind);
              text != nullptr || box.text.width > 0) {
     box.lines = brokenIntoLines(box.text, inner, text != nullptr ? text->lineLimit : 1);
     for (const Line& line : box.lines) box.width = std::max(box.width, line.width);
     box.height = static_cast<int>(box.lines.size());
-  } else if (stack<platform::VStackNode>(box) != nullptr) {
+  } else if (stack<protocol::VStackNode>(box) != nullptr) {
     placeColumn(box, inner);
-  } else if (stack<platform::HStackNode>(box) != nullptr) {
+  } else if (stack<protocol::HStackNode>(box) != nullptr) {
     placeRow(box, inner);
   }
   if (box.height == 0) return;

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 #include "render/terminal/terminal_text.hpp"
 
 namespace render::terminal {
@@ -22,7 +22,7 @@ struct CellInsets {
 
 /// A node's place. Sizes and places are in cells, padding included; x and y count from the parent's inner corner.
 struct Box {
-  const platform::Node* node = nullptr;
+  const protocol::Node* node = nullptr;
   CellInsets padding;
   std::vector<Box> children;
   ShownText text;
@@ -44,7 +44,7 @@ struct Box {
 
 /// The measure pass. The boxes point into the tree, which must outlive them. What lies deeper than 512 levels shows as
 /// "…": no reader of JSON lets more in.
-Box measured(const platform::Node& node, Capsules capsules);
+Box measured(const protocol::Node& node, Capsules capsules);
 
 /// The place pass: lays the box out in `width` columns; its height follows. No child reaches beyond its parent.
 void place(Box& box, int width);

@@ -1,7 +1,7 @@
 // The typeface of each text style: sizes in points, weights as fonts number them.
 #pragma once
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace render {
 
@@ -15,28 +15,28 @@ struct TypeStyle {
   bool operator==(const TypeStyle&) const = default;
 };
 
-constexpr TypeStyle typeStyle(const platform::TextNode& text) {
+constexpr TypeStyle typeStyle(const protocol::TextNode& text) {
   TypeStyle style;
   switch (text.font) {
-    case platform::TextStyle::headline:
+    case protocol::TextStyle::headline:
       style = {15, 600};
       break;
-    case platform::TextStyle::caption:
+    case protocol::TextStyle::caption:
       style = {12, 400};
       break;
-    case platform::TextStyle::caption2:
+    case protocol::TextStyle::caption2:
       style = {11, 400};
       break;
   }
   if (!text.weight) return style;
   switch (*text.weight) {
-    case platform::FontWeight::regular:
+    case protocol::FontWeight::regular:
       style.weight = 400;
       break;
-    case platform::FontWeight::medium:
+    case protocol::FontWeight::medium:
       style.weight = 500;
       break;
-    case platform::FontWeight::semibold:
+    case protocol::FontWeight::semibold:
       style.weight = 600;
       break;
   }

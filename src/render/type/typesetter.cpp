@@ -9,7 +9,7 @@
 namespace render {
 namespace {
 
-using platform::TextNode;
+using protocol::TextNode;
 
 constexpr double tolerance = 0.05;  ///< points; what rounding to the library's units may add to a line
 
@@ -31,8 +31,8 @@ OwnedFontDescription describe(const TypeStyle& style) {
 }
 
 const std::string& contentOf(const TextNode& text) {
-  if (const auto* verbatim = std::get_if<platform::Verbatim>(&text.content)) return verbatim->text;
-  return std::get<platform::LocalizedKey>(text.content).key;
+  if (const auto* verbatim = std::get_if<protocol::Verbatim>(&text.content)) return verbatim->text;
+  return std::get<protocol::LocalizedKey>(text.content).key;
 }
 
 TextExtent extentOf(PangoLayout* layout) {

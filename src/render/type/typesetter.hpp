@@ -33,13 +33,13 @@ class Typesetter final : public TextMeasurer {
   /// `language`, as in BCP 47, chooses between the forms that a letter has in several languages.
   static std::expected<Typesetter, NoFont> create(const std::string& language);
 
-  TextExtent natural(const platform::TextNode& text) override;
-  std::optional<TextExtent> within(const platform::TextNode& text, double width, int maxLines) override;
+  TextExtent natural(const protocol::TextNode& text) override;
+  std::optional<TextExtent> within(const protocol::TextNode& text, double width, int maxLines) override;
 
   std::vector<ShapedLine> lines(const PlacedText& text);
 
   /// The text as it is drawn, before any line is broken.
-  std::string visible(const platform::TextNode& text);
+  std::string visible(const protocol::TextNode& text);
 
  private:
   struct Shaped {
@@ -50,11 +50,11 @@ class Typesetter final : public TextMeasurer {
   };
 
   explicit Typesetter(OwnedContext context) : context_(std::move(context)) {}
-  Shaped& shaped(const platform::TextNode& text);
+  Shaped& shaped(const protocol::TextNode& text);
   TextExtent limit(Shaped& shaped, double width, int maxLines);
 
   OwnedContext context_;
-  std::unordered_map<const platform::TextNode*, Shaped> shaped_;
+  std::unordered_map<const protocol::TextNode*, Shaped> shaped_;
 };
 
 }  // namespace render

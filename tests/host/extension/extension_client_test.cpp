@@ -15,8 +15,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
-#include "platform/view_tree/builders.hpp"
+#include "base/descriptors/file_descriptor.hpp"
+#include "protocol/view_tree/builders.hpp"
 #include "support/environment.hpp"
 #include "support/temporary_folder.hpp"
 
@@ -63,7 +63,7 @@ class ExtensionClientTest : public testing::Test {
 
   /// Ended; a process that was killed may take a moment to.
   static bool isGone(pid_t id) {
-    const platform::FileDescriptor identity(static_cast<int>(::syscall(SYS_pidfd_open, id, 0)));
+    const base::FileDescriptor identity(static_cast<int>(::syscall(SYS_pidfd_open, id, 0)));
     if (identity.get() < 0) return errno == ESRCH;
     pollfd entry{.fd = identity.get(), .events = POLLIN, .revents = 0};
     return ::poll(&entry, 1, 10'000) == 1;
@@ -87,8 +87,8 @@ TEST_F(ExtensionClientTest, AsksEveryMethod) {
   EXPECT_EQ(timeline->entries.front().at("tytul"), "timeline");
   const auto view = client.render("fake", "systemLarge", timeline->entries.front());
   ASSERT_TRUE(view) << view.error().message;
-  EXPECT_EQ(*view, platform::Node(platform::Text(std::string("timeline systemLarge"))
-                                      .containerBackground(platform::ContainerBackground::background)));
+  EXPECT_EQ(*view, protocol::Node(protocol::Text(std::string("timeline systemLarge"))
+                                      .containerBackground(protocol::ContainerBackground::background)));
   EXPECT_TRUE(client.running());
   EXPECT_EQ(processes().size(), 1U);
 }
@@ -296,7 +296,7 @@ TEST_F(ExtensionClientTest, HandsOnWhatADyingExtensionExplains) {
 
 TEST_F(ExtensionClientTest, LeavesClosedStandardStreamsClosed) {
   // A number of a standard stream given to something else would take in what the host means for its reader.
-  const platform::FileDescriptor saved(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 10));
+  const base::FileDescriptor saved(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 10));
   ::close(STDIN_FILENO);
   {
     ExtensionClient client(settings());

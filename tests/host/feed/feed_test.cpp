@@ -22,8 +22,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-std::string wordsOf(const platform::Node& view) {
-  return std::get<platform::Verbatim>(std::get<platform::TextNode>(view.kind).content).text;
+std::string wordsOf(const protocol::Node& view) {
+  return std::get<protocol::Verbatim>(std::get<protocol::TextNode>(view.kind).content).text;
 }
 
 /// What was told, in order: boards as "origin: words, words", and the rest by name.

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "platform/view_tree/builders.hpp"
+#include "protocol/view_tree/builders.hpp"
 #include "support/sample_board.hpp"
 
 namespace host {
@@ -90,7 +90,7 @@ TEST(StatusLine, EscapesMarkupAndKeepsToOneLine) {
 TEST(StatusLine, SurvivesCountsBeyondReason) {
   constexpr auto most = std::numeric_limits<std::int64_t>::max();
   EXPECT_EQ(dayOf({.tasks = {{1, "a", "", ""}}, .hidden = most}).text, "Zadania: 9223372036854775807");
-  const platform::Node view = platform::Text(platform::key("i %lld więcej", -5));
+  const protocol::Node view = protocol::Text(protocol::key("i %lld więcej", -5));
   EXPECT_EQ(statusLine(view, BoardHolds::day, Language::polish).text, "Nic na dziś");
 }
 

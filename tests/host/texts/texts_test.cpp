@@ -5,15 +5,15 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/view_tree/builders.hpp"
+#include "protocol/view_tree/builders.hpp"
 #include "support/environment.hpp"
 
 namespace host {
 namespace {
 
-using platform::key;
-using platform::LocalizedKey;
-using platform::Node;
+using protocol::key;
+using protocol::LocalizedKey;
+using protocol::Node;
 
 TEST(Language, IsThatOfTheFirstPreferredLanguageElsePolish) {
   struct Case {
@@ -68,7 +68,7 @@ TEST(Texts, WordEveryKeyInEveryLanguage) {
 }
 
 TEST(Texts, ReplaceKeysAtEveryDepthAndNothingElse) {
-  using namespace platform;
+  using namespace protocol;
   const auto tree = [](View inner) -> Node {
     return VStack({.spacing = 6},
                   {

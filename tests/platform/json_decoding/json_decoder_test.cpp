@@ -135,10 +135,10 @@ TEST(JsonDecoder, HandsADateToTheStrategyAsItStands) {
 
 TEST(JsonDecoder, ReadsUuids) {
   const std::string_view text = "6f1c2b9e-0d7a-4d0c-9a57-3e1f5b8c2d40";
-  EXPECT_EQ(decode<Uuid>(R"("6F1C2B9E-0D7A-4D0C-9A57-3E1F5B8C2D40")")->text(), text);
-  EXPECT_EQ(decode<Uuid>(R"("\u0036F1C2B9E-0D7A-4D0C-9A57-3E1F5B8C2D40")")->text(), text);
-  EXPECT_EQ(decode<Uuid>(R"("6F1C2B9E")").error(), (DecodingError{Kind::dataCorrupted, "", "not a UUID"}));
-  EXPECT_EQ(decode<Uuid>("5").error().kind, Kind::typeMismatch);
+  EXPECT_EQ(decode<base::Uuid>(R"("6F1C2B9E-0D7A-4D0C-9A57-3E1F5B8C2D40")")->text(), text);
+  EXPECT_EQ(decode<base::Uuid>(R"("\u0036F1C2B9E-0D7A-4D0C-9A57-3E1F5B8C2D40")")->text(), text);
+  EXPECT_EQ(decode<base::Uuid>(R"("6F1C2B9E")").error(), (DecodingError{Kind::dataCorrupted, "", "not a UUID"}));
+  EXPECT_EQ(decode<base::Uuid>("5").error().kind, Kind::typeMismatch);
 }
 
 TEST(JsonDecoder, ReadsNothingBehindTheBody) {

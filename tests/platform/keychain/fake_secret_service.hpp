@@ -11,7 +11,7 @@
 
 #include <systemd/sd-bus.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 
 namespace platform::testing {
 
@@ -53,7 +53,7 @@ class FakeSecretService {
   std::mutex mutex_;
   std::vector<std::string> calls_;
   sd_bus* bus_ = nullptr;
-  platform::FileDescriptor stop_;
+  base::FileDescriptor stop_;
   std::thread thread_;
 };
 

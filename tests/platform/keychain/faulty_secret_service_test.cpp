@@ -9,7 +9,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 #include "platform/keychain/fake_secret_service.hpp"
 #include "platform/keychain/keychain_queries.hpp"
 #include "platform/keychain/secret_service_keychain.hpp"
@@ -213,8 +213,8 @@ class UnansweredSocket {
 
   std::string address() const { return "unix:path=" + folder_.path("bus"); }
 
-  platform::FileDescriptor connection() const {
-    platform::FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  base::FileDescriptor connection() const {
+    base::FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     EXPECT_EQ(connect(client.get(), generic(), sizeof address_), 0);
     return client;
   }
@@ -223,7 +223,7 @@ class UnansweredSocket {
   const sockaddr* generic() const { return reinterpret_cast<const sockaddr*>(&address_); }
 
   support::TemporaryFolder folder_;
-  platform::FileDescriptor socket_;
+  base::FileDescriptor socket_;
   sockaddr_un address_{.sun_family = AF_UNIX, .sun_path = {}};
 };
 

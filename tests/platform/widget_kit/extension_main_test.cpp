@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "platform/json_rpc/line_reader.hpp"
+#include "protocol/json_rpc/line_reader.hpp"
 #include "support/sample_widget.hpp"
 
 namespace platform {
@@ -56,7 +56,7 @@ class ExtensionMain : public testing::Test {
   /// The next answer; null at the end of output.
   json answer() {
     const auto [status, line, error] = answers_.next();
-    return status == json_rpc::LineReader::Status::line ? json::parse(line) : json();
+    return status == protocol::json_rpc::LineReader::Status::line ? json::parse(line) : json();
   }
   json errorOf(const std::string& line) {
     send(line + "\n");
@@ -64,7 +64,7 @@ class ExtensionMain : public testing::Test {
   }
 
   support::Gate gate_;
-  TaskGroup tasks_;
+  base::TaskGroup tasks_;
   int status_ = -1;
 
  private:
@@ -72,7 +72,7 @@ class ExtensionMain : public testing::Test {
 
   int requests_[2] = {-1, -1};
   int answerPipe_[2] = {-1, -1};
-  json_rpc::LineReader answers_;
+  protocol::json_rpc::LineReader answers_;
   std::jthread main_;
 };
 

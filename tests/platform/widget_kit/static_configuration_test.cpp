@@ -12,7 +12,7 @@ using testing::ElementsAre;
 class StaticConfigurationTest : public testing::Test {
  protected:
   support::Gate gate_;
-  TaskGroup tasks_;
+  base::TaskGroup tasks_;
   const support::SampleWidget widget_{tasks_, gate_};
 };
 
@@ -32,9 +32,11 @@ TEST_F(StaticConfigurationTest, LastModifierOfAKindWins) {
 }
 
 TEST_F(StaticConfigurationTest, OffersEveryFamilyUntilToldOtherwise) {
-  const auto plain = StaticConfiguration(
-      "plain", std::make_unique<support::SampleProvider>(tasks_, gate_),
-      [](const support::SampleEntry& entry, const FamilyEnvironment&) -> Node { return Text(entry.word); });
+  const auto plain =
+      StaticConfiguration("plain", std::make_unique<support::SampleProvider>(tasks_, gate_),
+                          [](const support::SampleEntry& entry, const FamilyEnvironment&) -> protocol::Node {
+                            return protocol::Text(entry.word);
+                          });
   EXPECT_THAT(plain->supportedFamilies(),
               ElementsAre(WidgetFamily::systemSmall, WidgetFamily::systemMedium, WidgetFamily::systemLarge));
   EXPECT_EQ(plain->displayName(), "");
@@ -42,8 +44,8 @@ TEST_F(StaticConfigurationTest, OffersEveryFamilyUntilToldOtherwise) {
 
 TEST_F(StaticConfigurationTest, RendersOneEntryForEachFamilyAnew) {
   const nlohmann::json entry{{"word", "day"}};
-  const Node small = Text("day in systemSmall");
-  const Node large = Text("day in systemLarge");
+  const protocol::Node small = protocol::Text("day in systemSmall");
+  const protocol::Node large = protocol::Text("day in systemLarge");
   EXPECT_EQ(widget_.body()->content(entry, WidgetFamily::systemSmall), small);
   EXPECT_EQ(widget_.body()->content(entry, WidgetFamily::systemLarge), large);
 }

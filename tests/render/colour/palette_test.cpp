@@ -8,7 +8,7 @@
 namespace render {
 namespace {
 
-using platform::ForegroundStyle;
+using protocol::ForegroundStyle;
 
 constexpr Colour black{0, 0, 0};
 constexpr Colour white{255, 255, 255};

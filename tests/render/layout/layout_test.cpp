@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/view_tree/builders.hpp"
+#include "protocol/view_tree/builders.hpp"
 #include "render/layout/family_form.hpp"
 #include "render/support/layout_text.hpp"
 #include "render/support/sample_boards.hpp"
@@ -10,7 +10,7 @@
 namespace render {
 namespace {
 
-using namespace platform;
+using namespace protocol;
 using render::testing::PlainMeasurer;
 
 std::string layoutOf(const Node& tree, const BoardForm& form) {

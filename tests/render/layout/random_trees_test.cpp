@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/view_tree/node_json.hpp"
+#include "protocol/view_tree/node_json.hpp"
 #include "render/layout/family_form.hpp"
 #include "render/support/layout_text.hpp"
 
@@ -23,7 +23,7 @@ TEST(LayoutOfRandomTrees, NothingOverlapsAndNothingLeavesTheBox) {
       EXPECT_GE(board.fit, smallestFit * form.magnification);
       EXPECT_LE(board.fit, form.magnification);
       const auto faults = render::testing::layoutFaults(board);
-      ASSERT_EQ(faults, "") << "seed " << seed << "\n" << platform::toJson(tree).dump(1);
+      ASSERT_EQ(faults, "") << "seed " << seed << "\n" << protocol::toJson(tree).dump(1);
     }
   }
   EXPECT_GT(painted, 20000U) << "the trees leave next to nothing to check";
@@ -31,10 +31,10 @@ TEST(LayoutOfRandomTrees, NothingOverlapsAndNothingLeavesTheBox) {
 
 TEST(LayoutOfRandomTrees, NestingWithoutEndIsCutAndCostsLittle) {
   PlainMeasurer measurer;
-  platform::Node node{.kind = platform::TextNode{.content = platform::Verbatim{"deep"}}};
+  protocol::Node node{.kind = protocol::TextNode{.content = protocol::Verbatim{"deep"}}};
   for (int i = 0; i < 2000; ++i) {
-    platform::HStackNode row;
-    row.children.push_back({.kind = platform::SpacerNode{}});
+    protocol::HStackNode row;
+    row.children.push_back({.kind = protocol::SpacerNode{}});
     row.children.push_back(std::move(node));
     node = {.kind = std::move(row)};
   }

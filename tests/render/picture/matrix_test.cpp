@@ -23,14 +23,14 @@ BoardForm formOf(Family family) {
 }
 
 /// Texts of the tree, counted.
-std::size_t textsIn(const platform::Node& node) {
-  if (std::holds_alternative<platform::TextNode>(node.kind)) return 1;
+std::size_t textsIn(const protocol::Node& node) {
+  if (std::holds_alternative<protocol::TextNode>(node.kind)) return 1;
   std::size_t count = 0;
   const auto add = [&](const auto& children) {
     for (const auto& child : children) count += textsIn(child);
   };
-  if (const auto* column = std::get_if<platform::VStackNode>(&node.kind)) add(column->children);
-  if (const auto* row = std::get_if<platform::HStackNode>(&node.kind)) add(row->children);
+  if (const auto* column = std::get_if<protocol::VStackNode>(&node.kind)) add(column->children);
+  if (const auto* row = std::get_if<protocol::HStackNode>(&node.kind)) add(row->children);
   return count;
 }
 

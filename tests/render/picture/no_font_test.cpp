@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/view_tree/builders.hpp"
+#include "protocol/view_tree/builders.hpp"
 #include "render/picture/picture.hpp"
 
 namespace render {
@@ -15,7 +15,7 @@ TEST(PictureWithoutFonts, IsAnErrorInEveryFormat) {
   std::ofstream(path)
       << "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"urn:fontconfig:fonts.dtd\"><fontconfig/>";
   setenv("FONTCONFIG_FILE", path.c_str(), 1);
-  const platform::Node tree = platform::Text("Vamba");
+  const protocol::Node tree = protocol::Text("Vamba");
   for (const auto draw : {drawPng, drawSvg, drawPdf}) {
     const auto picture = draw(tree, {});
     ASSERT_FALSE(picture);

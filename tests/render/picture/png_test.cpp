@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/view_tree/builders.hpp"
+#include "protocol/view_tree/builders.hpp"
 #include "render/picture/picture.hpp"
 #include "render/support/golden_picture.hpp"
 #include "render/support/random_trees.hpp"
@@ -11,7 +11,7 @@
 namespace render {
 namespace {
 
-using namespace platform;
+using namespace protocol;
 using namespace render::testing;
 
 Node fullBoard() { return board(sampleContent(State::full, Language::polish, 12), Family::medium); }

@@ -15,7 +15,7 @@ using ::testing::Not;
 
 const PictureOptions redacted{.redaction = Redaction::placeholder, .title = "Vamba — spotkania i zadania"};
 
-platform::Node sample() { return board(sampleContent(State::full, Language::polish, 3), Family::medium); }
+protocol::Node sample() { return board(sampleContent(State::full, Language::polish, 3), Family::medium); }
 
 TEST(RedactedSvg, HoldsBarsInPlaceOfEveryText) {
   const auto file = drawSvg(sample(), redacted);

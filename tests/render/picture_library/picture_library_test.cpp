@@ -53,7 +53,7 @@ TEST(PictureInPreparation, IsThePictureThatTheLibraryDraws) {
 TEST(PictureInPreparation, MayBeGivenUp) { const PictureInPreparation prepared(VAMBA_PICTURE_MODULE, "pl"); }
 
 TEST(PictureInPreparation, SaysWhyThereIsNone) {
-  const platform::Node tree{.kind = platform::SpacerNode{}};
+  const protocol::Node tree{.kind = protocol::SpacerNode{}};
   PictureInPreparation missing("/nonexistent/vamba-pictures.so", "pl");
   EXPECT_THAT(missing.finish(&PictureLibrary::drawPng, tree, {}).error(), HasSubstr("/nonexistent/"));
   PictureInPreparation outOfRange(VAMBA_PICTURE_MODULE, "");

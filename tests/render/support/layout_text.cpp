@@ -18,8 +18,8 @@ std::string where(const Rect& frame) {
   return number(frame.x) + "," + number(frame.y) + " " + number(frame.width) + "x" + number(frame.height);
 }
 
-std::string verbatim(const platform::TextNode& text) {
-  const auto* content = std::get_if<platform::Verbatim>(&text.content);
+std::string verbatim(const protocol::TextNode& text) {
+  const auto* content = std::get_if<protocol::Verbatim>(&text.content);
   return content == nullptr ? "" : content->text;
 }
 
@@ -31,7 +31,7 @@ struct Line {
   std::string operator()(const PlacedCapsule& capsule) const { return "capsule " + where(capsule.frame); }
 };
 
-double charactersOf(const platform::TextNode& text) {
+double charactersOf(const protocol::TextNode& text) {
   const auto content = verbatim(text);
   return static_cast<double>(
       std::count_if(content.begin(), content.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
@@ -41,8 +41,8 @@ struct Measures {
   double width, height, baseline;
 };
 
-Measures measuresOf(const platform::TextNode& text) {
-  if (text.font == platform::TextStyle::headline) return {10, 16, 12};
+Measures measuresOf(const protocol::TextNode& text) {
+  if (text.font == protocol::TextStyle::headline) return {10, 16, 12};
   return {6, 10, 8};
 }
 
@@ -72,12 +72,12 @@ std::string layoutText(const Board& board) {
   return text;
 }
 
-TextExtent PlainMeasurer::natural(const platform::TextNode& text) {
+TextExtent PlainMeasurer::natural(const protocol::TextNode& text) {
   const auto measures = measuresOf(text);
   return {{measures.width * charactersOf(text), measures.height}, measures.baseline, 1};
 }
 
-std::optional<TextExtent> PlainMeasurer::within(const platform::TextNode& text, double width, int maxLines) {
+std::optional<TextExtent> PlainMeasurer::within(const protocol::TextNode& text, double width, int maxLines) {
   const auto measures = measuresOf(text);
   const auto count = charactersOf(text);
   const double inLine = std::floor(width / measures.width + 1e-9);

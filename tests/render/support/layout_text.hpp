@@ -15,8 +15,8 @@ std::string layoutText(const Board& board);
 /// line 16 high with its baseline at 12. Lines break at any character.
 class PlainMeasurer final : public TextMeasurer {
  public:
-  TextExtent natural(const platform::TextNode& text) override;
-  std::optional<TextExtent> within(const platform::TextNode& text, double width, int maxLines) override;
+  TextExtent natural(const protocol::TextNode& text) override;
+  std::optional<TextExtent> within(const protocol::TextNode& text, double width, int maxLines) override;
 };
 
 /// The faults of a board: things that overlap or leave the box. Empty for a sound one.

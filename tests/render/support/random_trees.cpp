@@ -9,7 +9,7 @@
 namespace render::testing {
 namespace {
 
-using namespace platform;
+using namespace protocol;
 
 const std::array<std::string, 16> texts{
     "",

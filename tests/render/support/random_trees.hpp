@@ -4,10 +4,10 @@
 
 #include <cstdint>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace render::testing {
 
-platform::Node randomTree(std::uint64_t seed);
+protocol::Node randomTree(std::uint64_t seed);
 
 }  // namespace render::testing

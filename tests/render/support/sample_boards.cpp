@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <span>
 
-#include "platform/view_tree/builders.hpp"
+#include "protocol/view_tree/builders.hpp"
 
 namespace render::testing {
 namespace {
 
-using namespace platform;
+using namespace protocol;
 
 View quiet(const std::string& text, ForegroundStyle style = ForegroundStyle::tertiary) {
   return Text(text).font(TextStyle::caption2).foregroundStyle(style);

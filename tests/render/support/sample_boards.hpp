@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/view_tree/node.hpp"
+#include "protocol/view_tree/node.hpp"
 
 namespace render::testing {
 
@@ -37,7 +37,7 @@ struct BoardContent {
 };
 
 /// The board of a family; lists are cut to what the family shows, and the rest is counted in the last line.
-platform::Node board(const BoardContent& content, Family family);
+protocol::Node board(const BoardContent& content, Family family);
 
 enum class Language { polish, english, lithuanian };
 enum class State { full, empty, noMeetings, noTasks, overlongTitles, error };

@@ -3,14 +3,14 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/view_tree/node_json.hpp"
+#include "protocol/view_tree/node_json.hpp"
 #include "render/terminal/terminal_board.hpp"
 #include "render/terminal/terminal_text.hpp"
 
 namespace render {
 namespace {
 
-using namespace platform;
+using namespace protocol;
 
 /// Trees with a liking for what breaks frames.
 class RandomTrees {

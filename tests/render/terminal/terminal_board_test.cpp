@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "host/texts/texts.hpp"
-#include "platform/view_tree/builders.hpp"
+#include "protocol/view_tree/builders.hpp"
 #include "render/terminal/terminal_text.hpp"
 #include "support/golden.hpp"
 #include "support/sample_board.hpp"
@@ -107,7 +107,7 @@ const State states[] = {
     {"empty", empty},  {"sentence", sentence},           {"overlong", overlongTitles},
 };
 
-platform::Node viewOf(const State& state, const Words& words, Family family) {
+protocol::Node viewOf(const State& state, const Words& words, Family family) {
   return host::localised(support::viewOf(state.board(words, family)), words.language);
 }
 
@@ -162,7 +162,7 @@ TEST(TerminalBoard, IsNoWiderThanLooksGoodNorThanTheTerminal) {
   EXPECT_EQ(widthOf(-5, wideBoard), 1);
 }
 
-using namespace platform;
+using namespace protocol;
 
 TEST(TerminalBoard, CutsATitleAndNotTheFigureBesideIt) {
   const auto row = HStack({.alignment = VerticalAlignment::firstTextBaseline, .spacing = 6},

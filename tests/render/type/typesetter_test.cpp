@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/view_tree/builders.hpp"
+#include "protocol/view_tree/builders.hpp"
 #include "render/support/layout_text.hpp"
 #include "render/support/random_trees.hpp"
 #include "render/support/sample_boards.hpp"
@@ -10,7 +10,7 @@
 namespace render {
 namespace {
 
-using namespace platform;
+using namespace protocol;
 
 Typesetter typesetter() {
   auto created = Typesetter::create("pl");

@@ -16,7 +16,7 @@
 #include <systemd/sd-bus.h>
 #include <unistd.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 
 namespace support {
 namespace {
@@ -208,7 +208,7 @@ class StandInPortal::Server {
 
   Settings settings_;
   BusConnection connection_;
-  platform::FileDescriptor wake_;
+  base::FileDescriptor wake_;
   std::vector<std::pair<Message, ReadForm>> waiting_;
   std::mutex mutex_;
   std::atomic<int> reads_ = 0;

@@ -13,7 +13,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 #include "support/tool.hpp"
 #include "support/waiting.hpp"
 
@@ -30,11 +30,11 @@ constexpr std::uint32_t getTree = 4;
 // Of the sway-ipc(7) socket: this, the payload's length, the kind, the payload.
 constexpr std::string_view magic = "i3-ipc";
 
-platform::FileDescriptor connectTo(const std::string& path) {
+base::FileDescriptor connectTo(const std::string& path) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   path.copy(address.sun_path, sizeof address.sun_path - 1);
-  platform::FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  base::FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
   if (connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) socket.reset();
   return socket;
 }

@@ -13,7 +13,7 @@
 #include <wayland-client.h>
 #include <xkbcommon/xkbcommon.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 #include "support/displays/steps.hpp"
 
 namespace support {
@@ -124,7 +124,7 @@ struct WaylandInput::Devices {
     const std::unique_ptr<char, decltype(&std::free)> text(xkb_keymap_get_as_string(keymap, XKB_KEYMAP_FORMAT_TEXT_V1),
                                                            &std::free);
     const auto size = static_cast<std::uint32_t>(std::strlen(text.get()) + 1);
-    const platform::FileDescriptor file(memfd_create("keymap", MFD_CLOEXEC));
+    const base::FileDescriptor file(memfd_create("keymap", MFD_CLOEXEC));
     if (write(file.get(), text.get(), size) != static_cast<ssize_t>(size)) throw std::runtime_error("no keymap");
     request(keyboard, keyboard::keymap, std::uint32_t{WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1}, file.get(), size);
     settle();

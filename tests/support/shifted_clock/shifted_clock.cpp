@@ -13,7 +13,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include "platform/descriptors/file_descriptor.hpp"
+#include "base/descriptors/file_descriptor.hpp"
 
 namespace support {
 namespace {
@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 using shifted_clock::ClockPage;
 
 ClockPage* newPage(const std::string& file) {
-  const platform::FileDescriptor descriptor(open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  const base::FileDescriptor descriptor(open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
   void* memory = MAP_FAILED;
   if (descriptor.isOpen() && ftruncate(descriptor.get(), sizeof(ClockPage)) == 0) {
     memory = mmap(nullptr, sizeof(ClockPage), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor.get(), 0);

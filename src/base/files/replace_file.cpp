@@ -1,0 +1,122 @@
+#include "base/files/replace_file.hpp"
+
+#include <cerrno>
+#include <cstdio>
+#include <optional>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace base {
+namespace {
+
+std::unexpected<std::string> reason(int error) { return std::unexpected(std::generic_category().message(error)); }
+
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const auto count = ::write(descriptor, bytes.data(), bytes.size());
+    if (count < 0 && errno != EINTR) return false;
+    if (count > 0) bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+/// A file system that cannot sync says so by EINVAL, which is no reason to refuse the content.
+bool syncAsFarAsPossible(int descriptor) { return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOSYS; }
+
+/// Makes a rename in the folder last. The new name is there for everybody already, so a failure changes nothing.
+void syncFolder(const std::filesystem::path& folder) {
+  const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return;
+  fsync(descriptor);
+  close(descriptor);
+}
+
+/// A new file that nobody else writes to. Its descriptor is below 0, with errno set, where there is none.
+struct NewFile {
+  std::string path;
+  int descriptor = -1;
+};
+
+/// Opened by its final rights, so that the kernel itself applies the umask.
+NewFile newFileBeside(const std::filesystem::path& target, mode_t rights) {
+  const std::string start = target.string() + ".new-" + std::to_string(getpid()) + "-";
+  constexpr int attempts = 1000;  // left over by processes that were killed and whose id this one has now
+  for (int i = 0; i < attempts; ++i) {
+    std::string path = start + std::to_string(i);
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, rights);
+    if (descriptor >= 0 || errno != EEXIST) return {std::move(path), descriptor};
+  }
+  return {};
+}
+
+bool takeOver(int descriptor, const struct stat& old) {
+  // Only root can give a file away: whoever replaces another's file otherwise owns the new one.
+  struct stat fresh{};
+  if (fstat(descriptor, &fresh) == 0 && (fresh.st_uid != old.st_uid || fresh.st_gid != old.st_gid)) {
+    [[maybe_unused]] const int ignored = fchown(descriptor, old.st_uid, old.st_gid);
+  }
+  return fchmod(descriptor, old.st_mode & 07777) == 0;
+}
+
+}  // namespace
+
+std::expected<std::filesystem::path, std::string> behindLinks(const std::filesystem::path& file) {
+  std::filesystem::path target = file;
+  constexpr int longestChain = 40;  // as the kernel's
+  for (int i = 0; i < longestChain; ++i) {
+    std::error_code error;
+    const auto next = std::filesystem::read_symlink(target, error);
+    if (error) return target;  // no link, or nothing at all
+    target = target.parent_path() / next;
+  }
+  return reason(ELOOP);
+}
+
+std::expected<void, std::string> makeFolders(const std::filesystem::path& folder, Rights rights) {
+  if (folder.empty() || mkdir(folder.c_str(), rights.folder) == 0) return {};
+  if (errno == ENOENT && folder.has_relative_path()) {
+    if (auto above = makeFolders(folder.parent_path(), rights); !above) return above;
+    if (mkdir(folder.c_str(), rights.folder) == 0) return {};
+  }
+  const int error = errno;
+  struct stat status{};
+  if (error == EEXIST && stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return {};
+  return reason(error == EEXIST ? ENOTDIR : error);
+}
+
+std::expected<void, std::string> replaceFile(const std::filesystem::path& file, std::string_view bytes,
+                                             Durability durability, Rights rights) {
+  const auto target = behindLinks(file);
+  if (!target) return std::unexpected(target.error());
+  struct stat old{};
+  const bool exists = stat(target->c_str(), &old) == 0;
+  if (exists && !S_ISREG(old.st_mode)) return std::unexpected("it is not a regular file");
+
+  const NewFile fresh = newFileBeside(*target, rights.file);
+  if (fresh.descriptor < 0) return reason(errno);
+  bool done = writeAll(fresh.descriptor, bytes) && (!exists || takeOver(fresh.descriptor, old)) &&
+              (durability == Durability::fast || syncAsFarAsPossible(fresh.descriptor));
+  int error = done ? 0 : errno;
+  // A network file system may refuse what was written only now.
+  if (close(fresh.descriptor) != 0 && done) {
+    error = errno;
+    done = false;
+  }
+  if (done && rename(fresh.path.c_str(), target->c_str()) != 0) {
+    error = errno;
+    done = false;
+  }
+  if (!done) {
+    unlink(fresh.path.c_str());
+    return reason(error);
+  }
+  if (durability == Durability::lasting) {
+    syncFolder(target->has_parent_path() ? target->parent_path() : std::filesystem::path("."));
+  }
+  return {};
+}
+
+}  // namespace base

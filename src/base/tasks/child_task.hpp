@@ -1,0 +1,44 @@
+// A piece of a task that runs beside it: started, awaited or cancelled within the scope that holds it.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <stop_token>
+#include <thread>
+#include <utility>
+
+namespace base {
+
+/// Runs a function on a thread of its own. The parent's cancellation reaches it; leaving the scope cancels it and waits
+/// for it, so no child outlives its parent.
+template <typename Result>
+class ChildTask {
+ public:
+  ChildTask(std::stop_token parent, std::move_only_function<Result(std::stop_token)> body)
+      : thread_(
+            [this, body = std::move(body)](std::stop_token stop) mutable { result_.emplace(body(std::move(stop))); }),
+        parentStops_(std::move(parent), Cancel{this}) {}
+
+  ChildTask(const ChildTask&) = delete;
+  ChildTask& operator=(const ChildTask&) = delete;
+
+  void cancel() { thread_.request_stop(); }
+
+  /// Waits for the result; called at most once.
+  Result await() {
+    thread_.join();
+    return std::move(*result_);  // NOLINT(bugprone-unchecked-optional-access): the thread set it before it ended
+  }
+
+ private:
+  struct Cancel {
+    ChildTask* task;
+    void operator()() const { task->cancel(); }
+  };
+
+  std::optional<Result> result_;
+  std::jthread thread_;
+  std::stop_callback<Cancel> parentStops_;
+};
+
+}  // namespace base

@@ -1,0 +1,53 @@
+#include "base/tasks/task_group.hpp"
+
+#include <algorithm>
+
+namespace base {
+
+TaskGroup::~TaskGroup() {
+  cancelAll();
+  waitForAll();
+}
+
+void TaskGroup::start(Body body) {
+  joinFinished();
+  const std::lock_guard lock(mutex_);
+  Task& task = tasks_.emplace_back();
+  // The thread waits for the lock before it marks its end, so the assignment is done by then.
+  task.thread = std::jthread([this, &task, body = std::move(body)](std::stop_token stop) mutable {
+    body(stop);
+    const std::lock_guard endLock(mutex_);
+    task.finished = true;
+    taskFinished_.notify_all();
+  });
+  if (cancelled_) task.thread.request_stop();
+}
+
+void TaskGroup::cancelAll() {
+  const std::lock_guard lock(mutex_);
+  cancelled_ = true;
+  for (auto& task : tasks_) task.thread.request_stop();
+}
+
+void TaskGroup::waitForAll() {
+  {
+    std::unique_lock lock(mutex_);
+    taskFinished_.wait(lock, [this] { return std::ranges::all_of(tasks_, &Task::finished); });
+  }
+  joinFinished();
+}
+
+void TaskGroup::joinFinished() {
+  std::list<Task> finished;
+  {
+    const std::lock_guard lock(mutex_);
+    for (auto task = tasks_.begin(); task != tasks_.end();) {
+      const auto next = std::next(task);
+      if (task->finished) finished.splice(finished.end(), tasks_, task);
+      task = next;
+    }
+  }
+  // Joined here, outside the lock: a thread that marked its end may still be leaving its own.
+}
+
+}  // namespace base

@@ -1,0 +1,117 @@
+#include "protocol/json_rpc/json_text.hpp"
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace protocol::json_rpc {
+namespace {
+
+using nlohmann::json;
+
+// Builds the value as the library's own builder does, but stops at the first level too deep: a line of nothing but
+// "[" would otherwise cost some sixty bytes for each of its bytes.
+class BoundedBuilder : public nlohmann::json_sax<json> {
+ public:
+  json take() { return std::move(root_); }
+  const std::string& fault() const { return fault_; }
+
+  bool null() override { return put(nullptr); }
+  bool boolean(bool value) override { return put(value); }
+  bool number_integer(std::int64_t value) override { return put(value); }
+  bool number_unsigned(std::uint64_t value) override { return put(value); }
+  bool number_float(double value, const std::string&) override { return put(value); }
+  bool string(std::string& value) override { return put(std::move(value)); }
+  bool binary(json::binary_t&) override { return false; }
+  bool key(std::string& name) override {
+    key_ = std::move(name);
+    return true;
+  }
+  bool start_object(std::size_t) override { return open(json::object()); }
+  bool start_array(std::size_t) override { return open(json::array()); }
+  bool end_object() override { return close(); }
+  bool end_array() override { return close(); }
+  bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception& error) override {
+    constexpr int numberOutOfRange = 406;  // the library's number for it
+    fault_ = (error.id == numberOutOfRange ? "number out of range" : "not JSON") + std::string(" at byte ") +
+             std::to_string(position);
+    return false;
+  }
+
+ private:
+  template <typename Value>
+  json* place(Value&& value) {
+    if (open_.empty()) {
+      root_ = std::forward<Value>(value);
+      return &root_;
+    }
+    json& parent = *open_.back();
+    if (parent.is_array()) return &parent.get_ref<json::array_t&>().emplace_back(std::forward<Value>(value));
+    json& slot = parent.get_ref<json::object_t&>()[std::move(key_)];
+    slot = std::forward<Value>(value);
+    return &slot;
+  }
+
+  template <typename Value>
+  bool put(Value&& value) {
+    place(std::forward<Value>(value));
+    return true;
+  }
+
+  bool open(json container) {
+    if (open_.size() == maximumNesting) {
+      fault_ = "nested deeper than " + std::to_string(maximumNesting) + " levels";
+      return false;
+    }
+    open_.push_back(place(std::move(container)));
+    return true;
+  }
+
+  bool close() {
+    open_.pop_back();
+    return true;
+  }
+
+  json root_;
+  // Pointers stay good: only the innermost container grows, and none of these lies inside it.
+  std::vector<json*> open_;
+  std::string key_;
+  std::string fault_;
+};
+
+/// DEL and the controls from U+0080 to U+009F, which terminals obey too; in JSON text they stand in strings only.
+std::string withControlsEscaped(std::string text) {
+  const auto controlAt = [&text](std::size_t at) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    if (byte == 0x7f) return byte;
+    const auto next = at + 1 < text.size() ? static_cast<unsigned char>(text[at + 1]) : 0;
+    return static_cast<unsigned char>(byte == 0xc2 && next >= 0x80 && next <= 0x9f ? next : 0);
+  };
+  for (std::size_t at = text.find_first_of("\x7f\xc2"); at != std::string::npos;
+       at = text.find_first_of("\x7f\xc2", at + 1)) {
+    const auto control = controlAt(at);
+    if (control == 0) continue;
+    constexpr std::string_view digits = "0123456789abcdef";
+    const std::string escape{'\\', 'u', '0', '0', digits[control >> 4], digits[control & 0xf]};
+    text.replace(at, control == 0x7f ? 1 : 2, escape);
+  }
+  return text;
+}
+
+}  // namespace
+
+std::expected<json, std::string> parseJson(std::string_view text) {
+  // The library takes a NUL for the end of its input and would ignore whatever follows.
+  if (const auto nul = text.find('\0'); nul != std::string_view::npos) {
+    return std::unexpected("not JSON at byte " + std::to_string(nul + 1));
+  }
+  BoundedBuilder builder;
+  if (!json::sax_parse(text, &builder)) return std::unexpected(builder.fault());
+  return builder.take();
+}
+
+std::string toText(const json& value) {
+  return withControlsEscaped(value.dump(-1, ' ', false, json::error_handler_t::replace));
+}
+
+}  // namespace protocol::json_rpc

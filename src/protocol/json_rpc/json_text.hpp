@@ -1,0 +1,24 @@
+// JSON text to value and back, within the bounds that a line from another process needs: nesting and memory are
+// limited while reading, and what is written is always valid UTF-8 on one line.
+#pragma once
+
+#include <cstddef>
+#include <expected>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+namespace protocol::json_rpc {
+
+/// Arrays and objects inside one another beyond this are refused.
+inline constexpr std::size_t maximumNesting = 512;
+
+/// Reads one JSON value (RFC 8259; strictly UTF-8; nothing but white space around it). Integers of 64 bits are exact,
+/// of equal keys the last counts. The error is a short sentence for a person.
+std::expected<nlohmann::json, std::string> parseJson(std::string_view text);
+
+/// Compact text without line ends or any other control character. Bytes of a string that are not UTF-8 become U+FFFD.
+std::string toText(const nlohmann::json& value);
+
+}  // namespace protocol::json_rpc

@@ -1,0 +1,83 @@
+#include "protocol/json_rpc/line_reader.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <unistd.h>
+
+namespace protocol::json_rpc {
+namespace {
+
+constexpr std::size_t smallestRead = std::size_t{64} << 10;
+// A buffer that one long line has grown beyond this is given back once the line is handed out.
+constexpr std::size_t keptStorage = std::size_t{1} << 20;
+
+}  // namespace
+
+LineReader::Result LineReader::next() {
+  while (true) {
+    const char* const unscanned = storage_.data() + scanned_;
+    const void* const found = end_ > scanned_ ? std::memchr(unscanned, '\n', end_ - scanned_) : nullptr;
+    if (found != nullptr) {
+      const auto lineEnd = static_cast<std::size_t>(static_cast<const char*>(found) - storage_.data());
+      if (!skipping_) return takeLine(lineEnd);
+      skipping_ = false;
+      begin_ = scanned_ = lineEnd + 1;
+      continue;
+    }
+    scanned_ = end_;
+    if (skipping_) {
+      begin_ = scanned_ = end_ = 0;
+    } else if (end_ - begin_ > maximumLength_) {
+      skipping_ = true;
+      begin_ = scanned_ = end_ = 0;
+      storage_ = {};
+      return {.status = Status::tooLong};
+    }
+    if (const Result result = readMore(); result.status != Status::line) return result;
+  }
+}
+
+LineReader::Result LineReader::takeLine(std::size_t lineEnd) {
+  const std::string_view text(storage_.data() + begin_, lineEnd - begin_);
+  begin_ = scanned_ = std::min(lineEnd + 1, end_);
+  // The line may have come whole in the very read that passed the limit.
+  if (text.size() > maximumLength_) return {.status = Status::tooLong};
+  return {.status = Status::line, .text = text};
+}
+
+// Status::line means that there are new bytes to look at, or that the last line is complete.
+LineReader::Result LineReader::readMore() {
+  if (begin_ > 0) {
+    std::memmove(storage_.data(), storage_.data() + begin_, end_ - begin_);
+    end_ -= begin_;
+    scanned_ -= begin_;
+    begin_ = 0;
+  }
+  if (storage_.size() > keptStorage && end_ < smallestRead) {
+    storage_.resize(keptStorage);
+    storage_.shrink_to_fit();
+  }
+  if (storage_.size() - end_ < smallestRead) {
+    storage_.resize(std::max(end_ + smallestRead, std::min(2 * storage_.size(), maximumLength_ + smallestRead)));
+  }
+  while (true) {
+    // One byte stays free for the line end that a last line may lack.
+    const ssize_t count = ::read(descriptor_, storage_.data() + end_, storage_.size() - end_ - 1);
+    if (count > 0) {
+      end_ += static_cast<std::size_t>(count);
+      return {.status = Status::line};
+    }
+    if (count == 0) {
+      if (begin_ == end_) return {.status = Status::endOfInput};
+      storage_[end_++] = '\n';
+      return {.status = Status::line};
+    }
+    if (errno == EINTR) continue;
+    if (errno == EAGAIN || errno == EWOULDBLOCK) return {.status = Status::wouldBlock};
+    return {.status = Status::failed, .error = errno};
+  }
+}
+
+}  // namespace protocol::json_rpc

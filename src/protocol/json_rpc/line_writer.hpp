@@ -1,0 +1,27 @@
+// Writes whole lines to a descriptor from any thread. What stands in a line is left to its writer.
+#pragma once
+
+#include <expected>
+#include <mutex>
+#include <string_view>
+#include <system_error>
+
+namespace protocol::json_rpc {
+
+class LineWriter {
+ public:
+  /// Does not own `descriptor`. A process that writes to a pipe ignores or blocks SIGPIPE, so that a reader who left
+  /// is told here as EPIPE.
+  explicit LineWriter(int descriptor) : descriptor_(descriptor) {}
+
+  /// Writes `line`, which holds no "\n", and its line end; returns when all of it is written. Lines of several
+  /// threads never mix. After a failure, which may have cut a line, every later call fails with the same error.
+  std::expected<void, std::error_code> write(std::string_view line);
+
+ private:
+  int descriptor_;
+  std::mutex mutex_;
+  std::error_code failure_;
+};
+
+}  // namespace protocol::json_rpc

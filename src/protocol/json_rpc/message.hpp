@@ -1,0 +1,55 @@
+// Requests and responses of JSON-RPC 2.0, one object a line, batches left out. Which methods exist and what their
+// parameters mean is left to the two sides.
+#pragma once
+
+#include <expected>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+namespace protocol::json_rpc {
+
+/// JSON-RPC 2.0, section 5.1.
+enum class ErrorCode : int {
+  parseError = -32700,
+  invalidRequest = -32600,
+  methodNotFound = -32601,
+  invalidParams = -32602,
+  internalError = -32603,
+};
+
+struct Error {
+  int code;
+  std::string message;
+  nlohmann::json data = nullptr;  ///< null: none
+
+  bool operator==(const Error&) const = default;
+};
+
+Error makeError(ErrorCode code, std::string message);
+
+struct Request {
+  nlohmann::json id;            ///< null, a string or a number (64-bit integers exact)
+  bool isNotification = false;  ///< without an id, which is not the same as the id null: it gets no response
+  std::string method;
+  nlohmann::json params;  ///< an array, an object, or null where absent
+};
+
+struct Response {
+  nlohmann::json id;  ///< null where the request's is unknown
+  std::expected<nlohmann::json, Error> outcome;
+};
+
+/// A line that is no request comes back as the response it is owed: parseError or invalidRequest, with the request's
+/// id where the line has a usable one.
+std::expected<Request, Response> parseRequest(std::string_view line);
+
+/// The error is a short sentence for a person.
+std::expected<Response, std::string> parseResponse(std::string_view line);
+
+/// One line without its line end, always valid UTF-8.
+std::string toLine(const Request& request);
+std::string toLine(const Response& response);
+
+}  // namespace protocol::json_rpc

@@ -1,0 +1,44 @@
+#include "widzety/texts/tabela.hpp"
+
+#include <algorithm>
+#include <functional>
+#include <iterator>
+
+#include "widzety/texts/znaki.hpp"
+
+namespace widzety {
+namespace {
+
+struct Wiersz {
+  std::string_view polski;
+  std::string_view angielski;
+  std::string_view litewski;
+};
+
+constexpr Wiersz tabela[] = {
+#include "widzety/texts/tabela.inc"
+};
+
+// A char compares as unsigned here, and the order of UTF-8 bytes is that of the code points.
+static_assert(std::string_view("z") < std::string_view("ó"));
+
+static_assert(std::size(tabela) == liczbaWierszy, "a row was added or lost");
+static_assert(std::ranges::adjacent_find(tabela, std::ranges::greater_equal{}, &Wiersz::polski) == std::end(tabela),
+              "a key stands out of order, or twice");
+static_assert(std::ranges::all_of(tabela, zDozwolonychZnakow, &Wiersz::polski), "a key is not NFC");
+static_assert(std::ranges::all_of(tabela, zDozwolonychZnakow, &Wiersz::angielski), "an English text is not NFC");
+static_assert(std::ranges::all_of(tabela, zDozwolonychZnakow, &Wiersz::litewski), "a Lithuanian text is not NFC");
+
+constexpr ListaWierszy lista(std::string_view Wiersz::* jezyk) {
+  ListaWierszy wiersze;
+  std::ranges::transform(tabela, wiersze.begin(),
+                         [jezyk](const Wiersz& wiersz) { return Tlumaczenie{wiersz.polski, wiersz.*jezyk}; });
+  return wiersze;
+}
+
+}  // namespace
+
+constexpr ListaWierszy wierszeAngielskie = lista(&Wiersz::angielski);
+constexpr ListaWierszy wierszeLitewskie = lista(&Wiersz::litewski);
+
+}  // namespace widzety

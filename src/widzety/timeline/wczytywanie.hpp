@@ -1,0 +1,16 @@
+// Loading a day: the sign-in check, three requests at once, the selections, and every failure folded into a sentence.
+#pragma once
+
+#include <stop_token>
+
+#include "widzety/timeline/otoczenie.hpp"
+#include "widzety/timeline/wpis.hpp"
+
+namespace widzety {
+
+/// Builds the day's entry from the service. It never fails: without a token, and on the first failure in the order
+/// tasks, inbox, meetings, the entry carries a sentence and nothing else. Keeps nothing between calls. Blocks; a stop
+/// ends the requests, and no request outlives the call.
+Wpis wczytajWpis(const Otoczenie& otoczenie, std::stop_token stop);
+
+}  // namespace widzety

@@ -1,0 +1,18 @@
+// The extension's bundle: the day widget and nothing else.
+#pragma once
+
+#include "platform/widget_kit/widget_bundle.hpp"
+#include "widzety/timeline/otoczenie.hpp"
+
+namespace widzety {
+
+class PakietWidzetow final : public platform::WidgetBundle {
+ public:
+  explicit PakietWidzetow(const Otoczenie& otoczenie) : otoczenie_(otoczenie) {}
+  std::vector<std::unique_ptr<platform::Widget>> body() const override;
+
+ private:
+  Otoczenie otoczenie_;
+};
+
+}  // namespace widzety

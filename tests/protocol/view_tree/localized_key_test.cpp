@@ -1,0 +1,32 @@
+#include "protocol/view_tree/localized_key.hpp"
+
+#include <limits>
+
+#include <gtest/gtest.h>
+
+namespace protocol {
+namespace {
+
+TEST(LocalizedKey, TakesItsArgumentsInOrder) {
+  struct Case {
+    LocalizedKey key;
+    std::string text;
+  };
+  const Case cases[] = {
+      {{"Vamba", {}}, "Vamba"},
+      {{"", {}}, ""},
+      {{"%lld do decyzji", {3}}, "3 do decyzji"},
+      {{"%lld of %lld", {1, -2}}, "1 of -2"},
+      {{"%lld%lld", {12, 3}}, "123"},
+      {{"%lld", {std::numeric_limits<std::int64_t>::min()}}, "-9223372036854775808"},
+      {{"%lld of %lld", {1}}, "1 of %lld"},
+      {{"%lld", {}}, "%lld"},
+      {{"none", {1, 2}}, "none"},
+      {{"100% %d %ll", {1}}, "100% %d %ll"},
+      {{"%%lld", {7}}, "%7"},
+  };
+  for (const auto& [key, text] : cases) EXPECT_EQ(asWritten(key), text) << key.key;
+}
+
+}  // namespace
+}  // namespace protocol
