@@ -26,7 +26,7 @@ with_service() {
   local pid=$SAMPLE_PID
   { read -r address && read -r token; } <&"${SAMPLE[0]}"
   (umask 077 && printf %s "$token" >"$item_folder/token-urzadzenia" && printf %s "$address" >"$item_folder/adres-api")
-  board=$("$bin/vamba-host" --extension "$bin/vamba-widzety" show --family "$2")
+  board=$("$bin/vamba-host" show --family "$2")
   kill "$pid"
   wait "$pid" 2>/dev/null || true
 }
@@ -65,5 +65,5 @@ grep -qE 'Poświadczenie wygasło — zaloguj się ponownie\.|Zaloguj się w apl
   wrong "the board should ask to sign in"
 [ ! -e "$item_folder/token-urzadzenia" ] || wrong "a refused token should be deleted"
 [ -e "$item_folder/adres-api" ] || wrong "the address should be kept"
-board=$("$bin/vamba-host" --extension "$bin/vamba-widzety" show)
+board=$("$bin/vamba-host" show)
 shows 'Zaloguj się w aplikacji Vamba.'

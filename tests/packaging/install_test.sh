@@ -7,7 +7,7 @@ trap 'rm -rf -- "$place"' EXIT
 
 cmake --install "$build" --prefix "$place/usr" >/dev/null
 
-for file in bin/vamba-host libexec/vamba/vamba-widzety libexec/vamba/vamba-pictures.so \
+for file in bin/vamba-host libexec/vamba/vamba-widzety libexec/vamba/vamba-picture \
   libexec/vamba/vamba-transfers.so libexec/vamba/vamba-desktop share/applications/vamba.desktop \
   share/icons/hicolor/scalable/apps/vamba.svg share/man/man1/vamba-host.1; do
   [ -s "$place/usr/$file" ] || { echo "not installed: $file" >&2; exit 1; }
@@ -22,6 +22,8 @@ gallery=$(LANGUAGE=pl "$place/usr/bin/vamba-host" gallery)
 grep -qF 'Vamba — spotkania i zadania' <<<"$gallery" || { echo "gallery said: $gallery" >&2; exit 1; }
 board=$(LANGUAGE=pl "$place/usr/bin/vamba-host" show --entry preview)
 grep -qF 'Narada zespołu' <<<"$board" || { echo "show said: $board" >&2; exit 1; }
+picture=$(LANGUAGE=pl "$place/usr/bin/vamba-host" show --entry preview --format svg)
+grep -qF 'Narada zespołu' <<<"$picture" || { echo "show as a picture said: $picture" >&2; exit 1; }
 
 # The host becomes the desktop's program, which finds no display here.
 said=$(env -u DISPLAY -u WAYLAND_DISPLAY "$place/usr/bin/vamba-host" desktop 2>&1) && { echo "a desktop without a display" >&2; exit 1; }

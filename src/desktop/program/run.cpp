@@ -16,8 +16,8 @@
 #include "desktop/windows/fonts_in_preparation.hpp"
 #include "desktop/windows/theme.hpp"
 #include "desktop/windows/toolkit_look.hpp"
-#include "host/commands/exit_status.hpp"
-#include "host/commands/program_folder.hpp"
+#include "host/command_line/outcome.hpp"
+#include "host/command_line/programs.hpp"
 
 namespace desktop {
 namespace {
@@ -96,7 +96,7 @@ host::CommandResult run(const host::CommandLine& line) {
   const auto stacking = line.partOfDesktop ? Stacking::desktop : Stacking::below;
   Desktop desktop(
       {.loop = loop, .journal = journal, .theme = theme, .style = {way, stacking}, .store = placementStore(journal)},
-      {.program = line.extension.value_or(host::usualExtensionPath())});
+      {.program = host::extensionProgram(line)});
   // Times and numbers are formatted without it, and the host's texts need no locale.
   gtk_disable_setlocale();
   if (gtk_init_check(nullptr, nullptr) == FALSE) return failure("the display can't be opened");

@@ -1,8 +1,8 @@
 // The desktop's program from its command line to its end.
 #pragma once
 
-#include "host/commands/command_line.hpp"
-#include "host/commands/commands.hpp"
+#include "host/command_line/command_line.hpp"
+#include "host/command_line/outcome.hpp"
 
 namespace desktop {
 

@@ -3,10 +3,10 @@
 
 #include "base/files/user_folders.hpp"
 #include "host/autostart/autostart.hpp"
+#include "host/command_line/outcome.hpp"
+#include "host/command_line/programs.hpp"
 #include "host/commands/commands.hpp"
-#include "host/commands/exit_status.hpp"
 #include "host/commands/output.hpp"
-#include "host/commands/program_folder.hpp"
 
 namespace host {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <absl/time/clock.h>
 
-#include "host/commands/exit_status.hpp"
+#include "host/command_line/outcome.hpp"
 #include "host/commands/output.hpp"
 #include "host/commands/persistence.hpp"
 #include "host/feed/entry.hpp"

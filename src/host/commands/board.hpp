@@ -6,16 +6,11 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/commands/command_line.hpp"
+#include "host/command_line/command_line.hpp"
+#include "host/command_line/outcome.hpp"
 #include "host/extension/extension_client.hpp"
 
 namespace host {
-
-/// Why a command has no result: a sentence for a person and the exit status.
-struct CommandFailure {
-  int status;
-  std::string message;
-};
 
 CommandFailure asCommandFailure(const ExtensionFailure& failure);
 

@@ -2,14 +2,12 @@
 // status and a line on standard error.
 #pragma once
 
-#include <expected>
-
+#include "host/command_line/command_line.hpp"
+#include "host/command_line/outcome.hpp"
 #include "host/commands/board.hpp"
-#include "host/commands/command_line.hpp"
+#include "host/commands/draw.hpp"
 
 namespace host {
-
-using CommandResult = std::expected<void, CommandFailure>;
 
 /// The extension's widgets, for a person or as JSON.
 CommandResult gallery(ExtensionClient& extension, const CommandLine& line);
@@ -18,13 +16,13 @@ CommandResult gallery(ExtensionClient& extension, const CommandLine& line);
 CommandResult printAnswer(ExtensionClient& extension, const CommandLine& line);
 
 /// One board, once.
-CommandResult show(ExtensionClient& extension, const CommandLine& line);
+CommandResult show(ExtensionClient& extension, const CommandLine& line, Draw draw);
 
 /// The board at each reload, until SIGINT, SIGTERM or SIGHUP. The extension runs only while it is asked; when it fails,
 /// the last board stays.
 CommandResult watch(const ExtensionSettings& settings, const CommandLine& line);
 
-/// Has the widgets come up with the session, or no more; or tells whether they do.
+/// Turns the start with the session on or off, or shows its status.
 CommandResult autostart(const CommandLine& line);
 
 }  // namespace host

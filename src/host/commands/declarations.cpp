@@ -1,5 +1,5 @@
+#include "host/command_line/outcome.hpp"
 #include "host/commands/commands.hpp"
-#include "host/commands/exit_status.hpp"
 #include "host/commands/output.hpp"
 #include "host/commands/persistence.hpp"
 #include "host/commands/terminal.hpp"

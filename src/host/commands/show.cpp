@@ -1,13 +1,11 @@
+#include "host/command_line/outcome.hpp"
 #include "host/commands/commands.hpp"
-#include "host/commands/exit_status.hpp"
-#include "host/commands/exporters.hpp"
 #include "host/commands/output.hpp"
 #include "host/commands/persistence.hpp"
 
 namespace host {
 
-CommandResult show(ExtensionClient& extension, const CommandLine& line) {
-  Export exporting(line);
+CommandResult show(ExtensionClient& extension, const CommandLine& line, Draw draw) {
   const auto widget = widgetFor(extension, line.family);
   if (!widget) return std::unexpected(widget.error());
   const auto entry = entryFor(extension, widget->kind, line);
@@ -21,7 +19,7 @@ CommandResult show(ExtensionClient& extension, const CommandLine& line) {
   }
 
   const Board board{.view = *view, .title = widget->displayName, .sample = line.entry == "placeholder"};
-  const auto drawing = exporting.drawn(board);
+  const auto drawing = draw(board, line);
   if (!drawing) return std::unexpected(CommandFailure{exit_status::wrongCommandLine, drawing.error()});
   if (auto written = write(line.output, *drawing); !written) {
     const int status = line.output ? exit_status::wrongCommandLine : exit_status::noAnswer;

@@ -1,7 +1,7 @@
 #include <cstdio>
 
+#include "host/command_line/outcome.hpp"
 #include "host/commands/commands.hpp"
-#include "host/commands/exit_status.hpp"
 #include "host/commands/output.hpp"
 #include "host/commands/terminal.hpp"
 #include "host/feed/feed.hpp"

@@ -145,3 +145,9 @@ std::vector<ShapedLine> Typesetter::lines(const PlacedText& text) {
 std::string Typesetter::visible(const TextNode& text) { return pango_layout_get_text(shaped(text).layout.get()); }
 
 }  // namespace render
+
+#ifdef __SANITIZE_ADDRESS__
+// The font library keeps what it has read until the process ends, where the leak checker does not find it.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" __attribute__((weak)) const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }
+#endif

@@ -1,4 +1,4 @@
-#include "host/commands/command_line.hpp"
+#include "host/command_line/command_line.hpp"
 
 #include <initializer_list>
 #include <vector>

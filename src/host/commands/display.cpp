@@ -1,5 +1,7 @@
-#include "host/commands/desktop_program.hpp"
+#include "host/commands/display.hpp"
 
+#include <cerrno>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -10,8 +12,6 @@
 #include <unistd.h>
 
 #include "base/descriptors/file_descriptor.hpp"
-#include "host/commands/exit_status.hpp"
-#include "host/commands/program_folder.hpp"
 
 namespace host {
 namespace {
@@ -54,12 +54,5 @@ bool xReachable() {
 }  // namespace
 
 bool displayReachable() { return waylandReachable() || xReachable(); }
-
-CommandResult becomeDesktop(char* const* argv) {
-  const auto program = desktopProgramPath();
-  ::execv(program.c_str(), argv);
-  return std::unexpected(CommandFailure{exit_status::noAnswer, "the desktop's program " + program.string() +
-                                                                   " can't be started: " + std::strerror(errno)});
-}
 
 }  // namespace host

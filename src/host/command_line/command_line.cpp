@@ -1,4 +1,4 @@
-#include "host/commands/command_line.hpp"
+#include "host/command_line/command_line.hpp"
 
 #include <sstream>
 #include <string_view>
@@ -8,7 +8,7 @@
 #include <CLI/CLI.hpp>
 #include <absl/strings/ascii.h>
 
-#include "host/commands/exit_status.hpp"
+#include "host/command_line/outcome.hpp"
 
 namespace host {
 namespace {

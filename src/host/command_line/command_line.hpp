@@ -37,6 +37,11 @@ struct Exit {
   std::string standardError;
 };
 
+/// Whether the format is a picture, which `vamba-picture` draws.
+constexpr bool isPicture(Format format) {
+  return format == Format::svg || format == Format::png || format == Format::pdf;
+}
+
 std::variant<CommandLine, Exit> parseCommandLine(int argc, const char* const* argv);
 
 }  // namespace host

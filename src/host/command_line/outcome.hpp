@@ -1,0 +1,25 @@
+// How a command ends: with a result, or with a sentence and an exit status that scripts rely on.
+#pragma once
+
+#include <expected>
+#include <string>
+
+namespace host {
+
+namespace exit_status {
+
+inline constexpr int shown = 0;             ///< an answer was shown; a board with a sentence instead of data is one
+inline constexpr int noAnswer = 1;          ///< the extension could not be started or did not answer
+inline constexpr int wrongCommandLine = 2;  ///< or an input or output file that it names can't be used
+
+}  // namespace exit_status
+
+/// Why a command has no result: a sentence for a person and the exit status.
+struct CommandFailure {
+  int status;
+  std::string message;
+};
+
+using CommandResult = std::expected<void, CommandFailure>;
+
+}  // namespace host

@@ -1,0 +1,10 @@
+// A board as the bytes of a picture file, in the format and the look that the command line asks for.
+#pragma once
+
+#include "host/commands/draw.hpp"
+
+namespace picture {
+
+host::Drawing drawPicture(const host::Board& board, const host::CommandLine& line);
+
+}  // namespace picture

@@ -1,0 +1,21 @@
+// `vamba-picture`: what `vamba-host show` becomes where the board is to be a picture. It reads the same command line.
+#include "host/command_line/programs.hpp"
+#include "host/command_line/run_program.hpp"
+#include "host/commands/commands.hpp"
+#include "host/commands/terminal.hpp"
+#include "picture/draw_picture.hpp"
+
+namespace {
+
+host::CommandResult showPicture(const host::CommandLine& line) {
+  if (!line.output && host::onTerminal()) {
+    return std::unexpected(host::CommandFailure{host::exit_status::wrongCommandLine,
+                                                "a terminal can't show a picture; name a file with --output"});
+  }
+  host::ExtensionClient extension({.program = host::extensionProgram(line)});
+  return host::show(extension, line, picture::drawPicture);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) { return host::runProgram(argc, argv, showPicture); }
