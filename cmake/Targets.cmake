@@ -1,5 +1,15 @@
 # One target a folder. Each function lists its sources and what it may use, so a wrong include fails to link.
 
+# With CMAKE_UNITY_BUILD the files of a target are compiled as one, which takes half the time. These targets have files
+# that use the same private names, so their files are always compiled one by one. A "redefinition" that only the
+# sanitizers' builds report means that a target belongs here.
+set(vamba_targets_with_private_names_in_common)
+function(vamba_decide_unity name)
+  if(name IN_LIST vamba_targets_with_private_names_in_common)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
+  endif()
+endfunction()
+
 # vamba_library(NAME [SOURCES file...] [DEPENDS target...] [PRIVATE_DEPENDS target...])
 # A static library, or without SOURCES a folder of headers alone; includes are written from src/
 # ("platform/calendar/calendar.hpp").
@@ -14,6 +24,7 @@ function(vamba_library name)
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE_DEPENDS} vamba_compile_options)
+  vamba_decide_unity(${name})
 endfunction()
 
 # vamba_program(NAME SOURCES file... DEPENDS target...)
@@ -24,6 +35,7 @@ function(vamba_program name)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src)
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} vamba_compile_options vamba_cxx_runtime)
+  vamba_decide_unity(${name})
 endfunction()
 
 # vamba_module(NAME SOURCES file... DEPENDS target...)
@@ -54,6 +66,8 @@ function(vamba_test name)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin/tests)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} GTest::gmock GTest::gtest_main vamba_compile_options)
+  target_precompile_headers(${name} REUSE_FROM test_precompiled)
+  vamba_decide_unity(${name})
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
     PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
   if("threads" IN_LIST ARG_LABELS)
