@@ -21,6 +21,7 @@ endfunction()
 
 vamba_pkg_config_dependency(curl libcurl)
 vamba_pkg_config_dependency(uriparser liburiparser)
+vamba_pkg_config_dependency(simdjson simdjson)
 vamba_archived_dependency(utf8proc libutf8proc)
 vamba_archived_dependency(uuid uuid)
 vamba_pkg_config_dependency(systemd libsystemd)

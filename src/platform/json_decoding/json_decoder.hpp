@@ -1,5 +1,5 @@
-// Decodes JSON bodies (RFC 8259, UTF-8, no byte order mark) into values and records. Holds the date strategy only: one
-// decoder serves any number of concurrent decodes. Which records there are, their declarations say (keyed_record.hpp).
+// Decodes JSON bodies (RFC 8259, UTF-8, no byte order mark) into values and records. It holds the date strategy only,
+// so one decoder serves any number of concurrent decodes. The records declare their own fields (keyed_record.hpp).
 #pragma once
 
 #include <expected>
@@ -13,13 +13,17 @@
 
 namespace platform {
 
+/// Arrays and objects may stand this deep inside one another.
+inline constexpr int maximumNesting = 512;
+
 class JsonDecoder {
  public:
   /// `dates` may be called from several threads at once.
   explicit JsonDecoder(DateStrategy dates) : dates_(std::move(dates)) {}
 
-  /// The whole body as one T. A body that is not JSON, anywhere, is corrupted data at the root, whatever was asked for;
-  /// so is one whose arrays and objects are nested more than 512 deep.
+  /// The whole body as one T. A body that is not JSON, anywhere, is corrupted data at the root, whatever was asked for.
+  /// That includes half a surrogate pair in a string, a number that neither 64 bits nor a double can hold, and a body
+  /// whose arrays and objects are nested more than `maximumNesting` deep.
   template <typename T>
   std::expected<T, DecodingError> decode(std::string_view body) const {
     std::expected<T, DecodingError> result;

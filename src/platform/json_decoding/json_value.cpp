@@ -1,140 +1,99 @@
 #include "platform/json_decoding/json_value.hpp"
 
-#include "platform/json_decoding/json_extent.hpp"
-#include "platform/json_decoding/json_number.hpp"
-#include "platform/json_decoding/json_string.hpp"
+#include <simdjson.h>
+
+#include "base/text/whole_number.hpp"
 
 namespace platform {
 namespace {
 
-std::string_view typeName(std::string_view value) {
-  switch (value.front()) {
-    case '[':
-      return "an array";
-    case '{':
-      return "an object";
-    case '"':
-      return "a string";
-    case 't':
-    case 'f':
-      return "a boolean";
-    default:
-      return "a number";
-  }
-}
+using simdjson::dom::element_type;
 
-std::string_view withoutQuotes(std::string_view string) { return string.substr(1, string.size() - 2); }
+std::string_view typeName(element_type type) {
+  switch (type) {
+    case element_type::ARRAY:
+      return "an array";
+    case element_type::OBJECT:
+      return "an object";
+    case element_type::STRING:
+      return "a string";
+    case element_type::BOOL:
+      return "a boolean";
+    case element_type::NULL_VALUE:
+      return "null";
+    case element_type::INT64:
+    case element_type::UINT64:
+    case element_type::DOUBLE:
+      break;
+  }
+  return "a number";
+}
 
 std::unexpected<DecodingError> corrupted(std::string description) {
   return std::unexpected(DecodingError{DecodingError::Kind::dataCorrupted, {}, std::move(description)});
 }
 
-/// A container's items from front to back: elements, or keys and values in turn.
-class Items {
- public:
-  explicit Items(std::string_view container) : rest_(container) { skipPunctuation(); }
-
-  bool areOver() const { return rest_.starts_with(']') || rest_.starts_with('}'); }
-
-  std::string_view take() {
-    const std::string_view item = valueInFront(rest_);
-    rest_.remove_prefix(item.size());
-    skipPunctuation();
-    return item;
-  }
-
- private:
-  /// The bracket that opens the container, or what stands between an item and the next one.
-  void skipPunctuation() {
-    rest_ = withoutBlanksInFront(rest_);
-    if (!areOver()) rest_ = withoutBlanksInFront(rest_.substr(1));
-  }
-
-  std::string_view rest_;
-};
-
 }  // namespace
 
+bool JsonValue::isNull() const { return element_->is_null(); }
+
 std::unexpected<DecodingError> JsonValue::mismatch(std::string_view expected) const {
-  DecodingError error;
-  error.description = "expected ";
-  error.description += expected;
-  if (isNull()) {
-    error.kind = DecodingError::Kind::valueNotFound;
-    error.description += ", found null";
-  } else {
-    error.kind = DecodingError::Kind::typeMismatch;
-    error.description += ", found ";
-    error.description += typeName(text_);
-  }
-  return std::unexpected(std::move(error));
+  const auto kind = isNull() ? DecodingError::Kind::valueNotFound : DecodingError::Kind::typeMismatch;
+  std::string description("expected ");
+  description.append(expected).append(", found ").append(typeName(element_->type()));
+  return std::unexpected(DecodingError{kind, {}, std::move(description)});
 }
 
-std::optional<std::string_view> JsonValue::quoted() const {
-  if (!text_.starts_with('"')) return std::nullopt;
-  return withoutQuotes(text_);
+std::optional<std::string_view> JsonValue::string() const {
+  std::string_view string;
+  if (element_->get(string) != simdjson::SUCCESS) return std::nullopt;
+  return string;
 }
 
 std::expected<std::string, DecodingError> JsonValue::text() const {
-  const std::optional<std::string_view> inner = quoted();
-  if (!inner) return mismatch("a string");
-  if (!inner->contains('\\')) return std::string(*inner);
-  std::optional<std::string> text = unescaped(*inner);
-  if (!text) return corrupted("half a surrogate pair stands alone in a string");
-  return *std::move(text);
+  const auto text = string();
+  if (!text) return mismatch("a string");
+  return std::string(*text);
 }
 
 std::expected<std::int64_t, DecodingError> JsonValue::integer() const {
-  const bool isNumber = text_.starts_with('-') || (text_.front() >= '0' && text_.front() <= '9');
-  if (!isNumber) return mismatch("an integer");
-  const std::optional<std::int64_t> value = integerOfJsonNumber(text_);
-  // A number's text may be as long as the body; the first digits tell enough.
-  if (!value) return corrupted("not an integer of 64 bits: " + std::string(text_.substr(0, 40)));
-  return *value;
+  if (!element_->is_number()) return mismatch("an integer");
+  std::int64_t integer = 0;
+  if (element_->get(integer) == simdjson::SUCCESS) return integer;
+  double number = 0;
+  if (element_->is_double() && element_->get(number) == simdjson::SUCCESS) {
+    if (const auto whole = base::wholeNumber(number)) return *whole;
+  }
+  return corrupted("not an integer of 64 bits: " + simdjson::minify(*element_));
 }
 
 std::expected<base::Uuid, DecodingError> JsonValue::uuid() const {
-  const std::optional<std::string_view> inner = quoted();
-  if (!inner) return mismatch("a UUID");
-  std::optional<base::Uuid> uuid;
-  if (!inner->contains('\\')) {
-    uuid = base::Uuid::parse(*inner);
-  } else if (const std::optional<std::string> text = unescaped(*inner)) {
-    uuid = base::Uuid::parse(*text);
-  }
+  const auto text = string();
+  if (!text) return mismatch("a UUID");
+  const auto uuid = base::Uuid::parse(*text);
   if (!uuid) return corrupted("not a UUID");
   return *uuid;
 }
 
 std::expected<absl::Time, DecodingError> JsonValue::date() const {
-  const std::optional<std::string_view> inner = quoted();
-  if (!inner) return mismatch("a date");
-  if (!inner->contains('\\')) return (*dates_)(*inner);
-  const std::expected<std::string, DecodingError> date = text();
-  if (!date) return std::unexpected(date.error());
-  return (*dates_)(*date);
+  const auto text = string();
+  if (!text) return mismatch("a date");
+  return (*dates_)(*text);
 }
 
 Decoded JsonValue::forEachElement(absl::FunctionRef<bool(const JsonValue&)> read) const {
-  if (!text_.starts_with('[')) return mismatch("an array");
-  for (Items elements(text_); !elements.areOver();) {
-    if (!read(JsonValue(elements.take(), *dates_))) break;
+  simdjson::dom::array array;
+  if (element_->get(array) != simdjson::SUCCESS) return mismatch("an array");
+  for (const simdjson::dom::element element : array) {
+    if (!read(JsonValue(element, *dates_))) break;
   }
   return {};
 }
 
 Decoded JsonValue::forEachField(absl::FunctionRef<void(std::string_view key, const JsonValue&)> read) const {
-  if (!text_.starts_with('{')) return mismatch("an object");
-  for (Items items(text_); !items.areOver();) {
-    const std::string_view key = withoutQuotes(items.take());
-    const JsonValue value(items.take(), *dates_);
-    if (!key.contains('\\')) {
-      read(key, value);
-    } else if (const std::optional<std::string> plainKey = unescaped(key)) {
-      read(*plainKey, value);
-    }
-    // A key with half a surrogate pair is no text, hence no key that anyone could ask for.
-  }
+  simdjson::dom::object object;
+  if (element_->get(object) != simdjson::SUCCESS) return mismatch("an object");
+  for (const auto [key, value] : object) read(key, JsonValue(value, *dates_));
   return {};
 }
 

@@ -1,5 +1,7 @@
-// One value of a JSON body that has been checked, as those who decode records see it: asked for one type, it gives it
-// or says why not. A view of the body's text, which must outlive it.
+// One value of a JSON body, as those who decode records see it: asked for one type, it returns it or says why not.
+//
+//   {"x": 7.0, "name": null}   field x:    integer() -> 7, text() -> typeMismatch "expected a string, found a number"
+//                              field name: text() -> valueNotFound "expected a string, found null"
 #pragma once
 
 #include <cstdint>
@@ -17,6 +19,10 @@
 #include "base/text/uuid.hpp"
 #include "platform/json_decoding/decoding_error.hpp"
 
+namespace simdjson::dom {
+class element;
+}
+
 namespace platform {
 
 using Decoded = std::expected<void, DecodingError>;
@@ -24,34 +30,35 @@ using Decoded = std::expected<void, DecodingError>;
 /// The rule by which every date of a body is read from its text.
 using DateStrategy = std::function<std::expected<absl::Time, DecodingError>(std::string_view)>;
 
+/// A view: it lasts as long as the call that it is handed to.
 class JsonValue {
  public:
-  /// `text` is the whole value as it stands in the body, without blanks around it.
-  JsonValue(std::string_view text, const DateStrategy& dates) : text_(text), dates_(&dates) {}
+  JsonValue(const simdjson::dom::element& element, const DateStrategy& dates) : element_(&element), dates_(&dates) {}
 
-  bool isNull() const { return text_ == "null"; }
+  bool isNull() const;
 
   std::expected<std::string, DecodingError> text() const;
-  /// A number that is integral and fits, however it is written; the others are corrupted data.
+  /// A whole number that fits, also one written as 7.0 or 70e-1; any other number is corrupted data. A number written
+  /// with a fraction or an exponent counts as the double next to it.
   std::expected<std::int64_t, DecodingError> integer() const;
   std::expected<base::Uuid, DecodingError> uuid() const;
   /// By the decoder's date strategy.
   std::expected<absl::Time, DecodingError> date() const;
 
-  /// Calls `read` for each element until it says false.
+  /// Calls `read` for each element until it returns false.
   Decoded forEachElement(absl::FunctionRef<bool(const JsonValue&)> read) const;
-  /// Calls `read` with each key, its escapes resolved, in the order of the body, each time that it occurs.
+  /// Calls `read` for each key, its escapes resolved, in the order of the body and each time that the key occurs.
   Decoded forEachField(absl::FunctionRef<void(std::string_view key, const JsonValue&)> read) const;
 
  private:
   std::unexpected<DecodingError> mismatch(std::string_view expected) const;
-  std::optional<std::string_view> quoted() const;
+  std::optional<std::string_view> string() const;
 
-  std::string_view text_;
+  const simdjson::dom::element* element_;
   const DateStrategy* dates_;
 };
 
-// decodeInto() is the point where types join in: a record offers one beside its own declaration.
+// decodeInto() is where types join in: a record declares one beside its own declaration.
 
 template <typename T>
 Decoded assignDecoded(std::expected<T, DecodingError> value, T& out) {

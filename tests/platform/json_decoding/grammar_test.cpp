@@ -26,11 +26,14 @@ constexpr std::string_view wellFormedValues[] = {
     "false",
     "0",
     "-0",
-    "1e999",
-    "1234567890123456789012345678901234567890",
+    "9223372036854775807",
+    "-9223372036854775808",
+    "18446744073709551615",
+    "1e308",
+    "1e-999",
     "-1.5E-3",
     "\"\"",
-    R"("\ud800")",
+    R"("\ud83d\ude00")",
     R"("\"\\\/\b\f\n\r\t\u00e9")",
     "\"\x7f\"",
     "\"zażółć 😀\"",
@@ -41,13 +44,27 @@ constexpr std::string_view wellFormedValues[] = {
     "[1,[2,[3]],{}]",
     R"({"":0})",
     R"({"a":1,"a":2})",
-    R"({"\ud800":1})",
     R"({"a":{"b":[{"c":null}]}})",
     "[\n1\t,\r2 ]",
     R"(["]","}",":",","])",
 };
 
 constexpr std::string_view malformedValues[] = {
+    // Numbers out of range and half surrogate pairs.
+    "1e999",
+    "-1e999",
+    "18446744073709551616",
+    "-9223372036854775809",
+    "1234567890123456789012345678901234567890",
+    R"("\ud800")",
+    R"("\udc00")",
+    R"("\ud800x")",
+    R"("\ud800\n")",
+    R"("\ud800\u0041")",
+    R"("\ud800\ud800\udc00")",
+    R"("\udc00\ud800")",
+    R"({"\ud800":1})",
+    // Against the grammar.
     R"({"a":"b":1})",
     R"(["a":1])",
     R"({"a":1:2})",
@@ -203,6 +220,8 @@ TEST(JsonGrammar, NestsUpTo512Deep) {
   const auto objects = [](int depth) { return repeated("{\"a\":", depth - 1) + "{}" + repeated("}", depth - 1); };
   EXPECT_TRUE(isAccepted(arrays(512)));
   EXPECT_FALSE(isAccepted(arrays(513)));
+  EXPECT_TRUE(isAccepted(repeated("[", 512) + "1" + repeated("]", 512)));
+  EXPECT_FALSE(isAccepted(repeated("[", 513) + "1" + repeated("]", 513)));
   EXPECT_TRUE(isAccepted(objects(512)));
   EXPECT_FALSE(isAccepted(objects(513)));
   EXPECT_TRUE(isAccepted("[" + objects(511) + "]"));

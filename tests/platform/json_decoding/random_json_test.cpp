@@ -1,4 +1,4 @@
-// Random bodies, most of them nearly JSON, judged by the decoder and by two independent readers.
+// Random bodies, most of them nearly JSON, judged by the decoder and by an independent slow grammar.
 #include <algorithm>
 #include <array>
 #include <initializer_list>
@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/json_decoding/library_opinion.hpp"
 #include "platform/json_decoding/slow_json_grammar.hpp"
 #include "platform/json_decoding/test_types.hpp"
 
@@ -71,7 +70,7 @@ class RandomJson {
       case 0:
         return string();
       case 1:
-        return std::string(oneOf({"0", "-0", "7", "7.0", "-1.5e3", "1E+2", "10e-1", "9223372036854775808"}));
+        return std::string(oneOf({"0", "-0", "7", "7.0", "-1.5e3", "1E+2", "10e-1", "9223372036854775808", "1e308"}));
       case 2:
         return std::string(oneOf({"null", "true", "false"}));
       case 3: {
@@ -110,23 +109,6 @@ TEST(RandomJson, IsAcceptedExactlyWhenItIsJson) {
   }
   EXPECT_GT(accepted, rounds / 10);
   EXPECT_LT(accepted, rounds * 9 / 10);
-}
-
-TEST(RandomJson, IsAcceptedAsALibraryReadsIt) {
-  constexpr unsigned seed = 2718;
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  RandomJson bodies(seed);
-  const JsonDecoder decoder = decoderOfTallies();
-  int compared = 0;
-  for (int i = 0; i < 20'000; ++i) {
-    const std::string body = bodies.mutated(bodies.document());
-    nlohmann::json read;
-    const Opinion opinion = opinionOfALibrary(body, read);
-    if (opinion == Opinion::none) continue;
-    ++compared;
-    ASSERT_EQ(decoder.decode<Anything>(body).has_value(), opinion == Opinion::isJson) << body;
-  }
-  EXPECT_GT(compared, 5'000);
 }
 
 }  // namespace

@@ -1,7 +1,12 @@
 #include "platform/json_decoding/slow_json_grammar.hpp"
 
+#include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <optional>
+#include <string>
 
 namespace platform {
 namespace {
@@ -94,7 +99,20 @@ class SlowGrammar {
     return true;
   }
 
+  /// A whole number must fit 64 bits, any other must be finite as a double.
   bool number() {
+    const std::size_t start = at_;
+    if (!numberToken()) return false;
+    const std::string token(text_.substr(start, at_ - start));
+    if (token.find_first_of(".eE") != std::string::npos) return std::isfinite(std::strtod(token.c_str(), nullptr));
+    const char* const end = token.data() + token.size();
+    std::int64_t asSigned = 0;
+    std::uint64_t asUnsigned = 0;
+    return std::from_chars(token.data(), end, asSigned).ec == std::errc() ||
+           (token.front() != '-' && std::from_chars(token.data(), end, asUnsigned).ec == std::errc());
+  }
+
+  bool numberToken() {
     take('-');
     if (!take('0')) {
       if (!takeBetween('1', '9')) return false;
@@ -125,10 +143,7 @@ class SlowGrammar {
         }
         return false;
       }
-      for (int i = 0; i < 4; ++i) {
-        if (!takeBetween('0', '9') && !takeBetween('a', 'f') && !takeBetween('A', 'F')) return false;
-      }
-      return true;
+      return escapedCodeUnits();
     }
     // The rows of the table of well-formed sequences (RFC 3629, section 4).
     const auto tail = [this] { return takeBetween(0x80, 0xBF); };
@@ -142,6 +157,23 @@ class SlowGrammar {
     if (takeBetween(0xF1, 0xF3)) return tail() && tail() && tail();
     if (takeBetween(0xF4, 0xF4)) return takeBetween(0x80, 0x8F) && tail() && tail();
     return false;
+  }
+
+  /// Four digits, and behind the first half of a surrogate pair the second half.
+  bool escapedCodeUnits() {
+    const auto first = fourDigits();
+    if (!first || (*first >= 0xDC00 && *first <= 0xDFFF)) return false;
+    if (*first < 0xD800 || *first > 0xDBFF) return true;
+    if (!take("\\u")) return false;
+    const auto second = fourDigits();
+    return second && *second >= 0xDC00 && *second <= 0xDFFF;
+  }
+
+  std::optional<int> fourDigits() {
+    for (int i = 0; i < 4; ++i) {
+      if (!takeBetween('0', '9') && !takeBetween('a', 'f') && !takeBetween('A', 'F')) return std::nullopt;
+    }
+    return std::stoi(std::string(text_.substr(at_ - 4, 4)), nullptr, 16);
   }
 
   std::string_view text_;

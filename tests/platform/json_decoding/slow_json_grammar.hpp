@@ -1,5 +1,5 @@
-// RFC 8259 once more, written down the simplest way: one byte after another, one function a production. The decoder is
-// compared with it.
+// RFC 8259 written down the simplest way: one byte after another, one function a production. The decoder is compared
+// with it. It also refuses what the decoder cannot hold: numbers out of range and half a surrogate pair.
 #pragma once
 
 #include <string_view>
