@@ -6,10 +6,6 @@ option(VAMBA_FUZZERS "Build the fuzzers (clang only)" OFF)
 option(VAMBA_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 set(VAMBA_SANITIZE "" CACHE STRING "Sanitizers to build with: 'address,undefined' or 'thread'")
 
-include(CMakeDependentOption)
-cmake_dependent_option(VAMBA_STATIC_CXX_RUNTIME "Link the C++ runtime into the programs, which then start faster" ON
-  "NOT VAMBA_SANITIZE" OFF) # the sanitizers replace parts of the shared one
-
 set(CMAKE_CXX_STANDARD 23)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -32,10 +28,6 @@ target_compile_options(vamba_compile_options INTERFACE
   $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> # g++ 12 sees moved-from variants as uninitialised
   $<$<BOOL:${CMAKE_UNITY_BUILD}>:-Wno-subobject-linkage> # files compiled as one are no header with private names
   $<$<BOOL:${VAMBA_WARNINGS_AS_ERRORS}>:-Werror>)
-add_library(vamba_cxx_runtime INTERFACE)
-if(VAMBA_STATIC_CXX_RUNTIME)
-  target_link_options(vamba_cxx_runtime INTERFACE -static-libstdc++ -static-libgcc)
-endif()
 target_link_options(vamba_compile_options INTERFACE -Wl,--as-needed)
 if(NOT VAMBA_SANITIZE)
   # What no one calls is left out of the programs: each page that a start touches is the person's memory.

@@ -34,24 +34,8 @@ function(vamba_program name)
   add_executable(${name} ${ARG_SOURCES})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src)
-  target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} vamba_compile_options vamba_cxx_runtime)
+  target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} vamba_compile_options)
   vamba_decide_unity(${name})
-endfunction()
-
-# vamba_module(NAME SOURCES file... DEPENDS target...)
-# What a program loads when it needs it, built where programs of the build tree look for it. It has a copy of its own of
-# what the program links too: neither sees the other's. Its functions are bound as they are called, so that none is
-# missing has to be seen here, except under a sanitizer, whose functions the program brings.
-function(vamba_module name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
-  add_library(${name} MODULE ${ARG_SOURCES})
-  set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/libexec/vamba)
-  target_compile_definitions(${name} PRIVATE VAMBA_BUILD="${PROJECT_VERSION}")
-  target_link_options(${name} PRIVATE -Wl,--exclude-libs,ALL)
-  if(NOT VAMBA_SANITIZE)
-    target_link_options(${name} PRIVATE -Wl,-z,defs)
-  endif()
-  target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} vamba_compile_options vamba_cxx_runtime)
 endfunction()
 
 # vamba_test(NAME SOURCES file... DEPENDS target... [LABELS label...])

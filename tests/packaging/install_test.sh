@@ -8,7 +8,7 @@ trap 'rm -rf -- "$place"' EXIT
 cmake --install "$build" --prefix "$place/usr" >/dev/null
 
 for file in bin/vamba-host libexec/vamba/vamba-widzety libexec/vamba/vamba-picture \
-  libexec/vamba/vamba-transfers.so libexec/vamba/vamba-desktop share/applications/vamba.desktop \
+  libexec/vamba/vamba-desktop share/applications/vamba.desktop \
   share/icons/hicolor/scalable/apps/vamba.svg share/man/man1/vamba-host.1; do
   [ -s "$place/usr/$file" ] || { echo "not installed: $file" >&2; exit 1; }
 done
@@ -28,12 +28,3 @@ grep -qF 'Narada zespołu' <<<"$picture" || { echo "show as a picture said: $pic
 # The host becomes the desktop's program, which finds no display here.
 said=$(env -u DISPLAY -u WAYLAND_DISPLAY "$place/usr/bin/vamba-host" desktop 2>&1) && { echo "a desktop without a display" >&2; exit 1; }
 grep -qF 'no display is reachable' <<<"$said" || { echo "desktop said: $said" >&2; exit 1; }
-
-# Nothing that is shown without a service needs the module that speaks HTTP; without it there is no connection.
-rm "$place/usr/libexec/vamba/vamba-transfers.so"
-board=$(LANGUAGE=pl "$place/usr/bin/vamba-host" show --entry preview)
-grep -qF 'Narada zespołu' <<<"$board" || { echo "show without the module said: $board" >&2; exit 1; }
-item=$place/keys/QX4R2M7K9A.pl.ferol.vamba/pl.ferol.vamba/token-urzadzenia
-(umask 077 && mkdir -p "${item%/*}" && printf abc >"$item")
-board=$(VAMBA_KEYCHAIN_DIR=$place/keys LANGUAGE=pl "$place/usr/bin/vamba-host" show)
-grep -qF 'Brak połączenia z Vambą.' <<<"$board" || { echo "a load without the module said: $board" >&2; exit 1; }

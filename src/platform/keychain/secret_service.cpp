@@ -15,27 +15,26 @@ constexpr const char* promptInterface = "org.freedesktop.Secret.Prompt";
 
 std::unexpected<BusFailure> broken() { return std::unexpected(BusFailure{BusFailure::Kind::broken, {}}); }
 
-int appendNothing(const SdBusLibrary&, sd_bus_message*) { return 0; }
+int appendNothing(sd_bus_message*) { return 0; }
 
 bool readPaths(const BusMessage& message, std::vector<std::string>& paths) {
-  const auto& library = message.library();
-  if (library.enterContainer(message.get(), SD_BUS_TYPE_ARRAY, "o") < 0) return false;
+  if (sd_bus_message_enter_container(message.get(), SD_BUS_TYPE_ARRAY, "o") < 0) return false;
   const char* path = nullptr;
   int result = 0;
-  while ((result = library.read(message.get(), "o", &path)) > 0) paths.emplace_back(path);
-  return result == 0 && library.exitContainer(message.get()) >= 0;
+  while ((result = sd_bus_message_read(message.get(), "o", &path)) > 0) paths.emplace_back(path);
+  return result == 0 && sd_bus_message_exit_container(message.get()) >= 0;
 }
 
-int appendAttributes(const ItemIdentity& item, const SdBusLibrary& library, sd_bus_message* message) {
+int appendAttributes(const ItemIdentity& item, sd_bus_message* message) {
   const std::array<std::pair<const char*, const std::string*>, 4> attributes{{{"class", &item.itemClass},
                                                                               {"service", &item.service},
                                                                               {"account", &item.account},
                                                                               {"access-group", &item.accessGroup}}};
-  int result = library.openContainer(message, SD_BUS_TYPE_ARRAY, "{ss}");
+  int result = sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, "{ss}");
   for (const auto& [name, value] : attributes) {
-    if (result >= 0) result = library.append(message, "{ss}", name, value->c_str());
+    if (result >= 0) result = sd_bus_message_append(message, "{ss}", name, value->c_str());
   }
-  return result < 0 ? result : library.closeContainer(message);
+  return result < 0 ? result : sd_bus_message_close_container(message);
 }
 
 }  // namespace
@@ -43,23 +42,20 @@ int appendAttributes(const ItemIdentity& item, const SdBusLibrary& library, sd_b
 BusResult<BusMessage> SecretService::property(const std::string& path, const char* interface, const char* name) {
   return bus_.call(
       {secretServiceName, path, "org.freedesktop.DBus.Properties", "Get"},
-      [&](const SdBusLibrary& library, sd_bus_message* message) {
-        return library.append(message, "ss", interface, name);
-      },
-      deadline_);
+      [&](sd_bus_message* message) { return sd_bus_message_append(message, "ss", interface, name); }, deadline_);
 }
 
 BusResult<bool> SecretService::anyCollectionUnlocked() {
   const auto answer = property(servicePath, serviceInterface, "Collections");
   if (!answer) return std::unexpected(answer.error());
   std::vector<std::string> collections;
-  if (answer->library().enterContainer(answer->get(), SD_BUS_TYPE_VARIANT, "ao") < 0) return broken();
+  if (sd_bus_message_enter_container(answer->get(), SD_BUS_TYPE_VARIANT, "ao") < 0) return broken();
   if (!readPaths(*answer, collections)) return broken();
   for (const auto& collection : collections) {
     const auto state = property(collection, collectionInterface, "Locked");
     if (!state) return std::unexpected(state.error());
     int locked = 1;
-    if (state->library().read(state->get(), "v", "b", &locked) < 0) return broken();
+    if (sd_bus_message_read(state->get(), "v", "b", &locked) < 0) return broken();
     if (locked == 0) return true;
   }
   return false;
@@ -68,8 +64,7 @@ BusResult<bool> SecretService::anyCollectionUnlocked() {
 BusResult<SecretService::Found> SecretService::searchItems(const ItemIdentity& item) {
   const auto answer = bus_.call(
       {secretServiceName, servicePath, serviceInterface, "SearchItems"},
-      [&](const SdBusLibrary& library, sd_bus_message* message) { return appendAttributes(item, library, message); },
-      deadline_);
+      [&](sd_bus_message* message) { return appendAttributes(item, message); }, deadline_);
   if (!answer) return std::unexpected(answer.error());
   Found found;
   if (!readPaths(*answer, found.unlocked) || !readPaths(*answer, found.locked)) return broken();
@@ -80,21 +75,18 @@ BusResult<std::uint64_t> SecretService::modified(const std::string& item) {
   const auto answer = property(item, itemInterface, "Modified");
   if (!answer) return std::unexpected(answer.error());
   std::uint64_t seconds = 0;
-  if (answer->library().read(answer->get(), "v", "t", &seconds) < 0) return broken();
+  if (sd_bus_message_read(answer->get(), "v", "t", &seconds) < 0) return broken();
   return seconds;
 }
 
 BusResult<std::string> SecretService::openSession() {
   const auto answer = bus_.call(
       {secretServiceName, servicePath, serviceInterface, "OpenSession"},
-      [](const SdBusLibrary& library, sd_bus_message* message) {
-        return library.append(message, "sv", "plain", "s", "");
-      },
-      deadline_);
+      [](sd_bus_message* message) { return sd_bus_message_append(message, "sv", "plain", "s", ""); }, deadline_);
   if (!answer) return std::unexpected(answer.error());
   const char* unused = nullptr;
   const char* session = nullptr;
-  if (answer->library().read(answer->get(), "vo", "s", &unused, &session) < 0) return broken();
+  if (sd_bus_message_read(answer->get(), "vo", "s", &unused, &session) < 0) return broken();
   return std::string(session);
 }
 
@@ -103,19 +95,15 @@ BusResult<std::string> SecretService::secretOf(const std::string& item) {
   if (!session) return std::unexpected(session.error());
   const auto answer = bus_.call(
       {secretServiceName, item, itemInterface, "GetSecret"},
-      [&](const SdBusLibrary& library, sd_bus_message* message) {
-        return library.append(message, "o", session->c_str());
-      },
-      deadline_);
+      [&](sd_bus_message* message) { return sd_bus_message_append(message, "o", session->c_str()); }, deadline_);
   if (!answer) return std::unexpected(answer.error());
-  const auto& library = answer->library();
   const char* ofSession = nullptr;
   const void* bytes = nullptr;
   std::size_t size = 0;
-  if (library.enterContainer(answer->get(), SD_BUS_TYPE_STRUCT, "oayays") < 0 ||
-      library.read(answer->get(), "o", &ofSession) < 0 ||
-      library.readArray(answer->get(), SD_BUS_TYPE_BYTE, &bytes, &size) < 0 ||  // parameters, none in "plain"
-      library.readArray(answer->get(), SD_BUS_TYPE_BYTE, &bytes, &size) < 0 || size > largestItem) {
+  if (sd_bus_message_enter_container(answer->get(), SD_BUS_TYPE_STRUCT, "oayays") < 0 ||
+      sd_bus_message_read(answer->get(), "o", &ofSession) < 0 ||
+      sd_bus_message_read_array(answer->get(), SD_BUS_TYPE_BYTE, &bytes, &size) < 0 ||  // parameters, none in "plain"
+      sd_bus_message_read_array(answer->get(), SD_BUS_TYPE_BYTE, &bytes, &size) < 0 || size > largestItem) {
     return broken();
   }
   return size == 0 ? std::string() : std::string(static_cast<const char*>(bytes), size);
@@ -125,7 +113,7 @@ BusResult<SecretService::Deletion> SecretService::deleteItem(const std::string& 
   const auto answer = bus_.call({secretServiceName, item, itemInterface, "Delete"}, appendNothing, deadline_);
   if (!answer) return std::unexpected(answer.error());
   const char* prompt = nullptr;
-  if (answer->library().read(answer->get(), "o", &prompt) < 0) return broken();
+  if (sd_bus_message_read(answer->get(), "o", &prompt) < 0) return broken();
   if (std::string_view(prompt) == "/") return Deletion::done;
   const auto dismissed = bus_.call({secretServiceName, prompt, promptInterface, "Dismiss"}, appendNothing, deadline_);
   if (!dismissed) return std::unexpected(dismissed.error());

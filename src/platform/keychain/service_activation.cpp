@@ -8,10 +8,7 @@ namespace {
 BusResult<void> startService(SessionBus& bus, const char* name, const Deadline& deadline) {
   const BusMethod method{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "StartServiceByName"};
   const auto answer = bus.call(
-      method,
-      [name](const SdBusLibrary& library, sd_bus_message* message) {
-        return library.append(message, "su", name, std::uint32_t{0});
-      },
+      method, [name](sd_bus_message* message) { return sd_bus_message_append(message, "su", name, std::uint32_t{0}); },
       deadline);
   if (!answer) return std::unexpected(answer.error());
   return {};

@@ -4,17 +4,18 @@
 
 #include <expected>
 #include <functional>
+#include <memory>
 #include <string>
-#include <vector>
+
+#include <systemd/sd-bus.h>
 
 #include "platform/keychain/deadline.hpp"
-#include "platform/keychain/sd_bus_library.hpp"
 
 namespace platform {
 
 struct BusFailure {
   enum class Kind {
-    absent,    // no bus, no library to speak with it, or nobody on the bus bears the name
+    absent,    // no bus, or nobody on the bus bears the name
     timedOut,  // the deadline passed
     error,     // the other side answered with an error
     broken,    // the connection ended, or a message is not what it should be
@@ -26,21 +27,11 @@ struct BusFailure {
 template <class T>
 using BusResult = std::expected<T, BusFailure>;
 
-/// Owns one reference to a message.
-class BusMessage {
- public:
-  BusMessage(const SdBusLibrary& library, sd_bus_message* message) : library_(&library), message_(message) {}
-  BusMessage(BusMessage&& other) noexcept;
-  BusMessage& operator=(BusMessage&& other) noexcept;
-  ~BusMessage();
-
-  sd_bus_message* get() const { return message_; }
-  const SdBusLibrary& library() const { return *library_; }
-
- private:
-  const SdBusLibrary* library_;
-  sd_bus_message* message_;
+struct ReleaseMessage {
+  void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
 };
+/// One reference to a message.
+using BusMessage = std::unique_ptr<sd_bus_message, ReleaseMessage>;
 
 struct BusMethod {
   const char* destination;
@@ -49,8 +40,8 @@ struct BusMethod {
   const char* member;
 };
 
-/// Appends a call's arguments; a negative result as sd-bus gives it.
-using AppendArguments = std::function<int(const SdBusLibrary&, sd_bus_message*)>;
+/// Appends a call's arguments; the result is negative where sd-bus fails.
+using AppendArguments = std::function<int(sd_bus_message*)>;
 
 /// Used by one thread. Signals that arrive meanwhile only cut a wait short, which then goes on.
 class SessionBus {
@@ -59,20 +50,20 @@ class SessionBus {
   /// names or start programs, and neither ends by a deadline.
   static BusResult<SessionBus> connect(const std::string& address, const Deadline& deadline);
 
-  SessionBus(SessionBus&& other) noexcept;
-  SessionBus& operator=(SessionBus&&) = delete;
-  ~SessionBus();
-
   /// Sends the call and waits for its answer. Never makes the bus start the destination. The answer's bytes are
   /// overwritten in memory when it is released.
   BusResult<BusMessage> call(const BusMethod& method, const AppendArguments& append, const Deadline& deadline);
 
  private:
-  SessionBus(const SdBusLibrary& library, sd_bus* bus) : library_(&library), bus_(bus) {}
+  /// Nothing is flushed: whatever is still unsent is a call that nobody waits for any more.
+  struct CloseBus {
+    void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
+  };
+
+  explicit SessionBus(sd_bus* bus) : bus_(bus) {}
   BusResult<void> step(const Deadline& deadline);
 
-  const SdBusLibrary* library_;
-  sd_bus* bus_;
+  std::unique_ptr<sd_bus, CloseBus> bus_;
 };
 
 }  // namespace platform

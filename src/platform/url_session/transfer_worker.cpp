@@ -42,13 +42,6 @@ TransferWorker::~TransferWorker() {
   thread_.join();
 }
 
-void TransferWorker::run() {
-  const auto module = openTransferModule();
-  if (module) {
-    (*module)->drive(queue_, settings_);
-  } else {
-    queue_.refuse({TransportError::Kind::other, 0, module.error()});
-  }
-}
+void TransferWorker::run() { TransferLoop(queue_, settings_).run(); }
 
 }  // namespace platform

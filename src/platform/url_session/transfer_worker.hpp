@@ -1,4 +1,4 @@
-// The session's worker: one thread that loads the transfer module and does every load with it.
+// The session's worker: the thread on which every load is carried out.
 #pragma once
 
 #include <memory>
@@ -6,14 +6,14 @@
 #include <utility>
 
 #include "platform/url_session/load_queue.hpp"
-#include "platform/url_session/transfer_module.hpp"
+#include "platform/url_session/transfer_loop.hpp"
 
 namespace platform {
 
 class TransferWorker {
  public:
-  /// Starts the thread and returns at once; the module is loaded on it, beside whatever the caller does next. Null when
-  /// the thread cannot be started.
+  /// Starts the thread and returns at once; the HTTP library is made ready on it, beside whatever the caller does next.
+  /// Null when the thread cannot be started.
   static std::unique_ptr<TransferWorker> start(TransferSettings settings);
 
   /// Settles every load that is not over with `cancelled` and joins the thread.

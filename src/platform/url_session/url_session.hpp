@@ -50,7 +50,7 @@ class TransferWorker;
 
 class UrlSession {
  public:
-  /// Costs nothing: the worker thread starts, and the HTTP library is loaded, with `prepare` or the first load.
+  /// Costs nothing: the worker thread starts with `prepare` or the first load.
   explicit UrlSession(UrlSessionConfiguration configuration);
 
   /// Ends loads under way with `cancelled` and joins the worker thread.
@@ -59,7 +59,7 @@ class UrlSession {
   UrlSession(const UrlSession&) = delete;
   UrlSession& operator=(const UrlSession&) = delete;
 
-  /// Lets the worker thread and the HTTP library start beside the caller, for a load that is about to come.
+  /// Starts the worker thread, which makes the HTTP library ready while the caller does something else.
   void prepare() const { worker(); }
 
   /// Loads and waits for the whole answer. Any number of threads may load at once. A stop request ends the load with

@@ -44,7 +44,7 @@ class Pobierania {
 }  // namespace
 
 Wpis wczytajWpis(const Otoczenie& otoczenie, std::stop_token stop) {
-  // The keychain may be another process's: the HTTP library is loaded while it answers.
+  // The HTTP library is made ready while the keychain answers.
   wspolnaSesja().prepare();
   const PekKluczy pek(otoczenie.magazyn);
   const auto token = pek.czytaj(kontoTokenu);

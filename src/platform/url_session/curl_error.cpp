@@ -1,4 +1,4 @@
-#include "platform/url_transfers/curl_error.hpp"
+#include "platform/url_session/curl_error.hpp"
 
 namespace platform {
 namespace {

@@ -9,12 +9,18 @@
 #include <string>
 #include <vector>
 
+#include "platform/url_session/exchange.hpp"
 #include "platform/url_session/load_queue.hpp"
-#include "platform/url_session/transfer_module.hpp"
-#include "platform/url_transfers/exchange.hpp"
-#include "platform/url_transfers/trusted_roots.hpp"
+#include "platform/url_session/trusted_roots.hpp"
 
 namespace platform {
+
+struct TransferSettings {
+  /// A longer body ends its load with `tooLarge`.
+  std::size_t longestBody;
+  /// A file of trusted root certificates (PEM); empty for the system's.
+  std::string trustedRootsFile;
+};
 
 class TransferLoop {
  public:

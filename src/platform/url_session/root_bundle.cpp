@@ -1,4 +1,4 @@
-#include "platform/url_transfers/root_bundle.hpp"
+#include "platform/url_session/root_bundle.hpp"
 
 #include <string_view>
 #include <utility>

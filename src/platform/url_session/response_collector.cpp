@@ -1,4 +1,4 @@
-#include "platform/url_transfers/response_collector.hpp"
+#include "platform/url_session/response_collector.hpp"
 
 #include <algorithm>
 

@@ -10,9 +10,9 @@
 #include <curl/curl.h>
 
 #include "platform/url_session/pending_load.hpp"
-#include "platform/url_transfers/response_collector.hpp"
-#include "platform/url_transfers/root_bundle.hpp"
-#include "platform/url_transfers/trusted_roots.hpp"
+#include "platform/url_session/response_collector.hpp"
+#include "platform/url_session/root_bundle.hpp"
+#include "platform/url_session/trusted_roots.hpp"
 
 namespace platform {
 

@@ -1,4 +1,4 @@
-#include "platform/url_transfers/trusted_roots.hpp"
+#include "platform/url_session/trusted_roots.hpp"
 
 #include <filesystem>
 #include <fstream>

@@ -1,5 +1,5 @@
 // A bundle judges as a store does into which OpenSSL has loaded the whole file.
-#include "platform/url_transfers/root_bundle.hpp"
+#include "platform/url_session/root_bundle.hpp"
 
 #include <fstream>
 #include <memory>

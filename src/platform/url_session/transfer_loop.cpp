@@ -1,4 +1,4 @@
-#include "platform/url_transfers/transfer_loop.hpp"
+#include "platform/url_session/transfer_loop.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -7,7 +7,7 @@
 #include <curl/curl.h>
 #include <openssl/ssl.h>
 
-#include "platform/url_transfers/curl_error.hpp"
+#include "platform/url_session/curl_error.hpp"
 
 namespace platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/url_transfers/exchange.hpp"
+#include "platform/url_session/exchange.hpp"
 
 #include <algorithm>
 #include <new>
@@ -8,7 +8,7 @@
 
 #include <openssl/ssl.h>
 
-#include "platform/url_transfers/curl_error.hpp"
+#include "platform/url_session/curl_error.hpp"
 
 namespace platform {
 namespace {
