@@ -39,9 +39,9 @@ Exchange::Exchange(std::shared_ptr<PendingLoad> load, std::size_t longestBody)
     : load_(std::move(load)), response_(longestBody, load_->limits().begin), easy_(curl_easy_init()) {}
 
 std::unique_ptr<Exchange> Exchange::create(std::shared_ptr<PendingLoad> load, std::size_t longestBody,
-                                           const TrustedRoots& roots, RootBundle& bundle, Multiplexing multiplexing) {
+                                           const TrustedCertificates& trusted, Multiplexing multiplexing) {
   std::unique_ptr<Exchange> exchange(new Exchange(std::move(load), longestBody));
-  if (!exchange->easy_ || !exchange->setHeaders() || !exchange->setOptions(roots, bundle, multiplexing, longestBody)) {
+  if (!exchange->easy_ || !exchange->setHeaders() || !exchange->setOptions(trusted, multiplexing, longestBody)) {
     return nullptr;
   }
   return exchange;
@@ -57,8 +57,7 @@ bool Exchange::setHeaders() {
   return true;
 }
 
-bool Exchange::setOptions(const TrustedRoots& roots, RootBundle& bundle, Multiplexing multiplexing,
-                          std::size_t longestBody) {
+bool Exchange::setOptions(const TrustedCertificates& trusted, Multiplexing multiplexing, std::size_t longestBody) {
   Options options(easy_.get());
   options.set(CURLOPT_URL, load_->url().text().c_str())
       .set(CURLOPT_PRIVATE, static_cast<void*>(this))
@@ -86,19 +85,15 @@ bool Exchange::setOptions(const TrustedRoots& roots, RootBundle& bundle, Multipl
       .set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS))
       .set(CURLOPT_PIPEWAIT, multiplexing == Multiplexing::waitForConnection ? 1L : 0L);
 
-  if (!roots.file.empty()) {
-    // The library trusts nothing of its own: it would parse the whole file.
-    options.set(CURLOPT_CAINFO, static_cast<char*>(nullptr))
-        .set(CURLOPT_CAPATH, static_cast<char*>(nullptr))
-        .set(CURLOPT_PROXY_CAINFO, static_cast<char*>(nullptr))
-        .set(CURLOPT_PROXY_CAPATH, static_cast<char*>(nullptr))
-        .set(CURLOPT_SSL_CTX_FUNCTION, &Exchange::onTlsContext)
-        .set(CURLOPT_SSL_CTX_DATA, static_cast<void*>(&bundle));
-  } else if (!roots.folder.empty()) {
-    options.set(CURLOPT_CAINFO, static_cast<char*>(nullptr))
-        .set(CURLOPT_CAPATH, roots.folder.c_str())
-        .set(CURLOPT_PROXY_CAINFO, static_cast<char*>(nullptr))
-        .set(CURLOPT_PROXY_CAPATH, roots.folder.c_str());
+  // One of the two is null, so that nothing else is trusted. The library parses a file once for all connections of the
+  // loop, which it does only where no folder is set.
+  if (!trusted.file.empty() || !trusted.folder.empty()) {
+    const char* const file = trusted.file.empty() ? nullptr : trusted.file.c_str();
+    const char* const folder = trusted.folder.empty() ? nullptr : trusted.folder.c_str();
+    options.set(CURLOPT_CAINFO, file)
+        .set(CURLOPT_CAPATH, folder)
+        .set(CURLOPT_PROXY_CAINFO, file)
+        .set(CURLOPT_PROXY_CAPATH, folder);
   }
 
   if (load_->headers().endsInLineEnd) {
@@ -161,14 +156,6 @@ bool Exchange::connectionSpeaksHttp2() const {
   unsigned int length = 0;
   SSL_get0_alpn_selected(static_cast<const SSL*>(tls->internals), &protocol, &length);
   return std::equal(protocol, protocol + length, "h2", "h2" + 2);
-}
-
-// For a connection to the server and for one to a proxy.
-CURLcode Exchange::onTlsContext(CURL*, void* context, void* bundle) {
-  X509_STORE* const store = static_cast<RootBundle*>(bundle)->store();
-  if (store == nullptr) return CURLE_SSL_CACERT_BADFILE;
-  SSL_CTX_set1_cert_store(static_cast<SSL_CTX*>(context), store);
-  return CURLE_OK;
 }
 
 std::size_t Exchange::onHeader(char* bytes, std::size_t size, std::size_t count, void* self) {

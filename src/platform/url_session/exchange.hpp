@@ -11,8 +11,7 @@
 
 #include "platform/url_session/pending_load.hpp"
 #include "platform/url_session/response_collector.hpp"
-#include "platform/url_session/root_bundle.hpp"
-#include "platform/url_session/trusted_roots.hpp"
+#include "platform/url_session/trusted_certificates.hpp"
 
 namespace platform {
 
@@ -26,10 +25,9 @@ enum class Multiplexing {
 
 class Exchange {
  public:
-  /// `bundle` is that of `roots.file`, and must outlive the library's connections. Null when the library refuses an
-  /// option or memory runs out.
+  /// Null when the library refuses an option or memory runs out.
   static std::unique_ptr<Exchange> create(std::shared_ptr<PendingLoad> load, std::size_t longestBody,
-                                          const TrustedRoots& roots, RootBundle& bundle, Multiplexing multiplexing);
+                                          const TrustedCertificates& trusted, Multiplexing multiplexing);
 
   Exchange(const Exchange&) = delete;
   Exchange& operator=(const Exchange&) = delete;
@@ -56,11 +54,10 @@ class Exchange {
 
   Exchange(std::shared_ptr<PendingLoad> load, std::size_t longestBody);
 
-  bool setOptions(const TrustedRoots& roots, RootBundle& bundle, Multiplexing multiplexing, std::size_t longestBody);
+  bool setOptions(const TrustedCertificates& trusted, Multiplexing multiplexing, std::size_t longestBody);
   bool setHeaders();
   bool connectionSpeaksHttp2() const;
 
-  static CURLcode onTlsContext(CURL* handle, void* context, void* bundle);
   static std::size_t onHeader(char* bytes, std::size_t size, std::size_t count, void* self);
   static std::size_t onBody(char* bytes, std::size_t size, std::size_t count, void* self);
   static int onConnected(void* self, char* remoteAddress, char* localAddress, int remotePort, int localPort);

@@ -30,8 +30,7 @@ std::string originOf(const Url& url) {
 
 }  // namespace
 
-TransferLoop::TransferLoop(LoadQueue& queue, const TransferSettings& settings)
-    : queue_(queue), settings_(settings), bundle_(settings.trustedRootsFile) {
+TransferLoop::TransferLoop(LoadQueue& queue, const TransferSettings& settings) : queue_(queue), settings_(settings) {
   if (libraryIsLoaded()) multi_.reset(curl_multi_init());
   if (multi_) queue_.setWaker([multi = multi_.get()] { curl_multi_wakeup(multi); });
 }
@@ -63,7 +62,7 @@ bool TransferLoop::takeSubmitted() {
 void TransferLoop::begin(const std::shared_ptr<PendingLoad>& load) {
   const auto multiplexing =
       originsWithHttp2_.contains(originOf(load->url())) ? Multiplexing::waitForConnection : Multiplexing::ifConnected;
-  auto exchange = Exchange::create(load, settings_.longestBody, rootsFor(load->url()), bundle_, multiplexing);
+  auto exchange = Exchange::create(load, settings_.longestBody, trustedFor(load->url()), multiplexing);
   if (!exchange || curl_multi_add_handle(multi_.get(), exchange->handle()) != CURLM_OK) {
     load->settle(std::unexpected(TransportError{TransportError::Kind::other, 0, "the transfer could not be set up"}));
     return;
@@ -117,11 +116,12 @@ void TransferLoop::cancelAll() {
   while (!exchanges_.empty()) finish(*exchanges_.back(), std::unexpected(cancelledError()));
 }
 
-// Plain HTTP is spared the look at the system's certificates; a chosen file still holds for a proxy with TLS.
-const TrustedRoots& TransferLoop::rootsFor(const Url& url) {
-  if (url.scheme() != "https" && settings_.trustedRootsFile.empty()) return noRoots_;
-  if (!roots_) roots_ = TrustedRoots::choose(settings_.trustedRootsFile);
-  return *roots_;
+// Plain HTTP needs no look at the system's certificates. A chosen file holds for a proxy with TLS too.
+const TrustedCertificates& TransferLoop::trustedFor(const Url& url) {
+  static const TrustedCertificates defaults;
+  if (url.scheme() != "https" && settings_.trustedRootsFile.empty()) return defaults;
+  if (!trusted_) trusted_ = TrustedCertificates::choose(settings_.trustedRootsFile, settings_.trustedRootsFolder);
+  return *trusted_;
 }
 
 // Until the next deadline, a millisecond late rather than early; the library shortens it to its own timers.

@@ -11,7 +11,7 @@
 
 #include "platform/url_session/exchange.hpp"
 #include "platform/url_session/load_queue.hpp"
-#include "platform/url_session/trusted_roots.hpp"
+#include "platform/url_session/trusted_certificates.hpp"
 
 namespace platform {
 
@@ -20,6 +20,8 @@ struct TransferSettings {
   std::size_t longestBody;
   /// A file of trusted root certificates (PEM); empty for the system's.
   std::string trustedRootsFile;
+  /// A folder of hashed root certificates, used where no file is named.
+  std::string trustedRootsFolder;
 };
 
 class TransferLoop {
@@ -49,18 +51,15 @@ class TransferLoop {
   void finish(Exchange& exchange, LoadResult result);
   void rememberProtocol(const Exchange& exchange);
   void cancelAll();
-  const TrustedRoots& rootsFor(const Url& url);
+  const TrustedCertificates& trustedFor(const Url& url);
   int waitMilliseconds() const;
 
   LoadQueue& queue_;
   const TransferSettings& settings_;
-  const TrustedRoots noRoots_;
-  RootBundle bundle_;  // the connections' contexts, which go before it, share its store
-
   std::unique_ptr<CURLM, FreeMulti> multi_;
   Exchanges exchanges_;
   std::set<std::string> originsWithHttp2_;
-  std::optional<TrustedRoots> roots_;
+  std::optional<TrustedCertificates> trusted_;
 };
 
 }  // namespace platform

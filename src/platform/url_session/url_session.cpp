@@ -6,6 +6,7 @@
 #include "platform/url_session/pending_load.hpp"
 #include "platform/url_session/request_headers.hpp"
 #include "platform/url_session/transfer_worker.hpp"
+#include "platform/url_session/trusted_certificates.hpp"
 
 namespace platform {
 namespace {
@@ -17,6 +18,7 @@ bool canBeLoaded(const Url& url) { return (url.scheme() == "http" || url.scheme(
 UrlSessionConfiguration UrlSessionConfiguration::ephemeral() {
   UrlSessionConfiguration configuration;
   if (const char* const file = std::getenv("SSL_CERT_FILE")) configuration.trustedRootsFile = file;
+  configuration.trustedRootsFolder = defaultCertificateFolder();
   return configuration;
 }
 
@@ -26,8 +28,9 @@ UrlSession::~UrlSession() = default;
 
 TransferWorker* UrlSession::worker() const {
   std::call_once(workerOnce_, [this] {
-    worker_ = TransferWorker::start(
-        {.longestBody = configuration_.longestBody, .trustedRootsFile = configuration_.trustedRootsFile});
+    worker_ = TransferWorker::start({.longestBody = configuration_.longestBody,
+                                     .trustedRootsFile = configuration_.trustedRootsFile,
+                                     .trustedRootsFolder = configuration_.trustedRootsFolder});
   });
   return worker_.get();
 }

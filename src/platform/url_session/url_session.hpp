@@ -39,10 +39,14 @@ struct UrlSessionConfiguration {
   /// A longer body ends its load with `tooLarge`.
   std::size_t longestBody = std::size_t{64} << 20;
 
-  /// A file of trusted root certificates (PEM); empty for the system's.
+  /// A file of trusted root certificates (PEM), which are then the only ones; empty for the system's.
   std::string trustedRootsFile;
 
-  /// The defaults above, with the trusted roots that the environment variable SSL_CERT_FILE names.
+  /// The system's root certificates as a folder in which OpenSSL finds them by their hash. Used where no file is named
+  /// and the folder holds such names; otherwise the HTTP library's own default counts.
+  std::string trustedRootsFolder;
+
+  /// The defaults above, with the file that the environment variable SSL_CERT_FILE names and the HTTP library's folder.
   static UrlSessionConfiguration ephemeral();
 };
 

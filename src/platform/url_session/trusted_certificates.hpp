@@ -1,0 +1,26 @@
+// Where TLS connections find the root certificates that they trust.
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+/// At most one of the two is set. With neither, the HTTP library's own defaults hold.
+struct TrustedCertificates {
+  /// One file of certificates in PEM. Nothing else is trusted.
+  std::string file;
+
+  /// A folder of certificates that OpenSSL finds by the hash of their subject ("5ed36f99.0").
+  std::string folder;
+
+  bool operator==(const TrustedCertificates&) const = default;
+
+  /// `chosenFile` alone where it is not empty. Otherwise `hashedFolder` if it holds a certificate under a hashed name:
+  /// finding one there takes microseconds, parsing a whole bundle 20 ms. Otherwise the library's defaults.
+  static TrustedCertificates choose(const std::string& chosenFile, const std::string& hashedFolder);
+};
+
+/// The folder of hashed certificates that the HTTP library was built to use; empty where it has none.
+std::string defaultCertificateFolder();
+
+}  // namespace platform

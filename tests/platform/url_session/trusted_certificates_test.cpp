@@ -1,0 +1,93 @@
+#include "platform/url_session/trusted_certificates.hpp"
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "loading.hpp"
+#include "support/nginx_server.hpp"
+#include "support/temporary_folder.hpp"
+#include "support/test_certificates.hpp"
+
+namespace platform {
+namespace {
+
+using support::TemporaryFolder;
+
+TEST(TrustedCertificates, AreTheChosenFileAlone) {
+  const TemporaryFolder folder;
+  folder.write("0a5ed36f.0", "");
+  EXPECT_EQ(TrustedCertificates::choose("/mine.pem", folder.path("")),
+            (TrustedCertificates{.file = "/mine.pem", .folder = {}}));
+}
+
+TEST(TrustedCertificates, AreTheFolderWhereItHoldsAHashedName) {
+  const TemporaryFolder folder;
+  for (const char* name : {"Some_Root.pem", "0A5ED36F.0", "0a5ed36f.r0", "0a5ed36f.", "0a5ed36f", "0a5ed36.0"}) {
+    folder.write(name, "");
+  }
+  EXPECT_EQ(TrustedCertificates::choose("", folder.path("")), TrustedCertificates{});
+  folder.write("0a5ed36f.12", "");
+  EXPECT_EQ(TrustedCertificates::choose("", folder.path("")),
+            (TrustedCertificates{.file = {}, .folder = folder.path("")}));
+}
+
+TEST(TrustedCertificates, AreTheLibrarysDefaultsWhereThereIsNoSuchFolder) {
+  EXPECT_EQ(TrustedCertificates::choose("", ""), TrustedCertificates{});
+  EXPECT_EQ(TrustedCertificates::choose("", "/nonexistent"), TrustedCertificates{});
+}
+
+/// Two authorities of the same name, each alone in a file and alone in a folder. The server's certificate is signed by
+/// the first.
+class TrustInSetsThatDiffer : public testing::Test {
+ protected:
+  TrustInSetsThatDiffer() {
+    for (const auto& [file, folder] :
+         {std::pair{serversFile, serversFolder}, std::pair{strangersFile, strangersFolder}}) {
+      std::filesystem::create_directory(folder);
+      std::filesystem::copy_file(file, folder + "/root.pem");
+      support::runTool("openssl", "openssl", {"rehash", folder}, scratch_.path("openssl.log"));
+    }
+  }
+
+  /// Whether a session with this file and this folder loads from the server.
+  bool trusts(const std::string& file, const std::string& folder) {
+    auto configuration = patientConfiguration();
+    configuration.trustedRootsFile = file;
+    configuration.trustedRootsFolder = folder;
+    const auto loaded = UrlSession(configuration).data(requestFor(server_.url("/a")));
+    if (!loaded) {
+      EXPECT_EQ(loaded.error().kind, TransportError::Kind::secureConnectionFailed);
+    }
+    return loaded.has_value();
+  }
+
+ private:
+  support::NginxServer server_{{.bodies = {{"/a", "[]"}}}};
+  const support::TestCertificates stranger_;
+  const TemporaryFolder scratch_;
+
+ protected:
+  const std::string serversFile = server_.authorityFile();
+  const std::string strangersFile = stranger_.authorityFile();
+  const std::string serversFolder = scratch_.path("servers");
+  const std::string strangersFolder = scratch_.path("strangers");
+};
+
+TEST_F(TrustInSetsThatDiffer, IsInTheFileAloneWhereOneIsNamed) {
+  for (const std::string& folder : {std::string(), serversFolder, strangersFolder}) {
+    EXPECT_TRUE(trusts(serversFile, folder)) << folder;
+    EXPECT_FALSE(trusts(strangersFile, folder)) << folder;
+    EXPECT_FALSE(trusts("/nonexistent.pem", folder)) << folder;
+  }
+}
+
+TEST_F(TrustInSetsThatDiffer, IsInTheFolderAloneWhereNoFileIsNamed) {
+  EXPECT_TRUE(trusts("", serversFolder));
+  EXPECT_FALSE(trusts("", strangersFolder));
+}
+
+TEST_F(TrustInSetsThatDiffer, IsInTheSystemsCertificatesWhereNeitherIsThere) { EXPECT_FALSE(trusts("", "")); }
+
+}  // namespace
+}  // namespace platform
