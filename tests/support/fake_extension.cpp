@@ -1,7 +1,8 @@
 // An extension that behaves as FAKE_EXTENSION tells: well by default, else in one of the ways in which a process can
 // fail its host. FAKE_EXTENSION_STARTS names a file to which each process it consists of adds its number,
-// FAKE_EXTENSION_REQUESTS one to which it adds what it is asked. FAKE_EXTENSION_TITLE is what its timelines say. While
-// there is a file FAKE_EXTENSION_HELD, no view is answered.
+// FAKE_EXTENSION_REQUESTS one to which it adds what it is asked. FAKE_EXTENSION_TITLE is what its timelines say,
+// FAKE_EXTENSION_NOW the time that it takes it to be, in seconds since 1970. While there is a file FAKE_EXTENSION_HELD,
+// no view is answered.
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -42,7 +43,12 @@ void tellRequest(const std::string& method) {
   if (!file.empty()) std::ofstream(file, std::ios::app) << method + "\n" << std::flush;
 }
 
-json entry(const std::string& title) { return {{"date", platform::formatInstant(absl::Now())}, {"tytul", title}}; }
+absl::Time now() {
+  const std::string told = environment("FAKE_EXTENSION_NOW");
+  return told.empty() ? absl::Now() : absl::FromUnixSeconds(std::atoll(told.c_str()));
+}
+
+json entry(const std::string& title) { return {{"date", platform::formatInstant(now())}, {"tytul", title}}; }
 
 json resultOf(const Request& request) {
   const std::string reload = environment("FAKE_EXTENSION_RELOAD_SECONDS");
@@ -56,7 +62,7 @@ json resultOf(const Request& request) {
   if (request.method == "timeline") {
     const std::string title = environment("FAKE_EXTENSION_TITLE");
     return {{"entries", {entry(title.empty() ? "timeline" : title)}},
-            {"policy", {{"type", "after"}, {"date", platform::formatInstant(absl::Now() + absl::Seconds(seconds))}}}};
+            {"policy", {{"type", "after"}, {"date", platform::formatInstant(now() + absl::Seconds(seconds))}}}};
   }
   if (request.method == "render") {
     while (::access(environment("FAKE_EXTENSION_HELD").c_str(), F_OK) == 0) ::usleep(1000);

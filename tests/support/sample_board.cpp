@@ -29,13 +29,14 @@ View row(View figure, const std::string& title, const std::string& project, View
                     std::move(figure),
                     VStack({},
                            {
-                               Text(title).lineLimit(1),
+                               Text(title).lineLimit(1).role(TextRole::title),
                                when(!project.empty(),
                                     [&] {
                                       return Text(project)
                                           .font(TextStyle::caption2)
                                           .foregroundStyle(ForegroundStyle::tertiary)
-                                          .lineLimit(1);
+                                          .lineLimit(1)
+                                          .role(TextRole::project);
                                     }),
                                std::move(mark),
                            }),
@@ -47,9 +48,13 @@ View meeting(const SampleMeeting& meeting) {
                  .font(TextStyle::caption2)
                  .monospacedDigit()
                  .weight(FontWeight::semibold)
-                 .foregroundStyle(ForegroundStyle::tint),
+                 .foregroundStyle(ForegroundStyle::tint)
+                 .role(TextRole::time),
              meeting.title, meeting.project, when(!meeting.mark.empty(), [&] {
-               return Text(meeting.mark).font(TextStyle::caption2).foregroundStyle(ForegroundStyle::secondary);
+               return Text(meeting.mark)
+                   .font(TextStyle::caption2)
+                   .foregroundStyle(ForegroundStyle::secondary)
+                   .role(TextRole::day);
              }));
 }
 
@@ -62,7 +67,8 @@ View task(const SampleTask& task) {
                return Text(task.mark)
                    .font(TextStyle::caption2)
                    .weight(FontWeight::semibold)
-                   .foregroundStyle(ForegroundStyle::red);
+                   .foregroundStyle(ForegroundStyle::red)
+                   .role(TextRole::overdue);
              }));
 }
 

@@ -38,8 +38,13 @@ Desktop::Desktop(Parts parts, host::ExtensionSettings extension)
     : parts_(std::move(parts)),
       language_(host::userLanguage()),
       texts_(textsFor(language_)),
-      relay_(news()),
-      feed_(std::move(extension), relay_, host::Feed::Placeholders::untilLoaded, host::Feed::FirstLoad::whenAskedFor) {
+      feed_(
+          std::move(extension),
+          [this](host::FeedNews news) {
+            MainLoop::post(
+                [this, news = std::move(news)] { std::visit([this](const auto& each) { heard(each); }, news); });
+          },
+          host::Feed::Placeholders::untilLoaded, host::Feed::FirstLoad::whenAskedFor) {
   look_.language = host::languageTag(language_);
   if (parts_.store) {
     auto loaded = parts_.store->load();
@@ -60,14 +65,7 @@ Desktop::Desktop(Parts parts, host::ExtensionSettings extension)
 
 Desktop::~Desktop() = default;
 
-FeedNews Desktop::news() {
-  return {.widgetFound = [this](const host::WidgetDeclaration& widget) { widgetFound(widget); },
-          .boardsChanged = [this](const host::FeedBoards& boards) { boardsChanged(boards); },
-          .failed = [this](const host::ExtensionFailure& failure) { failed(failure); },
-          .reloadPlanned = [this](std::optional<absl::Time> reload) { nextReload_ = reload; }};
-}
-
-void Desktop::widgetFound(const host::WidgetDeclaration& widget) {
+void Desktop::heard(const host::WidgetDeclaration& widget) {
   widget_ = widget;
   if (gallery_) gallery_->describe(widget);
   bool named = false;
@@ -175,7 +173,7 @@ std::shared_ptr<BoardPicture> Desktop::picture(const std::string& family) {
   return picture;
 }
 
-void Desktop::boardsChanged(const host::FeedBoards& boards) {
+void Desktop::heard(const host::FeedBoards& boards) {
   lastFailure_.clear();
   const auto redaction =
       boards.origin == host::BoardOrigin::placeholder ? render::Redaction::placeholder : render::Redaction::none;
@@ -206,7 +204,7 @@ void Desktop::sayWhenPainted(const std::string& sentence) {
   windows_.begin()->second->whenPainted([this, sentence] { parts_.journal.say(sentence); });
 }
 
-void Desktop::failed(const host::ExtensionFailure& failure) {
+void Desktop::heard(const host::ExtensionFailure& failure) {
   if (std::exchange(lastFailure_, failure.message) != failure.message) parts_.journal.say(failure.message);
 }
 

@@ -10,7 +10,6 @@
 
 #include "desktop/placement/arrangement.hpp"
 #include "desktop/placement/placement_store.hpp"
-#include "desktop/program/feed_relay.hpp"
 #include "desktop/program/main_loop.hpp"
 #include "desktop/windows/board_commands.hpp"
 #include "desktop/windows/board_window.hpp"
@@ -66,10 +65,11 @@ class Desktop final : public BoardCommands {
   std::optional<absl::Time> nextReload() const override { return nextReload_; }
   void quit() override { parts_.loop.quit(); }
 
-  FeedNews news();
-  void widgetFound(const host::WidgetDeclaration& widget);
-  void boardsChanged(const host::FeedBoards& boards);
-  void failed(const host::ExtensionFailure& failure);
+  /// What the feed reports, on the main thread.
+  void heard(const host::WidgetDeclaration& widget);
+  void heard(const host::FeedBoards& boards);
+  void heard(const host::ExtensionFailure& failure);
+  void heard(const host::ReloadPlanned& planned) { nextReload_ = planned.at; }
 
   void add(const std::string& family);
   void placeFirst();
@@ -114,7 +114,6 @@ class Desktop final : public BoardCommands {
   host::WidgetDeclaration widget_;
   std::optional<absl::Time> nextReload_;
   std::string lastFailure_;
-  FeedRelay relay_;
   host::FeedThread feed_;  // last: it tells the others
 };
 

@@ -20,7 +20,8 @@ using Words = std::vector<std::pair<std::string, Value>>;
 const Words<std::string> families{{"small", "systemSmall"}, {"medium", "systemMedium"}, {"large", "systemLarge"}};
 const Words<Format> boardFormats{
     {"text", Format::text}, {"json", Format::json}, {"svg", Format::svg}, {"png", Format::png}, {"pdf", Format::pdf}};
-const Words<Format> streamFormats{{"text", Format::text}, {"json", Format::json}, {"waybar", Format::waybar}};
+const Words<Format> streamFormats{
+    {"text", Format::text}, {"json", Format::json}, {"waybar", Format::waybar}, {"line", Format::line}};
 const Words<AutostartAction> autostartActions{
     {"on", AutostartAction::on}, {"off", AutostartAction::off}, {"status", AutostartAction::status}};
 const Words<Appearance> appearances{{"light", Appearance::light}, {"dark", Appearance::dark}};
@@ -107,6 +108,7 @@ std::variant<CommandLine, Exit> parseCommandLine(int argc, const char* const* ar
   auto& watch = add("watch", Command::watch, "the board again at each reload, until interrupted");
   addFamily(watch, line);
   addChoice(watch, "--format", format, streamFormats, "default: text");
+  watch.add_flag("--verbose", line.verbose, "say on standard error what is asked, and when next");
 
   auto& desktop = add("desktop", Command::desktop, "the widgets on the desktop, until you quit");
   desktop.add_flag("--verbose", line.verbose, "say on standard error how and when windows are shown");

@@ -9,7 +9,7 @@
 namespace host {
 
 enum class Command { gallery, placeholder, snapshot, timeline, show, watch, desktop, autostart };
-enum class Format { text, json, waybar, svg, png, pdf };
+enum class Format { text, json, waybar, line, svg, png, pdf };
 enum class AutostartAction { on, off, status };
 enum class Appearance { light, dark };
 
@@ -24,7 +24,7 @@ struct CommandLine {
   std::optional<std::filesystem::path> output;
   double scale = 1;
   Appearance appearance = Appearance::light;
-  bool verbose = false;        ///< the desktop says what it does
+  bool verbose = false;        ///< say on standard error what is done
   bool partOfDesktop = false;  ///< on X11 windows that are a part of the desktop instead of lying below others
   AutostartAction autostart = AutostartAction::status;
   bool outlines = false;  ///< letters of an SVG as outlines instead of text

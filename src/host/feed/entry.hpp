@@ -7,11 +7,12 @@
 #include <nlohmann/json.hpp>
 
 #include "host/extension/answers.hpp"
-#include "host/status_line/status_line.hpp"
 
 namespace host {
 
-/// Whether an entry carries a sentence instead of data.
+/// What stands on the board: the day, or a sentence instead of it (the entry has a `blad`).
+enum class BoardHolds { day, sentence };
+
 BoardHolds holdingOf(const nlohmann::json& entry);
 
 /// The entry of a timeline that is shown at `now`: the last whose date has come, else the first.

@@ -3,11 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include <absl/time/clock.h>
-
-#include "host/feed/entry.hpp"
-#include "platform/calendar/clock.hpp"
-
 namespace host {
 namespace {
 
@@ -17,52 +12,47 @@ constexpr Wait atOnce{.until = std::nullopt, .pause = absl::ZeroDuration()};
 
 }  // namespace
 
-Feed::Feed(ExtensionSettings settings, FeedListener& listener, Placeholders placeholders, FirstLoad firstLoad)
-    : extension_(std::move(settings)), listener_(listener), placeholders_(placeholders), firstLoad_(firstLoad) {}
+Feed::Feed(ExtensionSettings settings, FeedListener listener, Timekeeper& time, Placeholders placeholders,
+           FirstLoad firstLoad)
+    : extension_(std::move(settings)),
+      listener_(std::move(listener)),
+      time_(time),
+      placeholders_(placeholders),
+      firstLoad_(firstLoad) {}
 
 void Feed::show(std::vector<std::string> families) {
   if (families == families_) return;
   const bool wasIdle = families_.empty();
   families_ = std::move(families);
   if (families_.empty()) {
-    date_.clear();
-    redraw_.clear();
-    pause_.clear();
+    time_.setReload(std::nullopt);
+    time_.setRedraw(std::nullopt);
     return;
   }
   if (timeline_) {
     redraw();
   } else if (placeholders_ == Placeholders::untilLoaded) {
-    // What fails here fails again in the load that follows, and is told then.
+    // What fails here fails again in the load that follows, and is reported then.
     static_cast<void>(showPlaceholders());
   }
   const bool held = firstLoad_ == FirstLoad::whenAskedFor && !timeline_;
   if (wasIdle && !held) plan(atOnce);
 }
 
-std::array<int, 4> Feed::descriptors() const {
-  return {date_.descriptor(), redraw_.descriptor(), pause_.descriptor(), zone_.descriptor()};
-}
-
 void Feed::handleWakeUps() {
-  const auto date = date_.take();
-  const auto redrawing = redraw_.take();
-  const bool paused = pause_.take();
-  const bool zoneChanged = zone_.take();
+  const auto wake = time_.take();
   if (families_.empty()) return;
-  if (date == RealTimeTimer::Event::due || paused) return reload();
-
-  const bool clockSet = date == RealTimeTimer::Event::clockSet || redrawing == RealTimeTimer::Event::clockSet;
-  if (!clockSet && !zoneChanged && redrawing != RealTimeTimer::Event::due) return;
+  if (wake.reloadDue) return reload();
+  if (!wake.clockSet && !wake.zoneChanged && !wake.redrawDue) return;
   redraw();
-  if (clockSet) plan(schedule_.clockChanged(absl::Now()));
+  if (wake.clockSet) plan(schedule_.clockChanged(time_.now()));
   planRedraw();
 }
 
 void Feed::reload() {
   firstLoad_ = FirstLoad::atOnce;
   if (families_.empty()) return;
-  // A clock that is set during the load is told after it.
+  // A clock that is set during the load is noticed after it.
   planRedraw();
   const auto wait = load();
   if (!wait) return failed(wait.error());
@@ -75,7 +65,7 @@ std::expected<Wait, ExtensionFailure> Feed::load() {
   auto timeline = extension_.timeline(widget_.kind, families_.front());
   if (!timeline) return std::unexpected(std::move(timeline).error());
   // The clock that the reload date is by may be set before the boards are drawn.
-  const absl::Time answered = absl::Now();
+  const absl::Time answered = time_.now();
   if (auto drawn = draw(entryAt(*timeline, answered), BoardOrigin::load); !drawn) {
     return std::unexpected(std::move(drawn).error());
   }
@@ -83,7 +73,7 @@ std::expected<Wait, ExtensionFailure> Feed::load() {
   return schedule_.loaded(answered, timeline_->reload);
 }
 
-Feed::Failure Feed::findWidget() {
+Feed::Result Feed::findWidget() {
   if (!widget_.kind.empty()) return {};
   auto widgets = extension_.widgets();
   if (!widgets) return std::unexpected(std::move(widgets).error());
@@ -95,32 +85,33 @@ Feed::Failure Feed::findWidget() {
         ExtensionFailure{ExtensionFailure::Kind::cannotStart, "the extension offers no widget of this size"});
   }
   widget_ = *widget;
-  listener_.widgetFound(widget_);
+  listener_(widget_);
   return {};
 }
 
-Feed::Failure Feed::showPlaceholders() {
+Feed::Result Feed::showPlaceholders() {
   if (auto found = findWidget(); !found) return found;
   const auto answer = extension_.placeholder(widget_.kind, families_.front());
   if (!answer) return std::unexpected(answer.error());
   return draw(answer->at("entry"), BoardOrigin::placeholder);
 }
 
-Feed::Failure Feed::draw(const json& entry, BoardOrigin origin) {
+Feed::Result Feed::draw(const json& entry, BoardOrigin origin) {
   FeedBoards boards{.views = {}, .holds = holdingOf(entry), .origin = origin};
   for (const auto& family : families_) {
     auto view = extension_.render(widget_.kind, family, entry);
     if (!view) return std::unexpected(std::move(view).error());
     boards.views.emplace(family, *std::move(view));
   }
-  listener_.boardsChanged(boards);
+  lastDrawn_ = time_.now();
+  listener_(std::move(boards));
   return {};
 }
 
 void Feed::redraw() {
   if (!timeline_) return;
   const bool wasRunning = extension_.running();
-  const auto drawn = draw(entryAt(*timeline_, absl::Now()), BoardOrigin::redraw);
+  const auto drawn = draw(entryAt(*timeline_, time_.now()), BoardOrigin::redraw);
   if (!drawn) return failed(drawn.error());
   if (!wasRunning) extension_.stop();
   planRedraw();
@@ -143,33 +134,30 @@ FeedBoards Feed::previews() {
 }
 
 void Feed::failed(const ExtensionFailure& failure) {
-  // Its caller has something to do first, after which the load begins again.
+  // The caller has something else to do first; the load begins again after it.
   if (failure.kind == ExtensionFailure::Kind::interrupted) return plan(atOnce);
   extension_.stop();
   const auto wait = schedule_.failed();
-  listener_.failed(failure);
+  listener_(failure);
   plan(wait);
 }
 
 void Feed::plan(const Wait& wait) {
-  wait.until ? date_.set(*wait.until) : date_.clear();
-  wait.pause ? pause_.set(*wait.pause) : pause_.clear();
-  std::optional<absl::Time> reload = wait.until;
-  if (wait.pause) reload = absl::Now() + *wait.pause;
-  listener_.reloadPlanned(reload);
+  time_.setReload(wait);
+  listener_(ReloadPlanned{wait.pause ? time_.now() + *wait.pause : wait.until});
   planRedraw();
 }
 
+/// At the next midnight or the next entry's date. By some zone rules (shifts of hours, `TZ=A12B,1,2`) the next midnight
+/// is in the past: the boards are still drawn once a second at most.
 void Feed::planRedraw() {
-  const platform::SystemClock clock;
-  const absl::Time now = clock.now();
-  std::optional<absl::Time> next;
-  if (const auto midnight = clock.calendar().startOfDayAfter(now, 1)) next = *midnight;
-  if (const auto entry = timeline_ ? nextEntryAfter(*timeline_, now) : std::nullopt;
-      entry && (!next || *entry < *next)) {
-    next = entry;
+  const absl::Time now = time_.now();
+  std::optional<absl::Time> next = time_.nextMidnight();
+  if (const auto entry = timeline_ ? nextEntryAfter(*timeline_, now) : std::nullopt; entry) {
+    next = std::min(next.value_or(*entry), *entry);
   }
-  next ? redraw_.set(*next) : redraw_.clear();
+  if (next) next = std::max(*next, std::min(lastDrawn_, now) + shortestPause);
+  time_.setRedraw(next);
 }
 
 }  // namespace host

@@ -28,15 +28,17 @@ class SignalsBlocked {
 
 }  // namespace
 
-FeedThread::FeedThread(ExtensionSettings settings, FeedListener& listener, Feed::Placeholders placeholders,
+FeedThread::FeedThread(ExtensionSettings settings, FeedListener listener, Feed::Placeholders placeholders,
                        Feed::FirstLoad firstLoad)
     : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), interruption_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
   settings.interruption = interruption_.get();
   const SignalsBlocked blocked;
-  thread_ = std::jthread([this, settings = std::move(settings), &listener, placeholders, firstLoad]() mutable {
-    Feed feed(std::move(settings), listener, placeholders, firstLoad);
-    run(feed);
-  });
+  thread_ = std::jthread(
+      [this, settings = std::move(settings), listener = std::move(listener), placeholders, firstLoad]() mutable {
+        SystemTimekeeper time;
+        Feed feed(std::move(settings), std::move(listener), time, placeholders, firstLoad);
+        run(feed);
+      });
 }
 
 FeedThread::~FeedThread() {
@@ -49,7 +51,7 @@ FeedThread::~FeedThread() {
 }
 
 void FeedThread::post(Task task) {
-  // Both at once: a task that was taken already must not interrupt itself.
+  // Both under one lock: a task that was taken already must not interrupt itself.
   const std::scoped_lock lock(mutex_);
   posted_.push_back(std::move(task));
   eventfd_write(interruption_.get(), 1);
@@ -72,8 +74,9 @@ std::vector<FeedThread::Task> FeedThread::takePosted() {
 
 void FeedThread::run(Feed& feed) {
   while (true) {
-    const auto [date, redraw, pause, zone] = feed.descriptors();
-    waitForAny({wake_.get(), date, redraw, pause, zone});
+    auto descriptors = feed.descriptors();
+    descriptors.push_back(wake_.get());
+    waitForAny(descriptors);
     const auto tasks = takePosted();
     {
       const std::scoped_lock lock(mutex_);

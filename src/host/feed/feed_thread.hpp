@@ -17,7 +17,7 @@ class FeedThread {
  public:
   using Task = std::function<void(Feed&)>;
 
-  FeedThread(ExtensionSettings settings, FeedListener& listener, Feed::Placeholders placeholders,
+  FeedThread(ExtensionSettings settings, FeedListener listener, Feed::Placeholders placeholders,
              Feed::FirstLoad firstLoad = Feed::FirstLoad::atOnce);
   /// Interrupts what the feed is doing, ends its extension and joins the thread.
   ~FeedThread();

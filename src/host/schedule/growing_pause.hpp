@@ -1,20 +1,19 @@
-// Pauses that grow: how a host keeps from asking an extension in a storm when asking does no good.
+// Pauses that grow: how a host avoids asking an extension in a storm when asking does no good.
 #pragma once
 
-#include <random>
+#include <algorithm>
+#include <utility>
 
 #include <absl/time/time.h>
 
 namespace host {
 
-/// Doubles from `first` up to `longest`, each pause 20 % shorter or longer by chance, so that many hosts do not come
-/// back at the same instant.
+/// Doubles from `first` up to `longest`: 1 s, 2 s, 4 s, 8 s for (1 s, 8 s), then 8 s each time.
 class GrowingPause {
  public:
-  GrowingPause(absl::Duration first, absl::Duration longest, std::uint64_t seed = std::random_device{}())
-      : first_(first), longest_(longest), next_(first), random_(seed) {}
+  GrowingPause(absl::Duration first, absl::Duration longest) : first_(first), longest_(longest), next_(first) {}
 
-  absl::Duration next();
+  absl::Duration next() { return std::exchange(next_, std::min(next_ * 2, longest_)); }
   /// Begins again with the first pause.
   void reset() { next_ = first_; }
 
@@ -22,7 +21,6 @@ class GrowingPause {
   absl::Duration first_;
   absl::Duration longest_;
   absl::Duration next_;
-  std::mt19937_64 random_;
 };
 
 }  // namespace host

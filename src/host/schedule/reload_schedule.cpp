@@ -6,7 +6,7 @@ Wait ReloadSchedule::loaded(absl::Time now, absl::Time reload) {
   afterFailures_.reset();
   asked_ = reload - now;
   // A date a moment away, given time and again, would be a storm as well.
-  if (asked_ < firstPause) {
+  if (asked_ < shortestPause) {
     wait_ = {.pause = afterPastDates_.next()};
   } else {
     afterPastDates_.reset();

@@ -1,4 +1,4 @@
-// When to ask the extension again. A function of what happened and of the times handed in; waiting is wake_ups.hpp's.
+// When to ask the extension again. A function of what happened and of the times handed in; waiting is the timekeeper's.
 #pragma once
 
 #include <optional>
@@ -16,14 +16,13 @@ struct Wait {
   bool operator==(const Wait&) const = default;
 };
 
+/// The least time between two reloads and between two redraws that nobody asked for.
+inline constexpr absl::Duration shortestPause = absl::Seconds(1);
+
 /// The contract: ask at or after the reload date. Dates that have passed, and failures of the extension, are followed
-/// with pauses that grow.
+/// with pauses that grow from one second to five minutes.
 class ReloadSchedule {
  public:
-  ReloadSchedule() = default;
-  explicit ReloadSchedule(std::uint64_t seed)
-      : afterFailures_(firstPause, longestPause, seed), afterPastDates_(firstPause, longestPause, seed) {}
-
   /// A timeline came at `now`, to be asked for again at `reload`.
   Wait loaded(absl::Time now, absl::Time reload);
 
@@ -36,11 +35,10 @@ class ReloadSchedule {
   Wait clockChanged(absl::Time now);
 
  private:
-  static constexpr absl::Duration firstPause = absl::Seconds(1);
   static constexpr absl::Duration longestPause = absl::Minutes(5);
 
-  GrowingPause afterFailures_{firstPause, longestPause};
-  GrowingPause afterPastDates_{firstPause, longestPause};
+  GrowingPause afterFailures_{shortestPause, longestPause};
+  GrowingPause afterPastDates_{shortestPause, longestPause};
   Wait wait_{.pause = absl::ZeroDuration()};
   absl::Duration asked_;  ///< how far away the date was when it was given
 };

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <poll.h>
+#include <sys/epoll.h>
 #include <sys/signalfd.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
@@ -15,11 +16,12 @@
 namespace host {
 namespace {
 
-/// A timer of all zeros would be off: one that is due at once is due after a nanosecond.
+/// A timer of all zeros would be off, and the kernel refuses one before 1970 (half a second before it is -1 s and
+/// 500,000,000 ns): what is due at once is due after a nanosecond.
 itimerspec once(timespec value) {
   itimerspec timer{};
   timer.it_value = value;
-  if (value.tv_sec <= 0 && value.tv_nsec <= 0) timer.it_value = {.tv_sec = 0, .tv_nsec = 1};
+  if (value.tv_sec < 0 || (value.tv_sec == 0 && value.tv_nsec == 0)) timer.it_value = {.tv_sec = 0, .tv_nsec = 1};
   return timer;
 }
 
@@ -39,7 +41,7 @@ void RealTimeTimer::set(absl::Time instant) {
   if (clockSet_) arm(absl::InfinitePast());
 }
 
-/// False where the clock was set meanwhile. The kernel arms the timer all the same, and does not tell it again.
+/// False where the clock was set meanwhile. The kernel arms the timer all the same, and does not report it again.
 bool RealTimeTimer::arm(absl::Time instant) {
   const itimerspec timer = once(within292Years(absl::ToTimespec(instant)));
   constexpr int flags = TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET;
@@ -92,7 +94,20 @@ int SignalDescriptor::take() {
   return static_cast<int>(info.ssi_signo);
 }
 
-void waitForAny(std::initializer_list<int> descriptors) {
+DescriptorSet::DescriptorSet() : descriptor_(epoll_create1(EPOLL_CLOEXEC)) {}
+
+void DescriptorSet::add(int descriptor) {
+  epoll_event event{.events = EPOLLIN, .data = {.fd = descriptor}};
+  epoll_ctl(descriptor_.get(), EPOLL_CTL_ADD, descriptor, &event);
+}
+
+void DescriptorSet::addForItsEnd(int descriptor) {
+  // EPOLLERR and EPOLLHUP are reported always.
+  epoll_event event{.events = 0, .data = {.fd = descriptor}};
+  epoll_ctl(descriptor_.get(), EPOLL_CTL_ADD, descriptor, &event);
+}
+
+void waitForAny(std::span<const int> descriptors) {
   std::vector<pollfd> polled;
   for (const int descriptor : descriptors) polled.push_back({.fd = descriptor, .events = POLLIN, .revents = 0});
   while (poll(polled.data(), polled.size(), -1) < 0 && errno == EINTR) {

@@ -4,7 +4,10 @@
 #include <limits>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include <nlohmann/json.hpp>
 
 #include "protocol/view_tree/localized_key.hpp"
 #include "render/terminal/terminal_board.hpp"
@@ -13,37 +16,34 @@
 namespace host {
 namespace {
 
-using protocol::ForegroundStyle;
 using protocol::HStackNode;
 using protocol::LocalizedKey;
+using protocol::Node;
 using protocol::TextNode;
+using protocol::TextRole;
 using protocol::Verbatim;
+using protocol::VStackNode;
 
 /// A tooltip is shown by itself and has room for whole titles, within reason.
 constexpr int widestTooltip = 80;
 
-struct Wordings {
-  std::string_view tasks;
-  std::string_view nothing;
-};
-
 /// The number stands after the noun, so that it needs no agreement.
-Wordings wordings(Language language) {
+std::string_view taskCount(Language language) {
   switch (language) {
     case Language::english:
-      return {"Tasks: %lld", "Nothing for today"};
+      return "Tasks: %lld";
     case Language::lithuanian:
-      return {"Užduotys: %lld", "Šiandienai nieko"};
+      return "Užduotys: %lld";
     case Language::polish:
       break;
   }
-  return {"Zadania: %lld", "Nic na dziś"};
+  return "Zadania: %lld";
 }
 
 struct Meeting {
   std::string time;
   std::string title;
-  std::string mark;
+  std::string day;  ///< empty: today
 };
 
 /// What the line needs to know of a board.
@@ -53,7 +53,7 @@ struct Findings {
   std::int64_t hidden = 0;
   bool decision = false;
   bool overdue = false;
-  std::string sentence;  ///< the first text that is no key
+  std::string firstWords;  ///< the first text that is no key
 };
 
 bool isKey(const TextNode& text, std::string_view key) {
@@ -61,63 +61,64 @@ bool isKey(const TextNode& text, std::string_view key) {
   return localized != nullptr && localized->key == key;
 }
 
+template <typename Visit>
+void eachText(const Node& node, const Visit& visit) {
+  if (const auto* text = std::get_if<TextNode>(&node.kind)) {
+    visit(*text);
+  } else if (const auto* column = std::get_if<VStackNode>(&node.kind)) {
+    for (const auto& child : column->children) eachText(child, visit);
+  } else if (const auto* row = std::get_if<HStackNode>(&node.kind)) {
+    for (const auto& child : row->children) eachText(child, visit);
+  }
+}
+
 std::string wordsOf(const TextNode& text) {
   if (const auto* verbatim = std::get_if<Verbatim>(&text.content)) return verbatim->text;
   return protocol::asWritten(std::get<LocalizedKey>(text.content));
 }
 
-template <typename Visit>
-void eachNode(const protocol::Node& node, const Visit& visit) {
-  visit(node);
-  if (const auto* column = std::get_if<protocol::VStackNode>(&node.kind)) {
-    for (const auto& child : column->children) eachNode(child, visit);
-  } else if (const auto* row = std::get_if<HStackNode>(&node.kind)) {
-    for (const auto& child : row->children) eachNode(child, visit);
+/// Reads the texts in their order: what follows a meeting's time belongs to it, up to the next row.
+class BoardReader {
+ public:
+  void read(const TextNode& text) {
+    if (findings_.firstWords.empty()) {
+      if (const auto* verbatim = std::get_if<Verbatim>(&text.content)) findings_.firstWords = verbatim->text;
+    }
+    findings_.overdue |= text.role == TextRole::overdue;
+    findings_.decision |= isKey(text, "%lld do decyzji");
+    if (isKey(text, "i %lld więcej")) readHidden(std::get<LocalizedKey>(text.content));
+    readRow(text);
   }
-}
 
-/// The meeting of a row: a tinted time, the title as the next text, a secondary mark ("tomorrow") below it.
-std::optional<Meeting> meetingOf(const HStackNode& row) {
-  if (row.children.size() < 2) return std::nullopt;
-  const auto* time = std::get_if<TextNode>(&row.children.front().kind);
-  if (time == nullptr || time->style != ForegroundStyle::tint) return std::nullopt;
-  Meeting meeting{wordsOf(*time), {}, {}};
-  bool hasTitle = false;
-  for (std::size_t i = 1; i < row.children.size(); ++i) {
-    eachNode(row.children[i], [&](const protocol::Node& node) {
-      const auto* text = std::get_if<TextNode>(&node.kind);
-      if (text == nullptr) return;
-      if (!hasTitle) {
-        meeting.title = wordsOf(*text);
-        hasTitle = true;
-      } else if (text->style == ForegroundStyle::secondary && meeting.mark.empty()) {
-        meeting.mark = wordsOf(*text);
-      }
-    });
+  const Findings& findings() const { return findings_; }
+
+ private:
+  void readHidden(const LocalizedKey& key) {
+    if (!key.arguments.empty() && key.arguments.front() > 0) findings_.hidden = key.arguments.front();
   }
-  return meeting;
-}
 
-Findings readBoard(const protocol::Node& view) {
-  Findings findings;
-  eachNode(view, [&](const protocol::Node& node) {
-    if (const auto* row = std::get_if<HStackNode>(&node.kind); row != nullptr && !findings.firstMeeting) {
-      findings.firstMeeting = meetingOf(*row);
+  void readRow(const TextNode& text) {
+    if (text.role == TextRole::time) {
+      inFirstMeeting_ = !findings_.firstMeeting;
+      if (inFirstMeeting_) findings_.firstMeeting = Meeting{.time = wordsOf(text), .title = {}, .day = {}};
+    } else if (isKey(text, "#%lld")) {
+      inFirstMeeting_ = false;
+      ++findings_.taskRows;
+    } else if (inFirstMeeting_ && text.role == TextRole::title) {
+      findings_.firstMeeting->title = wordsOf(text);
+    } else if (inFirstMeeting_ && text.role == TextRole::day) {
+      findings_.firstMeeting->day = wordsOf(text);
     }
-    const auto* text = std::get_if<TextNode>(&node.kind);
-    if (text == nullptr) return;
-    findings.overdue |= text->style == ForegroundStyle::red;
-    findings.decision |= isKey(*text, "%lld do decyzji");
-    if (isKey(*text, "#%lld")) ++findings.taskRows;
-    if (isKey(*text, "i %lld więcej")) {
-      const auto& arguments = std::get<LocalizedKey>(text->content).arguments;
-      if (!arguments.empty() && arguments.front() > 0) findings.hidden = arguments.front();
-    }
-    if (findings.sentence.empty()) {
-      if (const auto* verbatim = std::get_if<Verbatim>(&text->content)) findings.sentence = verbatim->text;
-    }
-  });
-  return findings;
+  }
+
+  Findings findings_;
+  bool inFirstMeeting_ = false;
+};
+
+Findings readBoard(const Node& view) {
+  BoardReader reader;
+  eachText(view, [&](const TextNode& text) { reader.read(text); });
+  return reader.findings();
 }
 
 std::int64_t tasksOf(const Findings& findings) {
@@ -127,62 +128,67 @@ std::int64_t tasksOf(const Findings& findings) {
 }
 
 std::string textFor(const Findings& findings, BoardHolds holds, Language language) {
-  if (holds == BoardHolds::sentence) return "⚠ " + findings.sentence;
+  if (holds == BoardHolds::sentence) return "⚠ " + findings.firstWords;
   if (const auto& meeting = findings.firstMeeting) {
-    std::string text = meeting->time + " " + meeting->title;
-    if (!meeting->mark.empty()) text += " (" + meeting->mark + ")";
-    return text;
+    return meeting->time + " " + meeting->title + (meeting->day.empty() ? "" : " (" + meeting->day + ")");
   }
   const std::int64_t tasks = tasksOf(findings);
-  if (tasks == 0) return std::string(wordings(language).nothing);
-  return protocol::withArguments(wordings(language).tasks, std::vector{tasks});
+  if (tasks > 0) return protocol::withArguments(taskCount(language), std::vector{tasks});
+  return findings.firstWords;
 }
 
-std::string classFor(const Findings& findings, BoardHolds holds) {
-  if (holds == BoardHolds::sentence) return "error";
-  if (findings.overdue) return "overdue";
-  return findings.decision ? "decide" : "ok";
+std::vector<std::string> classesFor(const Findings& findings, BoardHolds holds) {
+  if (holds == BoardHolds::sentence) return {"error"};
+  std::vector<std::string> classes;
+  if (findings.overdue) classes.emplace_back("overdue");
+  if (findings.decision) classes.emplace_back("decide");
+  if (classes.empty()) classes.emplace_back("ok");
+  return classes;
 }
 
-/// Pango markup (and XML) reads these five; escaped, any text stands for itself.
-std::string escaped(std::string_view text) {
-  std::string markup;
-  markup.reserve(text.size());
+/// Pango markup in which the text stands for itself.
+std::string markup(std::string_view text) {
+  std::string escaped;
+  escaped.reserve(text.size());
   for (const char c : text) {
     switch (c) {
       case '&':
-        markup += "&amp;";
+        escaped += "&amp;";
         break;
       case '<':
-        markup += "&lt;";
+        escaped += "&lt;";
         break;
       case '>':
-        markup += "&gt;";
+        escaped += "&gt;";
         break;
       case '"':
-        markup += "&quot;";
+        escaped += "&quot;";
         break;
       case '\'':
-        markup += "&#39;";
+        escaped += "&#39;";
         break;
       default:
-        markup += c;
+        escaped += c;
     }
   }
-  return markup;
+  return escaped;
 }
 
 }  // namespace
 
-StatusLine statusLine(const protocol::Node& view, BoardHolds holds, Language language) {
+StatusLine statusLine(const Node& view, BoardHolds holds, Language language) {
   const Findings findings = readBoard(view);
   std::string tooltip = render::drawPlainBoard(localised(view, language), widestTooltip);
   if (!tooltip.empty()) tooltip.pop_back();
-  return {.text = escaped(render::terminal::shown(textFor(findings, holds, language)).text),
-          .tooltip = escaped(tooltip),
-          .cssClass = classFor(findings, holds)};
+  return {.text = render::terminal::shown(textFor(findings, holds, language)).text,
+          .tooltip = std::move(tooltip),
+          .classes = classesFor(findings, holds)};
 }
 
-StatusLine statusLine(const protocol::Node& view, BoardHolds holds) { return statusLine(view, holds, userLanguage()); }
+std::string toWaybarJson(const StatusLine& line) {
+  using json = nlohmann::ordered_json;
+  const json object{{"text", markup(line.text)}, {"tooltip", markup(line.tooltip)}, {"class", line.classes}};
+  return object.dump(-1, ' ', false, json::error_handler_t::replace);
+}
 
 }  // namespace host

@@ -1,40 +1,39 @@
-// The day in one line of a status bar, with the whole board as its tooltip, in the JSON form that waybar's custom
-// modules read. Nothing is fetched or scheduled here.
+// The day in one line, for status bars and prompts, with the whole board as its tooltip. Nothing is fetched or
+// scheduled here.
 //
-//   std::cout << toWaybarJson(statusLine(view, BoardHolds::day)) << '\n';
+//   std::cout << toWaybarJson(statusLine(view, BoardHolds::day, language)) << '\n';
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "host/feed/entry.hpp"
 #include "host/texts/texts.hpp"
 #include "protocol/view_tree/node.hpp"
 
 namespace host {
 
-/// What stands on the board: the day, or a sentence instead of it (the entry has a `blad`).
-enum class BoardHolds { day, sentence };
-
-/// One state of the line. `text` and `tooltip` are Pango markup: what they hold is escaped already.
+/// One state of the line, as plain text that is safe to show.
 struct StatusLine {
-  std::string text;      ///< one line
-  std::string tooltip;   ///< the board as plain text, lines parted by '\n'
-  std::string cssClass;  ///< "ok", "decide", "overdue" or "error"
+  std::string text;                  ///< one line
+  std::string tooltip;               ///< the board, its lines parted by '\n'
+  std::vector<std::string> classes;  ///< what presses, see `statusLine`; never empty
   bool operator==(const StatusLine&) const = default;
 };
 
-/// Reads the line off the view as the extension answered it, before `localised`: the keys tell what is what.
+/// Reads the line off the view as the extension answered it, before `localised`, by the keys and roles of its texts.
 ///
-/// The text is the first meeting's time and title (with the row's mark in parentheses, so that tomorrow's meeting is
-/// not taken for today's); without a meeting the number of tasks, the hidden ones included; without either, that there
-/// is nothing to do. A sentence stands by itself after a warning sign.
+/// The text is the first meeting's time and title (with its day in parentheses, so that tomorrow's meeting is not taken
+/// for today's); without a meeting the number of tasks, the hidden ones included; without either the board's first own
+/// words ("Nothing for today."), which is also what a board without roles shows. A sentence stands behind a warning
+/// sign.
 ///
-/// The class is the most pressing thing: "error" for a sentence, else "overdue" where something on the board is marked
-/// red, else "decide" where a decision waits, else "ok". A deadline that has passed comes before a decision, which can
-/// wait.
+/// The classes are "error" for a sentence, else "overdue" where a task is overdue and "decide" where a decision waits,
+/// else "ok".
 StatusLine statusLine(const protocol::Node& view, BoardHolds holds, Language language);
-StatusLine statusLine(const protocol::Node& view, BoardHolds holds);
 
-/// One JSON object {"text", "tooltip", "class"} on one line, without the line end.
+/// One JSON object {"text", "tooltip", "class"} on one line, without the line end, as waybar's custom modules read it:
+/// the texts are Pango markup, `class` is an array.
 std::string toWaybarJson(const StatusLine& line);
 
 }  // namespace host

@@ -51,6 +51,11 @@ Text&& Text::lineLimit(int lines) && {
   return std::move(*this);
 }
 
+Text&& Text::role(TextRole role) && {
+  text().role = role;
+  return std::move(*this);
+}
+
 View VStack(StackStyle<HorizontalAlignment> style, Children children) {
   return View({.kind = VStackNode{style.alignment, style.spacing, std::move(children.nodes)}});
 }

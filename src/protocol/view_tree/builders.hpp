@@ -47,6 +47,7 @@ class Text final : public View {
   Text&& monospacedDigit() &&;
   Text&& foregroundStyle(ForegroundStyle style) &&;
   Text&& lineLimit(int lines) &&;
+  Text&& role(TextRole role) &&;
 
  private:
   TextNode& text() { return std::get<TextNode>(node_.kind); }

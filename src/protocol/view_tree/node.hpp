@@ -25,6 +25,8 @@ enum class VerticalAlignment { center, firstTextBaseline };
 enum class TextStyle { headline, caption, caption2 };
 enum class FontWeight { regular, medium, semibold };
 enum class ForegroundStyle { primary, secondary, tertiary, tint, red };
+/// What a text of a row says, for hosts that show the day in another form.
+enum class TextRole { time, title, project, day, overdue };
 enum class CapsuleCorners { continuous };
 enum class ContainerBackground { background };
 
@@ -48,6 +50,7 @@ struct TextNode {
   bool monospacedDigits = false;     ///< digits of equal advance
   ForegroundStyle style = ForegroundStyle::primary;
   std::optional<int> lineLimit;
+  std::optional<TextRole> role;
   bool operator==(const TextNode&) const = default;
 };
 

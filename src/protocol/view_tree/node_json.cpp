@@ -1,5 +1,6 @@
 #include "protocol/view_tree/node_json.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -23,6 +24,8 @@ constexpr auto names() {
     return std::array<std::string_view, 3>{"regular", "medium", "semibold"};
   if constexpr (std::is_same_v<Enum, ForegroundStyle>)
     return std::array<std::string_view, 5>{"primary", "secondary", "tertiary", "tint", "red"};
+  if constexpr (std::is_same_v<Enum, TextRole>)
+    return std::array<std::string_view, 5>{"time", "title", "project", "day", "overdue"};
   if constexpr (std::is_same_v<Enum, CapsuleCorners>) return std::array<std::string_view, 1>{"continuous"};
   if constexpr (std::is_same_v<Enum, ContainerBackground>) return std::array<std::string_view, 1>{"background"};
 }
@@ -71,6 +74,7 @@ struct Writer {
     if (node.monospacedDigits) out["monospacedDigits"] = true;
     if (node.style != ForegroundStyle::primary) out["style"] = nameOf(node.style);
     if (node.lineLimit) out["lineLimit"] = *node.lineLimit;
+    if (node.role) out["role"] = nameOf(*node.role);
   }
 
   void operator()(const SpacerNode& node) const {
@@ -126,6 +130,16 @@ class Reader {
       if (words[i] == *word) return static_cast<Enum>(i);
     }
     fail(path(name), "not a known value");
+  }
+
+  /// None also where the word is not known: an extension may have more of them.
+  std::optional<TextRole> role() const {
+    const json* value = find("role");
+    if (value == nullptr || !value->is_string()) return std::nullopt;
+    constexpr auto words = names<TextRole>();
+    const auto found = std::ranges::find(words, value->get_ref<const std::string&>());
+    if (found == words.end()) return std::nullopt;
+    return static_cast<TextRole>(found - words.begin());
   }
 
   bool flag(const char* name) const {
@@ -187,6 +201,7 @@ TextNode Reader::textNode() const {
     if (lines < 1 || lines > std::numeric_limits<int>::max()) fail(path("lineLimit"), "not a number of lines");
     result.lineLimit = static_cast<int>(lines);
   }
+  result.role = role();
   return result;
 }
 

@@ -8,11 +8,17 @@ namespace {
 using namespace platform;
 using namespace protocol;
 
-View tytulWiersza(const std::string& tytul) { return Text(tytul).font(TextStyle::caption).lineLimit(1); }
+View tytulWiersza(const std::string& tytul) {
+  return Text(tytul).font(TextStyle::caption).lineLimit(1).role(TextRole::title);
+}
 
 Views liniaProjektu(const std::optional<std::string>& projektNazwa, WidgetFamily rozmiar) {
   return when(rozmiar != WidgetFamily::systemSmall && projektNazwa.has_value(), [&] {
-    return Text(*projektNazwa).font(TextStyle::caption2).foregroundStyle(ForegroundStyle::tertiary).lineLimit(1);
+    return Text(*projektNazwa)
+        .font(TextStyle::caption2)
+        .foregroundStyle(ForegroundStyle::tertiary)
+        .lineLimit(1)
+        .role(TextRole::project);
   });
 }
 
@@ -21,7 +27,8 @@ View godzina(absl::Time kiedy, const Calendar& kalendarz) {
       .font(TextStyle::caption2)
       .weight(FontWeight::semibold)
       .monospacedDigit()
-      .foregroundStyle(ForegroundStyle::tint);
+      .foregroundStyle(ForegroundStyle::tint)
+      .role(TextRole::time);
 }
 
 View numerZadania(std::int64_t numer) {
@@ -34,7 +41,10 @@ View numerZadania(std::int64_t numer) {
 /// Every meeting that is not today counts as tomorrow's: a loaded list reaches no further.
 Views znakJutra(const SpotkaniePlanowane& spotkanie, const ChwilaRysowania& chwila) {
   return when(!chwila.kalendarz.isSameDay(spotkanie.kiedy, chwila.teraz), [&] {
-    return Text(tlumacz("jutro", chwila.jezyk)).font(TextStyle::caption2).foregroundStyle(ForegroundStyle::secondary);
+    return Text(tlumacz("jutro", chwila.jezyk))
+        .font(TextStyle::caption2)
+        .foregroundStyle(ForegroundStyle::secondary)
+        .role(TextRole::day);
   });
 }
 
@@ -48,7 +58,8 @@ Views znakZaleglosci(const ZadanieMoje& zadanie, const ChwilaRysowania& chwila) 
     return Text(tlumacz("zaległe", chwila.jezyk))
         .font(TextStyle::caption2)
         .weight(FontWeight::semibold)
-        .foregroundStyle(ForegroundStyle::red);
+        .foregroundStyle(ForegroundStyle::red)
+        .role(TextRole::overdue);
   });
 }
 

@@ -64,6 +64,9 @@ class HostProcess {
 
   void signal(int number) { kill(process_, number); }
 
+  /// As a status bar does that ends.
+  void closeOutput() { close(std::exchange(output_, -1)); }
+
   void resize(unsigned short columns) {
     winsize size{.ws_row = 40, .ws_col = columns, .ws_xpixel = 0, .ws_ypixel = 0};
     ioctl(output_, TIOCSWINSZ, &size);

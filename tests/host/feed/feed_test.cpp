@@ -1,17 +1,18 @@
 #include "host/feed/feed.hpp"
 
+#include <algorithm>
 #include <condition_variable>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <mutex>
 
-#include <absl/time/clock.h>
 #include <gmock/gmock.h>
 
 #include "host/feed/feed_thread.hpp"
 #include "support/environment.hpp"
 #include "support/file_content.hpp"
+#include "support/manual_timekeeper.hpp"
 #include "support/temporary_folder.hpp"
 #include "support/waiting.hpp"
 
@@ -26,20 +27,11 @@ std::string wordsOf(const protocol::Node& view) {
   return std::get<protocol::Verbatim>(std::get<protocol::TextNode>(view.kind).content).text;
 }
 
-/// What was told, in order: boards as "origin: words, words", and the rest by name.
-class Told : public FeedListener {
+/// What was reported, in order: boards as "origin, words, words", and the rest by name.
+class Told {
  public:
-  void widgetFound(const WidgetDeclaration& widget) override { add("widget " + widget.kind); }
-  void boardsChanged(const FeedBoards& boards) override {
-    const char* const origins[] = {"placeholder", "load", "redraw"};
-    std::string line = origins[static_cast<int>(boards.origin)];
-    for (const auto& [family, view] : boards.views) line += ", " + wordsOf(view);
-    add(line);
-  }
-  void failed(const ExtensionFailure& failure) override { add("failed: " + failure.message); }
-  void reloadPlanned(std::optional<absl::Time> reload) override {
-    const std::scoped_lock lock(mutex_);
-    reload_ = reload;
+  FeedListener listener() {
+    return [this](const FeedNews& news) { std::visit([this](const auto& each) { hear(each); }, news); };
   }
 
   std::vector<std::string> all() {
@@ -50,13 +42,25 @@ class Told : public FeedListener {
     const std::scoped_lock lock(mutex_);
     return reload_;
   }
-  /// Whether so many lines were told in time.
+  /// Whether so many lines were reported in time.
   bool waitFor(std::size_t count) {
     std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, std::chrono::seconds(30), [&] { return lines_.size() >= count; });
+    return changed_.wait_for(lock, support::longPatience, [&] { return lines_.size() >= count; });
   }
 
  private:
+  void hear(const WidgetDeclaration& widget) { add("widget " + widget.kind); }
+  void hear(const FeedBoards& boards) {
+    const char* const origins[] = {"placeholder", "load", "redraw"};
+    std::string line = origins[static_cast<int>(boards.origin)];
+    for (const auto& [family, view] : boards.views) line += ", " + wordsOf(view);
+    add(line);
+  }
+  void hear(const ExtensionFailure& failure) { add("failed: " + failure.message); }
+  void hear(const ReloadPlanned& planned) {
+    const std::scoped_lock lock(mutex_);
+    reload_ = planned.at;
+  }
   void add(std::string line) {
     const std::scoped_lock lock(mutex_);
     lines_.push_back(std::move(line));
@@ -69,22 +73,43 @@ class Told : public FeedListener {
   std::optional<absl::Time> reload_;
 };
 
+const absl::Time start = absl::FromUnixSeconds(1741944600);
+
 class FeedTest : public testing::Test {
  protected:
   FeedTest() {
     std::signal(SIGPIPE, SIG_IGN);
     environment_.unset("FAKE_EXTENSION");
     environment_.set("FAKE_EXTENSION_STARTS", folder_.path("starts"));
+    tellExtension();
   }
 
   static ExtensionSettings settings() { return {.program = VAMBA_FAKE_EXTENSION, .diagnostics = -1}; }
 
-  /// Until nothing is due at once.
-  static void runOnce(Feed& feed) {
-    const auto [date, redraw, pause, zone] = feed.descriptors();
-    waitForAny({date, redraw, pause, zone});
+  /// A feed whose time stands still.
+  Feed feed(Feed::Placeholders placeholders = Feed::Placeholders::none) {
+    return Feed(settings(), told_.listener(), time_, placeholders);
+  }
+  /// Until it has loaded its first timeline.
+  static void begin(Feed& feed) {
+    feed.show({"systemSmall"});
     feed.handleWakeUps();
   }
+  std::ptrdiff_t loads() {
+    const auto lines = told_.all();
+    return std::ranges::count_if(lines, [](const std::string& line) { return line.starts_with("load"); });
+  }
+
+  /// The extension's clock follows at its next start.
+  void pass(absl::Duration time) {
+    time_.pass(time);
+    tellExtension();
+  }
+  void set(absl::Time now) {
+    time_.set(now);
+    tellExtension();
+  }
+  void tellExtension() { environment_.set("FAKE_EXTENSION_NOW", std::to_string(absl::ToUnixSeconds(time_.now()))); }
 
   std::size_t starts() const {
     std::ifstream file(folder_.path("starts"));
@@ -95,32 +120,32 @@ class FeedTest : public testing::Test {
 
   support::ScopedEnvironment environment_;
   support::TemporaryFolder folder_;
+  support::ManualTimekeeper time_{start};
   Told told_;
 };
 
 TEST_F(FeedTest, ShowsSeveralSizesFromOneTimelineOfOneProcess) {
-  Feed feed(settings(), told_, Feed::Placeholders::none);
+  Feed feed = this->feed();
   feed.show({"systemMedium", "systemSmall"});
-  runOnce(feed);
+  feed.handleWakeUps();
   EXPECT_THAT(told_.all(), ElementsAre("widget fake", "load, timeline systemMedium, timeline systemSmall"));
   EXPECT_EQ(starts(), 1U);
-  ASSERT_TRUE(told_.reload());
-  EXPECT_GT(*told_.reload() - absl::Now(), absl::Minutes(14));
+  EXPECT_EQ(told_.reload(), start + absl::Minutes(15));
 }
 
 TEST_F(FeedTest, ShowsPlaceholdersBeforeTheFirstLoadAndInTheSameProcess) {
-  Feed feed(settings(), told_, Feed::Placeholders::untilLoaded);
+  Feed feed = this->feed(Feed::Placeholders::untilLoaded);
   feed.show({"systemLarge"});
   EXPECT_THAT(told_.all(), ElementsAre("widget fake", "placeholder, placeholder systemLarge"));
-  runOnce(feed);
+  feed.handleWakeUps();
   EXPECT_EQ(told_.all().back(), "load, timeline systemLarge");
   EXPECT_EQ(starts(), 1U);
 }
 
 TEST_F(FeedTest, DrawsAFurtherSizeFromTheEntryThatIsThere) {
-  Feed feed(settings(), told_, Feed::Placeholders::untilLoaded);
+  Feed feed = this->feed(Feed::Placeholders::untilLoaded);
   feed.show({"systemLarge"});
-  runOnce(feed);
+  feed.handleWakeUps();
   const auto planned = told_.reload();
   feed.show({"systemLarge", "systemSmall"});
   EXPECT_EQ(told_.all().back(), "redraw, timeline systemLarge, timeline systemSmall");
@@ -128,33 +153,33 @@ TEST_F(FeedTest, DrawsAFurtherSizeFromTheEntryThatIsThere) {
 }
 
 TEST_F(FeedTest, AsksForNothingWithoutASizeAndAgainWithOne) {
-  Feed feed(settings(), told_, Feed::Placeholders::untilLoaded);
+  Feed feed = this->feed(Feed::Placeholders::untilLoaded);
   feed.show({"systemLarge"});
-  runOnce(feed);
+  feed.handleWakeUps();
   feed.show({});
   const auto before = told_.all().size();
   feed.handleWakeUps();
   EXPECT_EQ(told_.all().size(), before);
   feed.show({"systemSmall"});
-  runOnce(feed);
+  feed.handleWakeUps();
   EXPECT_EQ(told_.all().back(), "load, timeline systemSmall");
 }
 
 TEST_F(FeedTest, TellsOfAFailureAndAsksAgainAfterAPause) {
   environment_.set("FAKE_EXTENSION", "exit 3");
-  Feed feed(settings(), told_, Feed::Placeholders::none);
+  Feed feed = this->feed();
   feed.show({"systemMedium"});
-  runOnce(feed);
+  feed.handleWakeUps();
   EXPECT_THAT(told_.all(), ElementsAre(HasSubstr("ended with status 3")));
-  ASSERT_TRUE(told_.reload());
-  EXPECT_LT(*told_.reload() - absl::Now(), absl::Seconds(2));
+  EXPECT_EQ(told_.reload(), start + absl::Seconds(1));
   environment_.set("FAKE_EXTENSION", "");
-  runOnce(feed);
+  pass(absl::Seconds(1));
+  feed.handleWakeUps();
   EXPECT_EQ(told_.all().back(), "load, timeline systemMedium");
 }
 
 TEST_F(FeedTest, GivesAPreviewOfEverySizeAndEndsTheProcess) {
-  Feed feed(settings(), told_, Feed::Placeholders::none);
+  Feed feed = this->feed();
   std::vector<std::string> previews;
   for (const auto& [family, view] : feed.previews().views) previews.push_back(wordsOf(view));
   EXPECT_THAT(previews, ElementsAre("snapshot systemLarge", "snapshot systemMedium", "snapshot systemSmall"));
@@ -162,22 +187,123 @@ TEST_F(FeedTest, GivesAPreviewOfEverySizeAndEndsTheProcess) {
 
 TEST_F(FeedTest, HasNoPreviewsOfAnExtensionThatFails) {
   environment_.set("FAKE_EXTENSION", "exit 3");
-  Feed feed(settings(), told_, Feed::Placeholders::none);
+  Feed feed = this->feed();
   EXPECT_THAT(feed.previews().views, IsEmpty());
+}
+
+TEST_F(FeedTest, AsksAgainAtTheReloadDateAndNotBefore) {
+  Feed feed = this->feed();
+  begin(feed);
+  pass(absl::Minutes(15) - absl::Milliseconds(1));
+  feed.handleWakeUps();
+  EXPECT_EQ(starts(), 1U);
+  pass(absl::Milliseconds(1));
+  feed.handleWakeUps();
+  EXPECT_EQ(starts(), 2U);
+  EXPECT_EQ(told_.all().back(), "load, timeline systemSmall");
+}
+
+TEST_F(FeedTest, DrawsAgainWithoutALoadWhenTheClockIsSetAndTheDateIsStillAhead) {
+  Feed feed = this->feed();
+  begin(feed);
+  const auto planned = told_.reload();
+  for (const auto by : {absl::Minutes(10), -absl::Minutes(5), absl::Minutes(5)}) {
+    set(time_.now() + by);
+    feed.handleWakeUps();
+    EXPECT_EQ(told_.all().back(), "redraw, timeline systemSmall") << by;
+    EXPECT_EQ(told_.reload(), planned) << by;
+  }
+}
+
+TEST_F(FeedTest, AsksAtOnceWhenTheClockWasSetPastTheDateOrFarBack) {
+  Feed feed = this->feed();
+  begin(feed);
+  std::ptrdiff_t count = 1;
+  for (const auto by : {absl::Minutes(16), absl::Hours(24 * 400), -absl::Hours(3)}) {
+    set(time_.now() + by);
+    feed.handleWakeUps();
+    feed.handleWakeUps();
+    EXPECT_EQ(loads(), ++count) << by;
+    EXPECT_EQ(told_.all().back(), "load, timeline systemSmall") << by;
+    EXPECT_EQ(told_.reload(), time_.now() + absl::Minutes(15)) << by;
+  }
+}
+
+TEST_F(FeedTest, PauseAfterAFailureIsNotMovedByASetClock) {
+  environment_.set("FAKE_EXTENSION", "exit 3");
+  Feed feed = this->feed();
+  feed.show({"systemSmall"});
+  feed.handleWakeUps();
+  set(start + absl::Hours(1000));
+  feed.handleWakeUps();
+  EXPECT_EQ(starts(), 1U);
+  pass(absl::Seconds(1));
+  feed.handleWakeUps();
+  EXPECT_EQ(starts(), 2U);
+}
+
+TEST_F(FeedTest, DrawsTheNewDayAtMidnightAndForANewZone) {
+  Feed feed = this->feed();
+  time_.setMidnight(start + absl::Minutes(3));
+  feed.show({"systemSmall"});
+  feed.handleWakeUps();
+  pass(absl::Minutes(3));
+  time_.setMidnight(start + absl::Hours(27));
+  feed.handleWakeUps();
+  EXPECT_EQ(told_.all().back(), "redraw, timeline systemSmall");
+  EXPECT_EQ(time_.redraw(), start + absl::Hours(27));
+  const auto before = told_.all().size();
+  time_.setMidnight(start + absl::Hours(5));
+  time_.changeZone();
+  feed.handleWakeUps();
+  EXPECT_EQ(told_.all().size(), before + 1);
+  EXPECT_EQ(time_.redraw(), start + absl::Hours(5));
+}
+
+TEST_F(FeedTest, DrawsAtMostOnceASecondWhateverTheZonesRuleSays) {
+  Feed feed = this->feed();
+  time_.setMidnight(start - absl::Hours(2));
+  begin(feed);
+  const auto before = told_.all().size();
+  for (int tenths = 0; tenths < 50; ++tenths) {
+    pass(absl::Milliseconds(100));
+    feed.handleWakeUps();
+  }
+  EXPECT_EQ(told_.all().size(), before + 5);
+}
+
+TEST_F(FeedTest, KeepsASecondBetweenADrawingAndAMidnightRightAfterIt) {
+  Feed feed = this->feed();
+  time_.setMidnight(start + absl::Milliseconds(200));
+  feed.show({"systemSmall"});
+  feed.handleWakeUps();
+  EXPECT_EQ(time_.redraw(), start + absl::Seconds(1));
+}
+
+TEST_F(FeedTest, FollowsReloadDatesInThePastWithPausesThatGrow) {
+  environment_.set("FAKE_EXTENSION_RELOAD_SECONDS", "-3600");
+  Feed feed = this->feed();
+  begin(feed);
+  for (const int seconds : {1, 2, 4, 8}) {
+    EXPECT_EQ(told_.reload(), time_.now() + absl::Seconds(seconds));
+    pass(absl::Seconds(seconds));
+    feed.handleWakeUps();
+  }
 }
 
 TEST_F(FeedTest, RunsOnAThreadThatEndsWhileTheExtensionHangs) {
   environment_.set("FAKE_EXTENSION", "hang and ignore signals");
-  const auto begin = std::chrono::steady_clock::now();
+  auto patient = settings();
+  patient.requestDeadline = absl::Hours(1);  // waited for, it would outlast the test
   {
-    FeedThread thread(settings(), told_, Feed::Placeholders::none);
+    FeedThread thread(patient, told_.listener(), Feed::Placeholders::none);
     thread.post([](Feed& feed) { feed.show({"systemSmall"}); });
+    ASSERT_TRUE(support::eventually([this] { return starts() == 1; }));
   }
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4));
   EXPECT_THAT(told_.all(), IsEmpty());
 }
 
-TEST_F(FeedTest, InterruptsALoadForAWishAndBeginsItAgain) {
+TEST_F(FeedTest, InterruptsALoadForATaskAndBeginsItAgain) {
   // Well as long as a file is there, else silent.
   folder_.write("sometimes-silent", "#!/bin/sh\n[ -e " + folder_.path("well") + " ] || { : >" + folder_.path("silent") +
                                         "; exec sleep 1000; }\nexec " VAMBA_FAKE_EXTENSION "\n");
@@ -185,7 +311,7 @@ TEST_F(FeedTest, InterruptsALoadForAWishAndBeginsItAgain) {
   auto sometimesSilent = settings();
   sometimesSilent.program = folder_.path("sometimes-silent");
   folder_.write("well", "");
-  FeedThread thread(sometimesSilent, told_, Feed::Placeholders::none);
+  FeedThread thread(sometimesSilent, told_.listener(), Feed::Placeholders::none);
   thread.post([](Feed& feed) { feed.show({"systemSmall"}); });
   ASSERT_TRUE(told_.waitFor(2));
   std::filesystem::remove(folder_.path("well"));
@@ -202,7 +328,7 @@ TEST_F(FeedTest, LetsThePlaceholderComeBeforeALoadThatWaitsItsTurn) {
   environment_.set("FAKE_EXTENSION_HELD", folder_.path("held"));
   environment_.set("FAKE_EXTENSION_REQUESTS", folder_.path("requests"));
   const auto rendering = [this] { return support::contentOf(folder_.path("requests")).contains("render"); };
-  FeedThread thread(settings(), told_, Feed::Placeholders::untilLoaded, Feed::FirstLoad::whenAskedFor);
+  FeedThread thread(settings(), told_.listener(), Feed::Placeholders::untilLoaded, Feed::FirstLoad::whenAskedFor);
   thread.post([](Feed& feed) { feed.show({"systemSmall"}); });
   ASSERT_TRUE(support::eventually(rendering));
   thread.postInTurn([](Feed& feed) { feed.reload(); });

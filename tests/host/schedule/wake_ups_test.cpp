@@ -1,6 +1,9 @@
 #include "host/schedule/wake_ups.hpp"
 
+#include <array>
+
 #include <absl/time/clock.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 
@@ -13,7 +16,8 @@ bool readable(int descriptor) {
 }
 
 TEST(RealTimeTimer, IsDueAtOnceForAnInstantThatHasPassed) {
-  for (const absl::Time instant : {absl::UnixEpoch(), absl::InfinitePast(), absl::Now() - absl::Hours(1)}) {
+  for (const absl::Time instant : {absl::UnixEpoch(), absl::UnixEpoch() - absl::Milliseconds(500), absl::InfinitePast(),
+                                   absl::Now() - absl::Hours(1)}) {
     RealTimeTimer timer;
     timer.set(instant);
     waitForAny({timer.descriptor()});
@@ -51,6 +55,29 @@ TEST(PauseTimer, IsDueAfterItsPause) {
   EXPECT_TRUE(timer.take());
   timer.set(absl::InfiniteDuration());
   EXPECT_FALSE(readable(timer.descriptor()));
+}
+
+TEST(DescriptorSet, ReportsASignalAndAReaderThatIsGoneButNotAFile) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
+  base::FileDescriptor reader(ends[0]);
+  const base::FileDescriptor writer(ends[1]);
+  const base::FileDescriptor file(open("/dev/null", O_WRONLY | O_CLOEXEC));
+  DescriptorSet set;
+  set.addForItsEnd(file.get());
+  set.addForItsEnd(writer.get());
+  EXPECT_FALSE(readable(set.descriptor()));
+  reader.reset();
+  EXPECT_TRUE(readable(set.descriptor()));
+
+  SignalDescriptor signals({SIGUSR1});
+  DescriptorSet other;
+  other.add(signals.descriptor());
+  EXPECT_FALSE(readable(other.descriptor()));
+  raise(SIGUSR1);
+  EXPECT_TRUE(readable(other.descriptor()));
+  EXPECT_EQ(signals.take(), SIGUSR1);
+  EXPECT_FALSE(readable(other.descriptor()));
 }
 
 TEST(SignalDescriptor, TellsSignalsInsteadOfLettingThemEndTheProcess) {
