@@ -6,8 +6,8 @@
 
 #include <absl/time/clock.h>
 
+#include "base/text/instant.hpp"
 #include "end_to_end/extension_fixture.hpp"
-#include "platform/calendar/instant.hpp"
 #include "support/nginx_server.hpp"
 
 namespace end_to_end {
@@ -27,7 +27,7 @@ std::string zoneWhereItIsNoon() {
   return "TST" + std::to_string(hour - 12);
 }
 
-std::string fromNow(absl::Duration by) { return platform::formatInstant(absl::Now() + by); }
+std::string fromNow(absl::Duration by) { return base::formatInstant(absl::Now() + by); }
 
 /// A day of six tasks and four meetings; those that belong on the board say so.
 struct ServerDay {
@@ -66,7 +66,7 @@ class ExtensionDayTest : public ServiceTest {
 
   std::string timeOf(const json& meeting) const {
     const auto offset = std::stoi(environment.at("TZ").substr(3));
-    const auto start = platform::parseInstant(meeting["kiedy"].get<std::string>());
+    const auto start = base::parseInstant(meeting["kiedy"].get<std::string>());
     return absl::FormatTime("%H:%M", start.value(), absl::FixedTimeZone(-3600 * offset));
   }
 
@@ -213,8 +213,8 @@ TEST_F(ExtensionDayTest, ReloadDateIsAQuarterOfAnHourAfterTheLoad) {
   const auto after = absl::Now();
   ASSERT_EQ(answer["result"]["entries"].size(), 1);
   EXPECT_EQ(answer["result"]["policy"]["type"], "after");
-  const auto date = platform::parseInstant(answer["result"]["entries"][0]["date"].get<std::string>());
-  const auto reload = platform::parseInstant(answer["result"]["policy"]["date"].get<std::string>());
+  const auto date = base::parseInstant(answer["result"]["entries"][0]["date"].get<std::string>());
+  const auto reload = base::parseInstant(answer["result"]["policy"]["date"].get<std::string>());
   ASSERT_TRUE(date && reload);
   EXPECT_LE(before, *date);
   EXPECT_LE(*date + absl::Minutes(15), *reload);

@@ -3,8 +3,8 @@
 
 #include <absl/time/clock.h>
 
+#include "base/text/instant.hpp"
 #include "end_to_end/extension_fixture.hpp"
-#include "platform/calendar/instant.hpp"
 
 namespace end_to_end {
 namespace {
@@ -26,7 +26,7 @@ TEST_F(ExtensionPatienceTest, SilentServiceIsGivenUpAfterTwelveSecondsAndAskedAg
   EXPECT_EQ(answer["result"]["entries"][0]["blad"], noConnection);
   EXPECT_GE(taken, 11900ms);
   EXPECT_LT(taken, 12s + within(2s));
-  const auto reload = platform::parseInstant(answer["result"]["policy"]["date"].get<std::string>());
+  const auto reload = base::parseInstant(answer["result"]["policy"]["date"].get<std::string>());
   ASSERT_TRUE(reload);
   EXPECT_LE(*reload, now + absl::Minutes(15));
   EXPECT_GE(*reload, now + absl::Minutes(15) - absl::Seconds(2)) << "counted from the load's end";

@@ -1,8 +1,8 @@
 // The device's time zone as the built extension sees it: every way to name one, and the days on which clocks change.
 #include <filesystem>
 
+#include "base/text/instant.hpp"
 #include "end_to_end/extension_fixture.hpp"
-#include "platform/calendar/instant.hpp"
 
 namespace end_to_end {
 namespace {
@@ -108,10 +108,10 @@ TEST_F(ExtensionClockChangeTest, RowsAreChosenAndMarkedByTheDaysOfTheirZone) {
   if (sanitized) GTEST_SKIP() << "a sanitizer's run-time library has to be loaded before any other";
   for (const auto& change : clockChanges) {
     SCOPED_TRACE(std::string(change.zone) + " at " + change.now);
-    const auto instant = [](const char* text) { return platform::parseInstant(text).value(); };
-    const auto before = [&](const char* text) { return platform::formatInstant(instant(text) - absl::Seconds(1)); };
+    const auto instant = [](const char* text) { return base::parseInstant(text).value(); };
+    const auto before = [&](const char* text) { return base::formatInstant(instant(text) - absl::Seconds(1)); };
     // The tests take less than the minute before the first meeting.
-    const auto soon = platform::formatInstant(instant(change.now) + absl::Minutes(1));
+    const auto soon = base::formatInstant(instant(change.now) + absl::Minutes(1));
     service.answer(tasksTarget, {.body = json{serverTask(1, "dziś na końcu", before(change.nextDayBegins)),
                                               serverTask(2, "dziś na początku", change.dayBegins),
                                               serverTask(3, "wczoraj", before(change.dayBegins)),

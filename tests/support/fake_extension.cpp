@@ -15,7 +15,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include "platform/calendar/instant.hpp"
+#include "base/text/instant.hpp"
 #include "protocol/json_rpc/line_reader.hpp"
 #include "protocol/json_rpc/line_writer.hpp"
 #include "protocol/json_rpc/message.hpp"
@@ -48,7 +48,7 @@ absl::Time now() {
   return told.empty() ? absl::Now() : absl::FromUnixSeconds(std::atoll(told.c_str()));
 }
 
-json entry(const std::string& title) { return {{"date", platform::formatInstant(now())}, {"tytul", title}}; }
+json entry(const std::string& title) { return {{"date", base::formatInstant(now())}, {"tytul", title}}; }
 
 json resultOf(const Request& request) {
   const std::string reload = environment("FAKE_EXTENSION_RELOAD_SECONDS");
@@ -62,7 +62,7 @@ json resultOf(const Request& request) {
   if (request.method == "timeline") {
     const std::string title = environment("FAKE_EXTENSION_TITLE");
     return {{"entries", {entry(title.empty() ? "timeline" : title)}},
-            {"policy", {{"type", "after"}, {"date", platform::formatInstant(now() + absl::Seconds(seconds))}}}};
+            {"policy", {{"type", "after"}, {"date", base::formatInstant(now() + absl::Seconds(seconds))}}}};
   }
   if (request.method == "render") {
     while (::access(environment("FAKE_EXTENSION_HELD").c_str(), F_OK) == 0) ::usleep(1000);

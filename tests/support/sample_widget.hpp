@@ -6,7 +6,7 @@
 #include <stop_token>
 
 #include "base/tasks/task_group.hpp"
-#include "platform/calendar/instant.hpp"
+#include "base/text/instant.hpp"
 #include "platform/widget_kit/static_configuration.hpp"
 #include "platform/widget_kit/widget_bundle.hpp"
 #include "protocol/view_tree/builders.hpp"
@@ -75,7 +75,7 @@ class SampleProvider final : public platform::TimelineProvider<SampleEntry> {
 template <>
 struct platform::EntryForm<support::SampleEntry> {
   static EntryJson toJson(const support::SampleEntry& entry) {
-    return {{"date", formatInstant(entry.date)}, {"word", entry.word}};
+    return {{"date", base::formatInstant(entry.date)}, {"word", entry.word}};
   }
   static std::expected<support::SampleEntry, std::string> fromJson(const nlohmann::json& json) {
     if (!json.is_object() || !json.contains("word")) return std::unexpected("word: missing");
@@ -84,7 +84,7 @@ struct platform::EntryForm<support::SampleEntry> {
 
  private:
   static absl::Time sampleDateOf(const nlohmann::json& json) {
-    return parseInstant(json.value("date", std::string())).value_or(support::sampleDate());
+    return base::parseInstant(json.value("date", std::string())).value_or(support::sampleDate());
   }
 };
 

@@ -9,19 +9,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/descriptors/write_all.hpp"
+
 namespace base {
 namespace {
 
 std::unexpected<std::string> reason(int error) { return std::unexpected(std::generic_category().message(error)); }
-
-bool writeAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const auto count = ::write(descriptor, bytes.data(), bytes.size());
-    if (count < 0 && errno != EINTR) return false;
-    if (count > 0) bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
-}
 
 /// A file system that cannot sync says so by EINVAL, which is no reason to refuse the content.
 bool syncAsFarAsPossible(int descriptor) { return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOSYS; }
@@ -97,7 +90,7 @@ std::expected<void, std::string> replaceFile(const std::filesystem::path& file, 
 
   const NewFile fresh = newFileBeside(*target, rights.file);
   if (fresh.descriptor < 0) return reason(errno);
-  bool done = writeAll(fresh.descriptor, bytes) && (!exists || takeOver(fresh.descriptor, old)) &&
+  bool done = !writeAll(fresh.descriptor, bytes) && (!exists || takeOver(fresh.descriptor, old)) &&
               (durability == Durability::fast || syncAsFarAsPossible(fresh.descriptor));
   int error = done ? 0 : errno;
   // A network file system may refuse what was written only now.

@@ -1,4 +1,4 @@
-// Whether bytes are text in UTF-8 (RFC 3629).
+// Text in UTF-8 (RFC 3629).
 #pragma once
 
 #include <string_view>
@@ -7,5 +7,9 @@ namespace base {
 
 /// No overlong forms, no surrogates, nothing beyond U+10FFFF, nothing cut short. Empty text is.
 bool isUtf8(std::string_view bytes);
+
+/// Takes the first character off `text`, which must not be empty. A byte that begins no character is taken alone, as
+/// the character of its value: "\x9b" gives U+009B.
+char32_t takeCharacter(std::string_view& text);
 
 }  // namespace base

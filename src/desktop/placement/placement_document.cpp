@@ -2,18 +2,19 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
+#include <cstdint>
 #include <limits>
-#include <optional>
 #include <utility>
 
 #include <nlohmann/json.hpp>
 
-#include "protocol/json_rpc/json_text.hpp"
+#include "base/json/json_object.hpp"
+#include "base/json/json_text.hpp"
 
 namespace desktop {
 namespace {
 
+using base::JsonObject;
 using nlohmann::json;
 
 constexpr std::string_view formatName = "vamba-placements";
@@ -25,67 +26,61 @@ constexpr std::array<std::pair<Corner, std::string_view>, 4> corners{{{Corner::t
                                                                       {Corner::bottomLeft, "bottomLeft"},
                                                                       {Corner::bottomRight, "bottomRight"}}};
 
-/// A whole number between the bounds, however it is spelt (20, 20.0, 2e1).
-std::optional<int> wholeNumber(const json& object, const char* key, int least, int most) {
-  const auto found = object.find(key);
-  if (found == object.end() || !found->is_number()) return std::nullopt;
-  const double number = found->get<double>();
-  if (!(number >= least && number <= most) || number != std::floor(number)) return std::nullopt;
+// A fault of one entry drops that entry alone; its sentence is for nobody.
+
+int wholeNumber(const JsonObject& object, const char* key, int least, int most) {
+  const std::int64_t number = object.integer(key);
+  if (number < least || number > most) object.refuse(key, "out of range");
   return static_cast<int>(number);
 }
 
 /// A text that is not too long; the empty one where the key is absent.
-std::optional<std::string> name(const json& object, const char* key) {
-  const auto found = object.find(key);
-  if (found == object.end()) return std::string();
-  if (!found->is_string() || found->get_ref<const std::string&>().size() > longestName) return std::nullopt;
-  return found->get<std::string>();
+std::string name(const JsonObject& object, const char* key) {
+  auto text = object.optionalText(key).value_or("");
+  if (text.size() > longestName) object.refuse(key, "too long");
+  return text;
 }
 
-std::optional<MonitorIdentity> monitorFrom(const json& object) {
-  const auto found = object.find("monitor");
-  if (found == object.end() || !found->is_object()) return std::nullopt;
-  auto make = name(*found, "make");
-  auto model = name(*found, "model");
-  auto serial = name(*found, "serial");
-  auto connector = name(*found, "connector");
-  if (!make || !model || !serial || !connector) return std::nullopt;
-  return MonitorIdentity{*std::move(make), *std::move(model), *std::move(serial), *std::move(connector)};
+std::string nameThatIsThere(const JsonObject& object, const char* key) {
+  auto text = name(object, key);
+  if (text.empty()) object.refuse(key, "missing");
+  return text;
 }
 
-std::optional<Corner> cornerFrom(const json& object) {
-  const auto word = name(object, "corner");
-  for (const auto& [corner, spelling] : corners) {
-    if (word == spelling) return corner;
-  }
-  return std::nullopt;
+MonitorIdentity monitorFrom(const JsonObject& object) {
+  const auto monitor = object.optionalObject("monitor");
+  if (!monitor) object.refuse("monitor", "missing");
+  return {name(*monitor, "make"), name(*monitor, "model"), name(*monitor, "serial"), name(*monitor, "connector")};
 }
 
-std::optional<int> idFrom(const json& object) { return wholeNumber(object, "id", 1, std::numeric_limits<int>::max()); }
+Corner cornerFrom(const JsonObject& object) {
+  const auto word = object.text("corner");
+  const auto found = std::ranges::find(corners, word, [](const auto& corner) { return corner.second; });
+  if (found == corners.end()) object.refuse("corner", "not a known value");
+  return found->first;
+}
 
-std::optional<Placed> placedFrom(const json& object) {
-  if (!object.is_object()) return std::nullopt;
-  const auto id = idFrom(object);
-  auto kind = name(object, "kind");
-  auto family = name(object, "family");
-  auto monitor = monitorFrom(object);
-  const auto corner = cornerFrom(object);
-  const auto x = wholeNumber(object, "x", -farthestInset, farthestInset);
-  const auto y = wholeNumber(object, "y", -farthestInset, farthestInset);
-  if (!id || !kind || kind->empty() || !family || family->empty() || !monitor || !corner || !x || !y) {
-    return std::nullopt;
-  }
-  return Placed{*id, *std::move(kind), *std::move(family), {*std::move(monitor), *corner, {*x, *y}}};
+int idFrom(const JsonObject& object) { return wholeNumber(object, "id", 1, std::numeric_limits<int>::max()); }
+
+Placed placedFrom(const JsonObject& object) {
+  return {idFrom(object),
+          nameThatIsThere(object, "kind"),
+          nameThatIsThere(object, "family"),
+          {monitorFrom(object),
+           cornerFrom(object),
+           {wholeNumber(object, "x", -farthestInset, farthestInset),
+            wholeNumber(object, "y", -farthestInset, farthestInset)}}};
 }
 
 std::expected<json, std::string> document(std::string_view text) {
-  auto parsed = protocol::json_rpc::parseJson(text);
+  auto parsed = base::parseJson(text);
   if (!parsed) return std::unexpected(parsed.error());
   const auto format = parsed->find("format");
   if (!parsed->is_object() || format == parsed->end() || *format != formatName) {
     return std::unexpected("it is no placements file");
   }
-  if (wholeNumber(*parsed, "version", version, version) != version) {
+  const auto readVersion = [](const JsonObject& object) { return object.integer("version"); };
+  if (base::readObject(*parsed, "file", readVersion).value_or(0) != version) {
     return std::unexpected("its version is not " + std::to_string(version));
   }
   const auto widgets = parsed->find("widgets");
@@ -99,7 +94,7 @@ std::expected<json, std::string> document(std::string_view text) {
 /// The entry that said where this copy is, with all that it said; an empty object where there is none.
 json entryOf(int id, const json& widgets) {
   for (const json& entry : widgets) {
-    if (entry.is_object() && idFrom(entry) == id) return entry;
+    if (base::readObject(entry, "widget", idFrom) == id) return entry;
   }
   return json::object();
 }
@@ -130,7 +125,7 @@ std::expected<PlacementDocument, std::string> readPlacements(std::string_view te
   std::vector<Placed> all;
   std::size_t dropped = 0;
   for (const json& entry : parsed->at("widgets")) {
-    auto placed = placedFrom(entry);
+    auto placed = base::readObject(entry, "widget", placedFrom);
     const bool idTaken = placed && std::ranges::find(all, placed->id, &Placed::id) != all.end();
     if (placed && !idTaken) {
       all.push_back(*std::move(placed));

@@ -1,6 +1,6 @@
 #include "host/autostart/start_files.hpp"
 
-#include <algorithm>
+#include "base/text/control_characters.hpp"
 
 namespace host {
 namespace {
@@ -80,8 +80,7 @@ bool systemdCanStart(const std::filesystem::path& program) {
 
 std::expected<void, std::string> canBeStarted(const std::filesystem::path& program) {
   const std::string& path = program.native();
-  const auto control = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-  if (std::ranges::any_of(path, control)) {
+  if (base::holdsControl(path)) {
     return std::unexpected("a program whose path holds a control character can't be started with a session");
   }
   if (path.find('=') != std::string::npos) {

@@ -4,11 +4,11 @@
 
 #include <absl/time/clock.h>
 
+#include "base/json/json_text.hpp"
 #include "host/command_line/outcome.hpp"
 #include "host/commands/output.hpp"
 #include "host/commands/persistence.hpp"
 #include "host/feed/entry.hpp"
-#include "protocol/json_rpc/json_text.hpp"
 
 namespace host {
 namespace {
@@ -26,7 +26,7 @@ std::expected<json, CommandFailure> entryInFile(const std::string& name) {
   };
   const auto text = readAll(name);
   if (!text) return wrong(text.error());
-  auto entry = protocol::json_rpc::parseJson(*text);
+  auto entry = base::parseJson(*text);
   if (!entry) return wrong((name == "-" ? "standard input" : name) + " holds no entry: " + entry.error());
   return std::move(*entry);
 }

@@ -1,9 +1,9 @@
+#include "base/json/json_text.hpp"
 #include "host/command_line/outcome.hpp"
 #include "host/commands/commands.hpp"
 #include "host/commands/output.hpp"
 #include "host/commands/persistence.hpp"
 #include "host/commands/terminal.hpp"
-#include "protocol/json_rpc/json_text.hpp"
 #include "protocol/view_tree/builders.hpp"
 
 namespace host {
@@ -20,7 +20,7 @@ CommandResult print(std::string_view text) {
 
 CommandResult printJson(const std::expected<json, ExtensionFailure>& answer) {
   if (!answer) return std::unexpected(asCommandFailure(answer.error()));
-  return print(protocol::json_rpc::toText(*answer) + "\n");
+  return print(base::toText(*answer) + "\n");
 }
 
 /// "systemSmall" as the command line spells it.

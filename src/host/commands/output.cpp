@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/descriptors/write_all.hpp"
 #include "base/files/replace_file.hpp"
 
 namespace host {
@@ -17,19 +18,10 @@ std::unexpected<std::string> fault(const std::string& what) {
   return std::unexpected(what + ": " + std::strerror(errno));
 }
 
-bool writeAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const auto count = ::write(descriptor, bytes.data(), bytes.size());
-    if (count < 0 && errno != EINTR) return false;
-    if (count > 0) bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
-}
-
 std::expected<void, std::string> writeInPlace(const std::filesystem::path& file, std::string_view bytes) {
   const int descriptor = open(file.c_str(), O_WRONLY | O_CLOEXEC);
   if (descriptor < 0) return fault("can't write " + file.string());
-  const bool written = writeAll(descriptor, bytes);
+  const bool written = !base::writeAll(descriptor, bytes);
   if (!written || close(descriptor) != 0) return fault("can't write " + file.string());
   return {};
 }
@@ -37,7 +29,7 @@ std::expected<void, std::string> writeInPlace(const std::filesystem::path& file,
 }  // namespace
 
 std::expected<void, std::string> writeStandardOutput(std::string_view bytes) {
-  if (!writeAll(STDOUT_FILENO, bytes)) return fault("can't write the result");
+  if (base::writeAll(STDOUT_FILENO, bytes)) return fault("can't write the result");
   return {};
 }
 

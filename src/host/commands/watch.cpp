@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "base/json/json_text.hpp"
 #include "host/command_line/outcome.hpp"
 #include "host/commands/commands.hpp"
 #include "host/commands/output.hpp"
@@ -13,7 +14,6 @@
 #include "host/schedule/wake_ups.hpp"
 #include "host/status_line/status_line.hpp"
 #include "host/texts/texts.hpp"
-#include "protocol/json_rpc/json_text.hpp"
 #include "protocol/view_tree/node_json.hpp"
 
 namespace host {
@@ -46,7 +46,7 @@ class Screen {
     if (!view_) return {};
     switch (format_) {
       case Format::json:
-        return writeStandardOutput(protocol::json_rpc::toText(toJson(*view_)) + "\n");
+        return writeStandardOutput(base::toText(toJson(*view_)) + "\n");
       case Format::waybar:
       case Format::line:
         return writeStandardOutput(asLine(statusLine(*view_, holds_, userLanguage())));

@@ -1,6 +1,6 @@
 #include "host/feed/entry.hpp"
 
-#include "platform/calendar/instant.hpp"
+#include "base/text/instant.hpp"
 
 namespace host {
 namespace {
@@ -8,7 +8,7 @@ namespace {
 using nlohmann::json;
 
 std::optional<absl::Time> dateOf(const json& entry) {
-  const auto date = platform::parseInstant(entry.value("date", std::string()));
+  const auto date = base::parseInstant(entry.value("date", std::string()));
   return date ? std::optional(*date) : std::nullopt;
 }
 

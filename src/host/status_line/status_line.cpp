@@ -9,6 +9,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "base/text/xml.hpp"
 #include "protocol/view_tree/localized_key.hpp"
 #include "render/terminal/terminal_board.hpp"
 #include "render/terminal/terminal_text.hpp"
@@ -146,34 +147,6 @@ std::vector<std::string> classesFor(const Findings& findings, BoardHolds holds) 
   return classes;
 }
 
-/// Pango markup in which the text stands for itself.
-std::string markup(std::string_view text) {
-  std::string escaped;
-  escaped.reserve(text.size());
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        escaped += "&amp;";
-        break;
-      case '<':
-        escaped += "&lt;";
-        break;
-      case '>':
-        escaped += "&gt;";
-        break;
-      case '"':
-        escaped += "&quot;";
-        break;
-      case '\'':
-        escaped += "&#39;";
-        break;
-      default:
-        escaped += c;
-    }
-  }
-  return escaped;
-}
-
 }  // namespace
 
 StatusLine statusLine(const Node& view, BoardHolds holds, Language language) {
@@ -187,7 +160,9 @@ StatusLine statusLine(const Node& view, BoardHolds holds, Language language) {
 
 std::string toWaybarJson(const StatusLine& line) {
   using json = nlohmann::ordered_json;
-  const json object{{"text", markup(line.text)}, {"tooltip", markup(line.tooltip)}, {"class", line.classes}};
+  const json object{{"text", base::escapedForXml(line.text)},
+                    {"tooltip", base::escapedForXml(line.tooltip)},
+                    {"class", line.classes}};
   return object.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "base/text/control_characters.hpp"
+
 namespace platform {
 namespace {
 
@@ -10,17 +12,10 @@ namespace {
 constexpr std::size_t mostRefusals = 64;
 
 std::string printable(std::string_view text) {
-  constexpr std::string_view digits = "0123456789abcdef";
-  std::string shown;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0x20 && byte != 0x7f) {
-      shown += c;
-    } else {
-      shown += {'\\', 'x', digits[byte >> 4], digits[byte & 0xf]};
-    }
-  }
-  return shown;
+  return base::replaceControls(text, [](char32_t control) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    return std::string{'\\', 'x', digits[control >> 4], digits[control & 0xf]};
+  });
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/calendar/instant.hpp"
+#include "base/text/instant.hpp"
 #include "protocol/view_tree/node_json.hpp"
 
 namespace platform {
@@ -114,7 +114,7 @@ void RequestServer::timeline(const Target& target, Reply reply) {
   target.configuration->getTimeline(
       {.family = target.family}, Completion<TimelineJson>([reply = std::move(reply)](TimelineJson timeline) {
         reply(json{{"entries", std::move(timeline.entries)},
-                   {"policy", {{"type", "after"}, {"date", formatInstant(timeline.policy.date)}}}});
+                   {"policy", {{"type", "after"}, {"date", base::formatInstant(timeline.policy.date)}}}});
       }));
 }
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "protocol/json_rpc/json_text.hpp"
+#include "base/json/json_text.hpp"
 
 namespace protocol::json_rpc {
 namespace {
@@ -43,7 +43,7 @@ std::expected<Request, Response> parseRequest(std::string_view line) {
     return std::unexpected(Response{.id = id, .outcome = std::unexpected(makeError(code, std::move(message)))});
   };
 
-  auto parsed = parseJson(line);
+  auto parsed = base::parseJson(line);
   if (!parsed) return refuse(ErrorCode::parseError, parsed.error());
   json& object = *parsed;
   if (!object.is_object()) return refuse(ErrorCode::invalidRequest, "a request is one object");
@@ -71,7 +71,7 @@ std::expected<Request, Response> parseRequest(std::string_view line) {
 }
 
 std::expected<Response, std::string> parseResponse(std::string_view line) {
-  auto parsed = parseJson(line);
+  auto parsed = base::parseJson(line);
   if (!parsed) return std::unexpected(parsed.error());
   json& object = *parsed;
   if (!object.is_object() || !isVersionTwo(object)) return std::unexpected("not a JSON-RPC 2.0 object");
@@ -92,7 +92,7 @@ std::string toLine(const Request& request) {
   json object{{"jsonrpc", "2.0"}, {"method", request.method}};
   if (!request.isNotification) object["id"] = request.id;
   if (!request.params.is_null()) object["params"] = request.params;
-  return toText(object);
+  return base::toText(object);
 }
 
 std::string toLine(const Response& response) {
@@ -104,7 +104,7 @@ std::string toLine(const Response& response) {
     object["error"] = json{{"code", error.code}, {"message", error.message}};
     if (!error.data.is_null()) object["error"]["data"] = error.data;
   }
-  return toText(object);
+  return base::toText(object);
 }
 
 }  // namespace protocol::json_rpc

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <string_view>
+#include <utility>
+
+#include "base/json/json_object.hpp"
 
 namespace protocol {
 namespace {
@@ -85,158 +87,97 @@ struct Writer {
   void operator()(const DividerNode&) const { out["type"] = "divider"; }
 };
 
-/// What is wrong with a field; thrown within this file only, turned into the result at its border.
-struct FormError {
-  std::string message;
-};
+// Reading.
 
-[[noreturn]] void fail(const std::string& path, const char* fault) { throw FormError{path + ": " + fault}; }
+using base::JsonObject;
 
-/// One object of the form being read, with the path that leads to it.
-class Reader {
- public:
-  Reader(const json& object, std::string path) : object_(object), path_(std::move(path)) {
-    if (!object_.is_object()) fail(path_.empty() ? "view" : path_, "not an object");
-  }
-
-  std::string path(const char* name) const { return path_.empty() ? name : path_ + "." + name; }
-
-  /// The field's value; null where it is absent or null.
-  const json* find(const char* name) const {
-    const auto it = object_.find(name);
-    return it == object_.end() || it->is_null() ? nullptr : &*it;
-  }
-
-  std::optional<double> length(const char* name) const {
-    const json* value = find(name);
-    if (value == nullptr) return std::nullopt;
-    if (!value->is_number() || !std::isfinite(value->get<double>())) fail(path(name), "not a number");
-    return value->get<double>();
-  }
-
-  std::optional<std::string> text(const char* name) const {
-    const json* value = find(name);
-    if (value == nullptr) return std::nullopt;
-    if (!value->is_string()) fail(path(name), "not a text");
-    return value->get<std::string>();
-  }
-
-  template <typename Enum>
-  std::optional<Enum> choice(const char* name) const {
-    const auto word = text(name);
-    if (!word) return std::nullopt;
-    constexpr auto words = names<Enum>();
-    for (std::size_t i = 0; i < words.size(); ++i) {
-      if (words[i] == *word) return static_cast<Enum>(i);
-    }
-    fail(path(name), "not a known value");
-  }
-
-  /// None also where the word is not known: an extension may have more of them.
-  std::optional<TextRole> role() const {
-    const json* value = find("role");
-    if (value == nullptr || !value->is_string()) return std::nullopt;
-    constexpr auto words = names<TextRole>();
-    const auto found = std::ranges::find(words, value->get_ref<const std::string&>());
-    if (found == words.end()) return std::nullopt;
-    return static_cast<TextRole>(found - words.begin());
-  }
-
-  bool flag(const char* name) const {
-    const json* value = find(name);
-    if (value == nullptr) return false;
-    if (!value->is_boolean()) fail(path(name), "not true or false");
-    return value->get<bool>();
-  }
-
-  std::vector<Node> children() const;
-  TextNode textNode() const;
-  Node node() const;
-
- private:
-  const json& object_;
-  std::string path_;
-};
-
-std::int64_t integer(const json& value, const std::string& path) {
-  const bool fits =
-      value.is_number_unsigned()
-          ? value.get<std::uint64_t>() <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())
-          : value.is_number_integer();
-  if (!fits) fail(path, "not an integer of 64 bits");
-  return value.get<std::int64_t>();
+template <typename Enum>
+std::optional<Enum> choice(const JsonObject& object, const char* name) {
+  const auto word = object.optionalText(name);
+  if (!word) return std::nullopt;
+  constexpr auto words = names<Enum>();
+  const auto found = std::ranges::find(words, *word);
+  if (found == words.end()) object.refuse(name, "not a known value");
+  return static_cast<Enum>(found - words.begin());
 }
 
-std::vector<Node> Reader::children() const {
-  const json* array = find("children");
-  if (array == nullptr || !array->is_array()) fail(path("children"), "not an array");
+Node nodeOf(const JsonObject& object);
+
+/// None also where the word is not known: an extension may have more of them.
+std::optional<TextRole> roleOf(const JsonObject& object) {
+  const json* word = object.find("role");
+  if (word == nullptr || !word->is_string()) return std::nullopt;
+  constexpr auto words = names<TextRole>();
+  const auto found = std::ranges::find(words, word->get_ref<const std::string&>());
+  if (found == words.end()) return std::nullopt;
+  return static_cast<TextRole>(found - words.begin());
+}
+
+std::vector<Node> childrenOf(const JsonObject& object) {
   std::vector<Node> nodes;
-  nodes.reserve(array->size());
-  for (std::size_t i = 0; i < array->size(); ++i) {
-    nodes.push_back(Reader((*array)[i], path("children") + "[" + std::to_string(i) + "]").node());
-  }
+  for (const JsonObject& child : object.objects("children")) nodes.push_back(nodeOf(child));
   return nodes;
 }
 
-TextNode Reader::textNode() const {
-  TextNode result;
-  if (auto verbatim = text("text")) {
-    result.content = Verbatim{std::move(*verbatim)};
-  } else if (auto key = text("key")) {
-    LocalizedKey localized{std::move(*key), {}};
-    if (const json* arguments = find("arguments")) {
-      if (!arguments->is_array()) fail(path("arguments"), "not an array");
-      for (const auto& argument : *arguments) localized.arguments.push_back(integer(argument, path("arguments")));
-    }
-    result.content = std::move(localized);
-  } else {
-    fail(path("text"), "neither text nor key");
-  }
-  result.font = choice<TextStyle>("font").value_or(TextStyle::caption);
-  result.weight = choice<FontWeight>("weight");
-  result.monospacedDigits = flag("monospacedDigits");
-  result.style = choice<ForegroundStyle>("style").value_or(ForegroundStyle::primary);
-  if (const json* limit = find("lineLimit")) {
-    const auto lines = integer(*limit, path("lineLimit"));
-    if (lines < 1 || lines > std::numeric_limits<int>::max()) fail(path("lineLimit"), "not a number of lines");
-    result.lineLimit = static_cast<int>(lines);
-  }
-  result.role = role();
-  return result;
+std::variant<Verbatim, LocalizedKey> contentOf(const JsonObject& object) {
+  if (auto verbatim = object.optionalText("text")) return Verbatim{*std::move(verbatim)};
+  auto key = object.optionalText("key");
+  if (!key) object.refuse("text", "neither text nor key");
+  LocalizedKey localized{*std::move(key), {}};
+  if (object.find("arguments") != nullptr) localized.arguments = object.integers("arguments");
+  return localized;
 }
 
-Node Reader::node() const {
-  const auto type = text("type");
+TextNode textNodeOf(const JsonObject& object) {
+  TextNode node{.content = contentOf(object),
+                .font = choice<TextStyle>(object, "font").value_or(TextStyle::caption),
+                .weight = choice<FontWeight>(object, "weight"),
+                .monospacedDigits = object.optionalFlag("monospacedDigits").value_or(false),
+                .style = choice<ForegroundStyle>(object, "style").value_or(ForegroundStyle::primary)};
+  if (const auto lines = object.optionalInteger("lineLimit")) {
+    if (*lines < 1 || !std::in_range<int>(*lines)) object.refuse("lineLimit", "not a number of lines");
+    node.lineLimit = static_cast<int>(*lines);
+  }
+  node.role = roleOf(object);
+  return node;
+}
+
+EdgeInsets insetsOf(const JsonObject& object) {
+  return {.top = object.optionalNumber("top").value_or(0),
+          .leading = object.optionalNumber("leading").value_or(0),
+          .bottom = object.optionalNumber("bottom").value_or(0),
+          .trailing = object.optionalNumber("trailing").value_or(0)};
+}
+
+CapsuleBackground capsuleOf(const JsonObject& object) {
+  if (object.optionalText("shape") != "capsule") object.refuse("shape", "not a known value");
+  return {.corners = choice<CapsuleCorners>(object, "corners").value_or(CapsuleCorners::continuous),
+          .fill = choice<ForegroundStyle>(object, "fill").value_or(ForegroundStyle::tint),
+          .opacity = object.optionalNumber("opacity").value_or(1)};
+}
+
+Node nodeOf(const JsonObject& object) {
+  const auto type = object.optionalText("type");
   Node node;
   if (type == "vstack") {
-    const auto alignment = choice<HorizontalAlignment>("alignment").value_or(HorizontalAlignment::leading);
-    node.kind = VStackNode{alignment, length("spacing"), children()};
+    const auto alignment = choice<HorizontalAlignment>(object, "alignment").value_or(HorizontalAlignment::leading);
+    node.kind = VStackNode{alignment, object.optionalNumber("spacing"), childrenOf(object)};
   } else if (type == "hstack") {
-    const auto alignment = choice<VerticalAlignment>("alignment").value_or(VerticalAlignment::center);
-    node.kind = HStackNode{alignment, length("spacing"), children()};
+    const auto alignment = choice<VerticalAlignment>(object, "alignment").value_or(VerticalAlignment::center);
+    node.kind = HStackNode{alignment, object.optionalNumber("spacing"), childrenOf(object)};
   } else if (type == "text") {
-    node.kind = textNode();
+    node.kind = textNodeOf(object);
   } else if (type == "spacer") {
-    node.kind = SpacerNode{length("minLength").value_or(0)};
+    node.kind = SpacerNode{object.optionalNumber("minLength").value_or(0)};
   } else if (type == "divider") {
     node.kind = DividerNode{};
   } else {
-    fail(path("type"), "not a known node");
+    object.refuse("type", "not a known node");
   }
-  node.identity = text("id");
-  if (const json* insets = find("padding")) {
-    const Reader edges(*insets, path("padding"));
-    node.padding = EdgeInsets{edges.length("top").value_or(0), edges.length("leading").value_or(0),
-                              edges.length("bottom").value_or(0), edges.length("trailing").value_or(0)};
-  }
-  if (const json* background = find("background")) {
-    const Reader capsule(*background, path("background"));
-    if (capsule.text("shape") != "capsule") fail(capsule.path("shape"), "not a known value");
-    node.background = CapsuleBackground{capsule.choice<CapsuleCorners>("corners").value_or(CapsuleCorners::continuous),
-                                        capsule.choice<ForegroundStyle>("fill").value_or(ForegroundStyle::tint),
-                                        capsule.length("opacity").value_or(1)};
-  }
-  node.containerBackground = choice<ContainerBackground>("containerBackground");
+  node.identity = object.optionalText("id");
+  if (const auto insets = object.optionalObject("padding")) node.padding = insetsOf(*insets);
+  if (const auto background = object.optionalObject("background")) node.background = capsuleOf(*background);
+  node.containerBackground = choice<ContainerBackground>(object, "containerBackground");
   return node;
 }
 
@@ -262,12 +203,6 @@ ordered_json toJson(const Node& node) {
   return out;
 }
 
-std::expected<Node, std::string> nodeFromJson(const json& value) {
-  try {
-    return Reader(value, "").node();
-  } catch (const FormError& error) {
-    return std::unexpected(error.message);
-  }
-}
+std::expected<Node, std::string> nodeFromJson(const json& value) { return base::readObject(value, "view", nodeOf); }
 
 }  // namespace protocol

@@ -4,32 +4,9 @@
 #include <charconv>
 #include <cmath>
 
+#include "base/text/xml.hpp"
+
 namespace render {
-namespace {
-
-void appendEscaped(std::string& out, std::string_view text) {
-  for (const char character : text) {
-    switch (character) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += character;
-    }
-  }
-}
-
-}  // namespace
-
 void appendNumber(std::string& text, double value) {
   const double thousandths = std::round(value * 1000);
   std::array<char, 48> digits{};
@@ -53,7 +30,7 @@ SvgWriter& SvgWriter::attribute(std::string_view name, std::string_view value) {
   out_ += ' ';
   out_ += name;
   out_ += "=\"";
-  appendEscaped(out_, value);
+  out_ += base::escapedForXml(value);
   out_ += '"';
   return *this;
 }
@@ -80,7 +57,7 @@ void SvgWriter::close() { out_ += "/>\n"; }
 
 void SvgWriter::content(std::string_view text) {
   out_ += '>';
-  appendEscaped(out_, text);
+  out_ += base::escapedForXml(text);
   end(name_);
 }
 

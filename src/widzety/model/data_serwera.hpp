@@ -18,8 +18,9 @@ absl::TimeZone strefaDatySerwera();
 ///   2025-03-14                     the first instant of that day in `strefaDaty`
 ///   2025-03-14T09:30:00.250+01:00  digits finer than absl::Time's quarter of a nanosecond are cut
 ///   2025-03-14T09:30:00Z
-/// Upper case, four digits of year, real days only, offsets up to 23:59 (ISO 8601 and RFC 3339 without leap seconds).
-/// The error is data-corrupted, "Nie rozpoznaję daty: " and the text as it came.
+/// Dates and times are read as base::parseInstant() reads them. What lies outside of the years 0000 to 9999 in UTC is
+/// no date, so that every entry can be written: 0000-01-01 begins in Warsaw in the year before. The error is
+/// data-corrupted, "Nie rozpoznaję daty: " and the text as it came.
 std::expected<absl::Time, platform::DecodingError> wczytajDate(std::string_view tekst, absl::TimeZone strefaDaty);
 std::expected<absl::Time, platform::DecodingError> wczytajDate(std::string_view tekst);
 

@@ -2,14 +2,14 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/calendar/instant.hpp"
+#include "base/text/instant.hpp"
 
 namespace host {
 namespace {
 
 using nlohmann::json;
 
-absl::Time at(const std::string& instant) { return platform::parseInstant(instant).value(); }
+absl::Time at(const std::string& instant) { return base::parseInstant(instant).value(); }
 
 TimelineAnswer timelineOf(const std::vector<std::string>& dates) {
   TimelineAnswer timeline;

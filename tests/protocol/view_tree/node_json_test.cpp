@@ -70,7 +70,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Refusal{"[]", "view: not an object"}, Refusal{"{}", "type: not a known node"},
         Refusal{R"({"type":"image"})", "type: not a known node"}, Refusal{R"({"type":1})", "type: not a text"},
-        Refusal{R"({"type":"vstack"})", "children: not an array"},
+        Refusal{R"({"type":"vstack"})", "children: missing"},
         Refusal{R"({"type":"vstack","children":[{"type":"divider"},3]})", "children[1]: not an object"},
         Refusal{R"({"type":"hstack","alignment":"bottom","children":[]})", "alignment: not a known value"},
         Refusal{R"({"type":"hstack","spacing":"6","children":[]})", "spacing: not a number"},

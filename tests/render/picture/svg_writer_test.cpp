@@ -9,7 +9,7 @@ TEST(SvgWriter, EscapesContentAndAttributes) {
   SvgWriter writer;
   writer.element("text").attribute("a", "\"<&>'").content("1 < 2 && \"x\" > 'y'");
   EXPECT_EQ(std::move(writer).take(),
-            "<text a=\"&quot;&lt;&amp;&gt;'\">1 &lt; 2 &amp;&amp; &quot;x&quot; &gt; 'y'</text>\n");
+            "<text a=\"&quot;&lt;&amp;&gt;&#39;\">1 &lt; 2 &amp;&amp; &quot;x&quot; &gt; &#39;y&#39;</text>\n");
 }
 
 TEST(SvgWriter, WritesNumbersShort) {

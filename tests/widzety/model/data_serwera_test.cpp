@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/calendar/instant.hpp"
+#include "base/text/instant.hpp"
 
 namespace widzety {
 namespace {
@@ -30,7 +30,7 @@ void sprawdz(std::span<const Przypadek> przypadki) {
   for (const auto& [tekst, chwila] : przypadki) {
     const auto wynik = wczytajDate(tekst);
     ASSERT_TRUE(wynik) << tekst;
-    EXPECT_EQ(platform::formatInstant(*wynik), chwila) << tekst;
+    EXPECT_EQ(base::formatInstant(*wynik), chwila) << tekst;
   }
 }
 
@@ -55,6 +55,18 @@ TEST(DataSerwera, ReadsADateAloneAsMidnightInWarsaw) {
             absl::FromCivil(absl::CivilMinute(0, 2, 28, 22, 36), absl::UTCTimeZone()));
 }
 
+TEST(DataSerwera, RefusesWhatLiesOutsideOfTheYearsOfFourDigitsInUtc) {
+  for (const std::string_view tekst : {"0000-01-01", "0000-01-01T00:00:00+00:01", "9999-12-31T23:59:59.5-00:01"}) {
+    const auto wynik = wczytajDate(tekst);
+    ASSERT_FALSE(wynik) << tekst;
+    EXPECT_EQ(wynik.error().description, "Nie rozpoznaję daty: " + std::string(tekst));
+  }
+  EXPECT_TRUE(wczytajDate("0000-01-02"));
+  EXPECT_TRUE(wczytajDate("9999-12-31T23:59:59.5-00:00"));
+  // West of Greenwich the last day that can be written begins in the year 9999 too.
+  EXPECT_TRUE(wczytajDate("9999-12-31", strefa("America/Santiago")));
+}
+
 TEST(DataSerwera, ADayBeginsAtItsFirstInstant) {
   const Przypadek przypadki[] = {
       {"America/Santiago 2024-09-08", "2024-09-08T04:00:00Z"},  // midnight is skipped
@@ -68,7 +80,7 @@ TEST(DataSerwera, ADayBeginsAtItsFirstInstant) {
     const auto blank = tekst.find(' ');
     const auto wynik = wczytajDate(tekst.substr(blank + 1), strefa(std::string(tekst.substr(0, blank)).c_str()));
     ASSERT_TRUE(wynik) << tekst;
-    EXPECT_EQ(platform::formatInstant(*wynik), chwila) << tekst;
+    EXPECT_EQ(base::formatInstant(*wynik), chwila) << tekst;
   }
 }
 
@@ -103,7 +115,7 @@ TEST(DataSerwera, ReadsFractionsOfASecond) {
       {"1900-01-01T00:00:00.123456789-00:30", "1900-01-01T00:30:00.123456789Z"},
   });
   const std::string dlugi = "2025-03-14T09:30:00.75" + std::string(100'000, '0') + "Z";
-  EXPECT_EQ(platform::formatInstant(wczytajDate(dlugi).value()), "2025-03-14T09:30:00.75Z");
+  EXPECT_EQ(base::formatInstant(wczytajDate(dlugi).value()), "2025-03-14T09:30:00.75Z");
 }
 
 TEST(DataSerwera, RefusesEverythingElseAndSaysTheTextAsItCame) {

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/calendar/instant.hpp"
+#include "base/text/instant.hpp"
 #include "widzety/model/klucze.hpp"
 
 namespace widzety {
@@ -17,7 +17,7 @@ using Rodzaj = DecodingError::Kind;
 
 constexpr std::string_view identyfikator = "6f1c2b9e-0d7a-4d0c-9a57-3e1f5b8c2d40";
 
-absl::Time chwila(std::string_view tekst) { return platform::parseInstant(tekst).value(); }
+absl::Time chwila(std::string_view tekst) { return base::parseInstant(tekst).value(); }
 
 auto zadania(std::string_view tresc) { return dekodujZadania(zrobDekoder(), tresc); }
 auto spotkania(std::string_view tresc) { return dekodujSpotkania(zrobDekoder(), tresc); }

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/calendar/instant.hpp"
+#include "base/text/instant.hpp"
 
 namespace widzety {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 using nlohmann::json;
 using Form = platform::EntryForm<Wpis>;
 
-absl::Time chwila(const char* text) { return *platform::parseInstant(text); }
+absl::Time chwila(const char* text) { return *base::parseInstant(text); }
 
 Wpis pelny() {
   return {.date = chwila("2025-03-14T09:30:00.25Z"),
@@ -83,6 +83,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Odmowa{"/zadania/1/id", "\"7\"", "zadania[1].id: not a UUID"},
                     Odmowa{"/zadania/0/numer", "7.5", "zadania[0].numer: not an integer of 64 bits"},
                     Odmowa{"/zadania/0/numer", "9223372036854775808", "zadania[0].numer: not an integer of 64 bits"},
+                    Odmowa{"/zadania/0/numer", "-9223372036854775809", "zadania[0].numer: not an integer of 64 bits"},
                     Odmowa{"/zadania/0/numer", "1e19", "zadania[0].numer: not an integer of 64 bits"},
                     Odmowa{"/zadania/0/termin", "\"jutro\"", "zadania[0].termin: not an instant"},
                     Odmowa{"/zadania/0/projektNazwa", "null", "zadania[0].projektNazwa: missing"},

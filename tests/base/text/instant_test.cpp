@@ -1,10 +1,10 @@
-#include "platform/calendar/instant.hpp"
+#include "base/text/instant.hpp"
 
 #include <random>
 
 #include <gtest/gtest.h>
 
-namespace platform {
+namespace base {
 namespace {
 
 absl::Time utc(int year, int month, int day, int hour, int minute, int second) {
@@ -17,10 +17,34 @@ TEST(FormatInstant, WritesOnlyTheFractionDigitsThatAreNeeded) {
   EXPECT_EQ(formatInstant(utc(2025, 3, 14, 9, 30, 0) + absl::Nanoseconds(1) / 4), "2025-03-14T09:30:00.00000000025Z");
 }
 
-TEST(FormatInstant, KeepsFourDigitsInEarlyYearsAndSignsThoseBeyond) {
+TEST(FormatInstant, KeepsFourDigitsInEarlyYears) {
   EXPECT_EQ(formatInstant(utc(33, 4, 3, 15, 0, 0)), "0033-04-03T15:00:00Z");
-  EXPECT_EQ(formatInstant(utc(-1, 12, 31, 22, 36, 0)), "-0001-12-31T22:36:00Z");
-  EXPECT_EQ(formatInstant(utc(10000, 1, 1, 0, 0, 0)), "+10000-01-01T00:00:00Z");
+  EXPECT_EQ(formatInstant(utc(0, 1, 1, 0, 0, 0)), "0000-01-01T00:00:00Z");
+  EXPECT_EQ(formatInstant(utc(9999, 12, 31, 23, 59, 59)), "9999-12-31T23:59:59Z");
+}
+
+TEST(HasWrittenForm, EndsWithTheYearsOfFourDigits) {
+  EXPECT_TRUE(hasWrittenForm(utc(0, 1, 1, 0, 0, 0)));
+  EXPECT_FALSE(hasWrittenForm(utc(0, 1, 1, 0, 0, 0) - absl::Nanoseconds(1)));
+  EXPECT_TRUE(hasWrittenForm(utc(10000, 1, 1, 0, 0, 0) - absl::Nanoseconds(1)));
+  EXPECT_FALSE(hasWrittenForm(utc(10000, 1, 1, 0, 0, 0)));
+  EXPECT_FALSE(hasWrittenForm(absl::InfiniteFuture()));
+  EXPECT_FALSE(hasWrittenForm(absl::InfinitePast()));
+}
+
+TEST(ParseInstant, RefusesWhatItsOffsetMovesOutOfTheYearsOfFourDigits) {
+  EXPECT_EQ(parseInstant("9999-12-31T23:59:59Z"), utc(9999, 12, 31, 23, 59, 59));
+  EXPECT_EQ(parseInstant("9999-12-31T23:30:00-00:30"), std::nullopt);
+  EXPECT_EQ(parseInstant("9999-12-31T23:29:59-00:30"), utc(9999, 12, 31, 23, 59, 59));
+  EXPECT_EQ(parseInstant("0000-01-01T00:29:59+00:30"), std::nullopt);
+  EXPECT_EQ(parseInstant("0000-01-01T00:30:00+00:30"), utc(0, 1, 1, 0, 0, 0));
+}
+
+TEST(ParseDay, ReadsRealDaysOnly) {
+  EXPECT_EQ(parseDay("2024-02-29"), absl::CivilDay(2024, 2, 29));
+  for (const char* text : {"", "2025-02-29", "2025-13-01", "2025-3-14", "2025-03-14T", "+025-03-14"}) {
+    EXPECT_EQ(parseDay(text), std::nullopt) << text;
+  }
 }
 
 TEST(ParseInstant, ReadsEveryOffset) {
@@ -51,7 +75,8 @@ TEST(ParseInstant, RefusesWhatIsNoInstant) {
                            "25-03-14T09:30:00Z",
                            "+025-03-14T09:30:00Z",
                            "2025-03-14T09:30:00,5Z",
-                           "-12345678901-01-01T00:00:00Z"}) {
+                           "-0001-12-31T22:36:00Z",
+                           "+10000-01-01T00:00:00Z"}) {
     EXPECT_EQ(parseInstant(text), std::nullopt) << text;
   }
 }
@@ -60,8 +85,8 @@ TEST(ParseInstant, ReadsBackEveryInstantThatWasWritten) {
   const auto seed = std::random_device{}();
   SCOPED_TRACE(testing::Message() << "seed " << seed);
   std::mt19937_64 random(seed);
-  const std::int64_t span = absl::ToUnixSeconds(utc(12000, 1, 1, 0, 0, 0));
-  std::uniform_int_distribution<std::int64_t> seconds(-span, span);
+  std::uniform_int_distribution<std::int64_t> seconds(absl::ToUnixSeconds(utc(0, 1, 1, 0, 0, 0)),
+                                                      absl::ToUnixSeconds(utc(9999, 12, 31, 23, 59, 59)));
   std::uniform_int_distribution<std::int64_t> quarters(0, 3999999999);
   for (int i = 0; i < 20000; ++i) {
     const absl::Time instant = absl::FromUnixSeconds(seconds(random)) + absl::Nanoseconds(1) / 4 * quarters(random);
@@ -70,4 +95,4 @@ TEST(ParseInstant, ReadsBackEveryInstantThatWasWritten) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace base

@@ -9,7 +9,7 @@
 
 #include <nlohmann/json.hpp>
 
-namespace protocol::json_rpc {
+namespace base {
 
 /// Arrays and objects inside one another beyond this are refused.
 inline constexpr std::size_t maximumNesting = 512;
@@ -21,4 +21,4 @@ std::expected<nlohmann::json, std::string> parseJson(std::string_view text);
 /// Compact text without line ends or any other control character. Bytes of a string that are not UTF-8 become U+FFFD.
 std::string toText(const nlohmann::json& value);
 
-}  // namespace protocol::json_rpc
+}  // namespace base

@@ -1,10 +1,12 @@
-#include "protocol/json_rpc/json_text.hpp"
+#include "base/json/json_text.hpp"
 
 #include <cstdint>
 #include <utility>
 #include <vector>
 
-namespace protocol::json_rpc {
+#include "base/text/control_characters.hpp"
+
+namespace base {
 namespace {
 
 using nlohmann::json;
@@ -79,23 +81,13 @@ class BoundedBuilder : public nlohmann::json_sax<json> {
   std::string fault_;
 };
 
-/// DEL and the controls from U+0080 to U+009F, which terminals obey too; in JSON text they stand in strings only.
-std::string withControlsEscaped(std::string text) {
-  const auto controlAt = [&text](std::size_t at) {
-    const auto byte = static_cast<unsigned char>(text[at]);
-    if (byte == 0x7f) return byte;
-    const auto next = at + 1 < text.size() ? static_cast<unsigned char>(text[at + 1]) : 0;
-    return static_cast<unsigned char>(byte == 0xc2 && next >= 0x80 && next <= 0x9f ? next : 0);
-  };
-  for (std::size_t at = text.find_first_of("\x7f\xc2"); at != std::string::npos;
-       at = text.find_first_of("\x7f\xc2", at + 1)) {
-    const auto control = controlAt(at);
-    if (control == 0) continue;
+/// DEL and the controls from U+0080 to U+009F, which terminals obey too; the library leaves them as they are. In JSON
+/// text they stand in strings only.
+std::string withControlsEscaped(std::string_view text) {
+  return replaceControls(text, [](char32_t control) {
     constexpr std::string_view digits = "0123456789abcdef";
-    const std::string escape{'\\', 'u', '0', '0', digits[control >> 4], digits[control & 0xf]};
-    text.replace(at, control == 0x7f ? 1 : 2, escape);
-  }
-  return text;
+    return std::string{'\\', 'u', '0', '0', digits[control >> 4], digits[control & 0xf]};
+  });
 }
 
 }  // namespace
@@ -114,4 +106,4 @@ std::string toText(const json& value) {
   return withControlsEscaped(value.dump(-1, ' ', false, json::error_handler_t::replace));
 }
 
-}  // namespace protocol::json_rpc
+}  // namespace base

@@ -1,4 +1,4 @@
-#include "protocol/json_rpc/json_text.hpp"
+#include "base/json/json_text.hpp"
 
 #include <cstdint>
 #include <limits>
@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace protocol::json_rpc {
+namespace base {
 namespace {
 
 using nlohmann::json;
@@ -88,4 +88,4 @@ TEST(ToText, HoldsNoControlCharacter) {
 TEST(ToText, ReplacesBytesThatAreNotUtf8) { EXPECT_EQ(toText(json{{"a", "x\xffy\n"}}), "{\"a\":\"x\uFFFDy\\n\"}"); }
 
 }  // namespace
-}  // namespace protocol::json_rpc
+}  // namespace base

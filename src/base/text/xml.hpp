@@ -1,0 +1,13 @@
+// Text inside XML and the markup that is read like it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace base {
+
+/// `text` with the five characters that XML gives a meaning escaped, for content and for attributes in either quotes:
+/// `a < "b"` gives `a &lt; &quot;b&quot;`. Characters that XML has no form for are left: filter them before.
+std::string escapedForXml(std::string_view text);
+
+}  // namespace base
