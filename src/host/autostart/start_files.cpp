@@ -67,6 +67,8 @@ std::string autostartEntry(const std::filesystem::path& program) {
          "Type=Application\n"
          "Name=Vamba\n"
          "Comment=Vamba widgets on the desktop\n"
+         "Comment[pl]=Widżety Vamby na pulpicie\n"
+         "Comment[lt]=Vamba valdikliai darbalaukyje\n"
          "TryExec=" +
          entryString(program.string()) + "\nExec=" + entryString(quoted + " desktop") +
          "\nTerminal=false\n"

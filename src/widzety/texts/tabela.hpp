@@ -1,5 +1,5 @@
 // The translation table as data: every Polish text with its English and Lithuanian beside it (tabela.inc), and the two
-// row lists made from it. What the table promises is proved when tabela.cpp is compiled.
+// row lists made from it. Compiling tabela.cpp checks the order of the keys, the tests check the normal form.
 // Looking a text up is tlumaczenia.hpp's business.
 #pragma once
 

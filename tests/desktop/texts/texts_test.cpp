@@ -44,9 +44,9 @@ TEST(DesktopTexts, TellTheNextReloadByTheDevicesClock) {
   environment.set("TZ", "Europe/Warsaw");
   const absl::Time reload = absl::FromUnixSeconds(1772353800);  // 2026-03-01 08:30 UTC
   EXPECT_EQ(nextReloadLine(textsFor(host::Language::polish), reload), "Następne odświeżenie: 09:30");
-  EXPECT_EQ(nextReloadLine(textsFor(host::Language::english), reload), "Next reload: 09:30");
+  EXPECT_EQ(nextReloadLine(textsFor(host::Language::english), reload), "Next refresh: 09:30");
   EXPECT_EQ(nextReloadLine(textsFor(host::Language::lithuanian), reload), "Kitas atnaujinimas: 09:30");
-  EXPECT_EQ(nextReloadLine(textsFor(host::Language::english), std::nullopt), "Reloading");
+  EXPECT_EQ(nextReloadLine(textsFor(host::Language::english), std::nullopt), "Refreshing");
 }
 
 }  // namespace

@@ -56,7 +56,7 @@ TEST(Lookup, FindsEveryRowInItsOwnLanguage) {
 
 TEST(Lookup, TakesTheLineBreakOfAKeyAsALineBreak) {
   EXPECT_EQ(tlumacz("Nie masz jeszcze żadnego projektu.\nZałóż pierwszy plusem u góry.", Jezyk::en),
-            "You do not have any project yet.\nCreate the first one with the plus at the top.");
+            "You do not have any projects yet.\nCreate the first one with the plus at the top.");
   const auto dwaZnaki = "Nie masz jeszcze żadnego projektu.\\nZałóż pierwszy plusem u góry.";
   EXPECT_EQ(tlumacz(dwaZnaki, Jezyk::en), dwaZnaki);
 }
