@@ -52,62 +52,83 @@ std::vector<std::string> withService(const SessionBus::Environment& desktop, con
 }
 
 void printHead() {
-  std::printf("%-26s %12s %12s %10s %10s %12s\n", "", "first frame", "wake-ups", "cpu", "memory", "children");
-  std::printf("%-26s %12s %12s %10s %10s %12s\n", "", "ms", "in the time", "ms", "PSS MB", "");
+  std::printf("%-26s %12s %10s %10s %12s\n", "", "wake-ups", "cpu", "memory", "children");
+  std::printf("%-26s %12s %10s %10s %12s\n", "", "in the time", "ms", "PSS MB", "");
 }
 
 /// A program while nothing changes.
-void measureIdle(const char* name, const WatchedProgram& program, double firstFrame, int seconds) {
+void measureIdle(const char* name, const WatchedProgram& program, int seconds) {
   program.settle();
   const auto before = program.use();
   std::this_thread::sleep_for(std::chrono::seconds(seconds));
   const auto after = program.use();
-  std::printf("%-26s %12.1f %12llu %10.0f %10.1f %12zu\n", name, firstFrame,
+  std::printf("%-26s %12llu %10.0f %10.1f %12zu\n", name,
               static_cast<unsigned long long>(wakeUpsBetween(before, after)), after.cpuMs - before.cpuMs,
               program.pssMb(), program.children());
   std::fflush(stdout);
 }
 
-struct Starts {
-  std::vector<double> widget;
-  std::vector<double> window;
-  std::vector<double> timelineToScreen;
-};
+/// When a program shows its next frame, seen from outside of it.
+using NextFrame = std::function<Clock::time_point(WatchedProgram&)>;
+
+/// When some window of the program has pixels that are not black, as those of a window are before it is painted.
+Clock::time_point firstFrameOnX(const support::XConnection& server, const WatchedProgram& program) {
+  const auto isPainted = [&](support::XWindow window) {
+    return server.isShown(window) && std::ranges::any_of(server.pictureOf(window).pixels, [](const auto& pixel) {
+             return pixel.red + pixel.green + pixel.blue > 0;
+           });
+  };
+  while (std::ranges::none_of(server.windowsOf(program.id()), isPainted)) {
+    if (Clock::now() - program.started() > std::chrono::seconds(20)) throw std::runtime_error("no frame came");
+    std::this_thread::sleep_for(std::chrono::microseconds(200));
+  }
+  return Clock::now();
+}
+
+/// When the program hands the compositor a picture, as the client library tells of it.
+Clock::time_point nextFrameOnWayland(WatchedProgram& program) { return program.lineWith(".attach(wl_buffer@"); }
 
 /// Both in turn, so that a busy moment hits both.
-Starts measureStarts(const Programs& programs, const std::vector<std::string>& environment) {
-  Starts starts;
+void measureStarts(const Programs& programs, const std::vector<std::string>& environment, const NextFrame& firstFrame) {
+  std::vector<double> windows;
+  std::vector<double> widgets;
+  std::vector<double> ratios;
   for (int i = 0; i < programs.starts; ++i) {
     {
       WatchedProgram window({programs.minimalWindow}, environment);
-      starts.window.push_back(msBetween(window.started(), window.lineWith("the first frame is shown")));
+      windows.push_back(msBetween(window.started(), firstFrame(window)));
     }
-    WatchedProgram widget({programs.host, "--extension", programs.timedExtension, "desktop", "--verbose"}, environment);
-    starts.widget.push_back(msBetween(widget.started(), widget.lineWith("the first frame is shown")));
-    const auto answered = widget.lineWith("the timeline is answered");
-    starts.timelineToScreen.push_back(msBetween(answered, widget.lineWith("a new timeline is shown")));
+    WatchedProgram widget({programs.host, "--extension", programs.extension, "desktop", "--verbose"}, environment);
+    widgets.push_back(msBetween(widget.started(), firstFrame(widget)));
+    ratios.push_back(widgets.back() / windows.back());
   }
-  return starts;
+  std::printf("first frame: one medium widget %.1f ms, minimal window %.1f ms, median of the pairs' ratios %.2f\n",
+              median(widgets), median(windows), median(ratios));
+}
+
+/// From the answer to a timeline to the painted board.
+void measureTimeline(const Programs& programs, const std::vector<std::string>& environment) {
+  std::vector<double> times;
+  for (int i = 0; i < programs.starts; ++i) {
+    WatchedProgram widget({programs.host, "--extension", programs.timedExtension, "desktop"}, environment);
+    const auto answered = widget.lineWith("the timeline is answered");
+    times.push_back(msBetween(answered, nextFrameOnWayland(widget)));
+  }
+  std::printf("from the timeline's answer to the painted board: %.1f ms\n", median(times));
 }
 
 void measure(const Programs& programs, const std::vector<std::string>& environment, const char* peer,
              const std::vector<std::string>& peerCommand) {
-  const auto starts = measureStarts(programs, environment);
   printHead();
   {
     WatchedProgram widget({programs.host, "--extension", programs.extension, "desktop", "--verbose"}, environment);
     widget.lineWith("a new timeline is shown");
-    measureIdle("one medium widget", widget, median(starts.widget), programs.seconds);
+    measureIdle("one medium widget", widget, programs.seconds);
   }
-  {
-    WatchedProgram window({programs.minimalWindow}, environment);
-    window.lineWith("the first frame is shown");
-    measureIdle("minimal window", window, median(starts.window), programs.seconds);
-  }
+  measureIdle("minimal window", WatchedProgram({programs.minimalWindow}, environment), programs.seconds);
   const WatchedProgram other(peerCommand, environment);
-  measureIdle(peer, other, 0, programs.seconds);
-  std::printf("first frame, beside the minimal window's: %.2f\n", median(starts.widget) / median(starts.window));
-  std::printf("from the timeline's answer to the painted board: %.1f ms\n\n", median(starts.timelineToScreen));
+  measureIdle(peer, other, programs.seconds);
+  std::printf("\n");
 }
 
 void onX(const Programs& programs, const bench::Command& extension) {
@@ -120,8 +141,10 @@ void onX(const Programs& programs, const bench::Command& extension) {
          "conky.text = [[\nVamba  4 do decyzji\n09:00 Narada redakcyjna\n10:30 Konsultacje\n"
          "#41 Rozliczenie delegacji\n#57 Odpowiedzi recenzentom\n]]\n";
   std::printf("X11, %d s each\n", programs.seconds);
-  measure(programs, withService(desktop.environment(), extension, programs), "conky (no first frame)",
-          {"conky", "-c", configuration});
+  const auto environment = withService(desktop.environment(), extension, programs);
+  measureStarts(programs, environment,
+                [&](const WatchedProgram& program) { return firstFrameOnX(desktop.windows(), program); });
+  measure(programs, environment, "conky", {"conky", "-c", configuration});
 }
 
 void onWayland(const Programs& programs, const bench::Command& extension) {
@@ -130,8 +153,12 @@ void onWayland(const Programs& programs, const bench::Command& extension) {
   std::ofstream(configuration)
       << R"({"layer":"bottom","height":240,"modules-left":["custom/day"],"custom/day":{"format":"09:00 Narada redakcyjna"}})";
   std::printf("Wayland, %d s each\n", programs.seconds);
-  measure(programs, withService(desktop.environment(), extension, programs), "waybar (no first frame)",
-          {"waybar", "-c", configuration});
+  const auto environment = withService(desktop.environment(), extension, programs);
+  auto talkative = environment;
+  talkative.push_back("WAYLAND_DEBUG=1");
+  measureStarts(programs, talkative, nextFrameOnWayland);
+  measureTimeline(programs, talkative);
+  measure(programs, environment, "waybar", {"waybar", "-c", configuration});
 }
 
 }  // namespace

@@ -34,6 +34,7 @@ class WatchedProgram {
   WatchedProgram& operator=(const WatchedProgram&) = delete;
 
   Clock::time_point started() const { return started_; }
+  pid_t id() const { return process_; }
   /// When a line that holds `text` came, counted from what was read before. Throws where it does not come in 20 s.
   Clock::time_point lineWith(const std::string& text);
   /// Returns when it is 20 s old and has done nothing for a second and a half. GLib ends threads that have nothing to

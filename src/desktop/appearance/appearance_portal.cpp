@@ -90,7 +90,7 @@ class AppearancePortal::Conversation {
 
   static GCancellable* ref(GCancellable* cancellable) { return static_cast<GCancellable*>(g_object_ref(cancellable)); }
 
-  static void connected(GObject* /*source*/, GAsyncResult* result, gpointer data) {
+  static void connected(GObject* /*source*/, GAsyncResult* result, gpointer data) noexcept {
     const std::unique_ptr<Question> question(static_cast<Question*>(data));
     GError* error = nullptr;
     OwnedObject<GDBusConnection> bus(g_dbus_connection_new_for_address_finish(result, &error));
@@ -123,7 +123,7 @@ class AppearancePortal::Conversation {
         new Question{this, OwnedObject<GCancellable>(ref(ended_.get())), key, method, flags, announcements_[key]});
   }
 
-  static void answered(GObject* source, GAsyncResult* result, gpointer data) {
+  static void answered(GObject* source, GAsyncResult* result, gpointer data) noexcept {
     const std::unique_ptr<Question> question(static_cast<Question*>(data));
     GError* error = nullptr;
     const OwnedVariant answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error));
@@ -150,7 +150,7 @@ class AppearancePortal::Conversation {
     if (answer != nullptr && telling_ == 0) telling_ = g_timeout_add(moment, &Conversation::tellNow, this);
   }
 
-  static gboolean tellNow(gpointer self) {
+  static gboolean tellNow(gpointer self) noexcept {
     auto& conversation = *static_cast<Conversation*>(self);
     conversation.telling_ = 0;
     conversation.tell();
@@ -158,7 +158,8 @@ class AppearancePortal::Conversation {
   }
 
   static void settingChanged(GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
-                             const char* /*interface*/, const char* /*signal*/, GVariant* arguments, gpointer self) {
+                             const char* /*interface*/, const char* /*signal*/, GVariant* arguments,
+                             gpointer self) noexcept {
     if (g_variant_is_of_type(arguments, G_VARIANT_TYPE("(ssv)")) == FALSE) return;
     const char* key = nullptr;
     GVariant* value = nullptr;
@@ -172,7 +173,8 @@ class AppearancePortal::Conversation {
 
   /// A portal that comes later, or anew, may know better. It is there already: nothing is started for this.
   static void ownerChanged(GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
-                           const char* /*interface*/, const char* /*signal*/, GVariant* arguments, gpointer self) {
+                           const char* /*interface*/, const char* /*signal*/, GVariant* arguments,
+                           gpointer self) noexcept {
     if (g_variant_is_of_type(arguments, G_VARIANT_TYPE("(sss)")) == FALSE) return;
     const char* owner = nullptr;
     g_variant_get(arguments, "(&s&s&s)", nullptr, nullptr, &owner);

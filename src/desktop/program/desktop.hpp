@@ -1,5 +1,4 @@
-// The widgets on the desktop: which copies are placed, what they show and how, and what a person asks of them. Brings
-// placement, windows and the feed together and knows nothing that they know themselves.
+// The widgets on the desktop: brings together where they are, what they show, their windows, the gallery and the feed.
 #pragma once
 
 #include <map>
@@ -8,38 +7,27 @@
 #include <string>
 #include <vector>
 
-#include "desktop/placement/arrangement.hpp"
-#include "desktop/placement/placement_store.hpp"
+#include "desktop/placement/placement_saver.hpp"
+#include "desktop/placement/widget_places.hpp"
+#include "desktop/program/boards.hpp"
+#include "desktop/program/gallery.hpp"
+#include "desktop/program/journal.hpp"
 #include "desktop/program/main_loop.hpp"
 #include "desktop/windows/board_commands.hpp"
 #include "desktop/windows/board_window.hpp"
-#include "desktop/windows/gallery_window.hpp"
 #include "desktop/windows/monitors.hpp"
-#include "desktop/windows/theme.hpp"
 #include "host/feed/feed_thread.hpp"
 
 namespace desktop {
-
-/// What a desktop tells a person, on standard error.
-class Journal {
- public:
-  explicit Journal(bool verbose) : verbose_(verbose) {}
-  void say(const std::string& sentence) const;
-  void sayIfVerbose(const std::string& sentence) const;
-  bool verbose() const { return verbose_; }
-
- private:
-  bool verbose_;
-};
 
 class Desktop final : public BoardCommands {
  public:
   struct Parts {
     MainLoop& loop;
     const Journal& journal;
-    Theme& theme;
     SurfaceStyle style;
-    std::optional<PlacementStore> store;  ///< none where the environment names no folder to keep placements in
+    LoadedPlacements placements;
+    PlacementSaver* saver = nullptr;  ///< null where the environment names no folder to keep placements in
   };
 
   Desktop(Parts parts, host::ExtensionSettings extension);
@@ -47,20 +35,18 @@ class Desktop final : public BoardCommands {
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;
 
-  /// Shows what is placed; a medium widget on the first start. Once the toolkit is there. `shown` is called when the
-  /// first frame is on the screen: what can wait begins then.
-  void begin(std::function<void()> shown);
+  /// Shows what is placed; a medium widget on the first start.
+  void begin();
 
   void setLook(const BoardLook& look);
   void openGallery() override;
 
  private:
-  Point snapped(int id, Point wanted) override;
+  Point snapped(int id, Point wanted) override { return places_.snapped(id, wanted); }
   void moveTo(int id, Point origin) override;
   void step(int id, Direction direction) override;
   void resize(int id, const std::string& family) override;
   void remove(int id) override;
-  void menuOpens() override { parts_.theme.use(); }
   void reload() override;
   std::optional<absl::Time> nextReload() const override { return nextReload_; }
   void quit() override { parts_.loop.quit(); }
@@ -72,45 +58,28 @@ class Desktop final : public BoardCommands {
   void heard(const host::ReloadPlanned& planned) { nextReload_ = planned.at; }
 
   void add(const std::string& family);
-  void placeFirst();
-  void loadWhenShown(std::function<void()> shown);
+  void galleryClosed();
   void monitorsSettleSoon();
   void monitorsChanged();
-  void placementsChanged();
+  void placesChanged();
   void save();
   void arrangeWindows();
-  void tidySoon();
-  void sayWhenPainted(const std::string& sentence);
-  void showPicture(int id, const std::string& family);
+  void showPicture(const Placed& placed);
   void feedFamilies();
-  void previewsCame(const host::FeedBoards& boards);
-  void showPreviews();
-  void closeGallery();
   void dropWindow(int id);
-
-  std::vector<Monitor> monitorValues() const;
-  const Arranged* arranged(int id) const;
-  std::vector<Rect> others(int id) const;
-  std::shared_ptr<BoardPicture> picture(const std::string& family);
 
   Parts parts_;
   host::Language language_;
   const Texts& texts_;
-  BoardLook look_;
-  Placements placements_;
-  bool firstWidgetWanted_ = false;
-  bool painted_ = false;  ///< some board has been on the screen
-  bool loading_ = false;  ///< the first timeline was asked for
+  WidgetPlaces places_;
+  bool firstWidgetWanted_;
+  Boards boards_;
   std::vector<DisplayedMonitor> monitors_;
   std::optional<MonitorChanges> monitorChanges_;
   bool monitorsPending_ = false;
-  std::vector<Arranged> arranged_;
   std::map<int, std::unique_ptr<BoardWindow>> windows_;
-  std::unique_ptr<GalleryWindow> gallery_;
-  std::map<std::string, BoardContent> previews_;                   ///< by family, while the gallery is open
-  std::map<std::string, BoardContent> contents_;                   ///< by family, as last told by the feed
-  std::map<std::string, std::shared_ptr<BoardPicture>> pictures_;  // shared by the copies of one size
-  std::vector<std::string> fedFamilies_;                           ///< what the feed was last asked to show
+  Gallery gallery_;
+  std::vector<std::string> fedFamilies_;  ///< what the feed was last asked to show
   host::WidgetDeclaration widget_;
   std::optional<absl::Time> nextReload_;
   std::string lastFailure_;

@@ -11,29 +11,24 @@ namespace {
 
 using Task = std::function<void()>;
 
-gboolean runTask(gpointer task) {
+gboolean runTask(gpointer task) noexcept {
   (*static_cast<Task*>(task))();
   return G_SOURCE_REMOVE;
 }
 
-void dropTask(gpointer task) { delete static_cast<Task*>(task); }
+void dropTask(gpointer task) noexcept { delete static_cast<Task*>(task); }
 
 Task* kept(Task task) { return std::make_unique<Task>(std::move(task)).release(); }
 
 }  // namespace
 
 void MainLoop::run() {
-  const auto end = +[](gpointer loop) -> gboolean {
+  const auto end = +[](gpointer loop) noexcept -> gboolean {
     g_main_loop_quit(static_cast<GMainLoop*>(loop));
     return G_SOURCE_CONTINUE;
   };
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) g_unix_signal_add(signal, end, loop_);
   g_main_loop_run(loop_);
-}
-
-void MainLoop::runPosted() {
-  while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
-  }
 }
 
 void MainLoop::post(Task task) { g_idle_add_full(G_PRIORITY_DEFAULT, &runTask, kept(std::move(task)), &dropTask); }

@@ -17,8 +17,6 @@ class MainLoop {
 
   /// Until `quit`, SIGTERM, SIGINT or SIGHUP.
   void run();
-  /// Runs what is posted already, without waiting for more.
-  static void runPosted();
   void quit() { g_main_loop_quit(loop_); }
 
   /// Runs the task on the main thread, from any thread, soon and in order: before windows are painted. What is posted

@@ -5,18 +5,14 @@
 #include <functional>
 #include <optional>
 
-#include <malloc.h>
+#include <gtk/gtk.h>
 #include <unistd.h>
 
 #include "desktop/appearance/appearance_portal.hpp"
 #include "desktop/program/desktop.hpp"
-#include "desktop/program/main_loop.hpp"
 #include "desktop/program/single_instance.hpp"
 #include "desktop/windows/display_way.hpp"
-#include "desktop/windows/fonts_in_preparation.hpp"
-#include "desktop/windows/theme.hpp"
 #include "desktop/windows/toolkit_look.hpp"
-#include "host/command_line/outcome.hpp"
 #include "host/command_line/programs.hpp"
 
 namespace desktop {
@@ -35,19 +31,13 @@ std::optional<PlacementStore> placementStore(const Journal& journal) {
   return PlacementStore(*file);
 }
 
-/// How boards look: by the desktop's portal where it has a word, else by the toolkit's settings. Followed as long as
-/// this lives.
+/// How boards look: as the desktop's portal says, else by the toolkit's settings. Followed as long as this lives.
 class Look {
  public:
-  Look(Desktop& desktop, const Theme& theme) : desktop_(desktop), theme_(theme) {
+  explicit Look(Desktop& desktop) : desktop_(desktop) {
     onToolkitLookChange(apply_);
     apply();
-  }
-  Look(const Look&) = delete;
-  Look& operator=(const Look&) = delete;
-
-  /// It may have to be started first; nothing waits for it.
-  void askPortal() {
+    // The portal may have to be started first. Nothing waits for it.
     const auto bus = sessionBusToAsk();
     if (!bus) return;
     portal_.emplace(*bus, [this](const DesktopAppearance& appearance) {
@@ -55,17 +45,18 @@ class Look {
       apply();
     });
   }
+  Look(const Look&) = delete;
+  Look& operator=(const Look&) = delete;
 
  private:
   void apply() {
-    const auto toolkit = toolkitLook(theme_);
+    const auto toolkit = toolkitLook();
     const auto appearance = asked_.scheme.value_or(toolkit.appearance);
     desktop_.setLook({.appearance = appearance, .accent = asked_.accent, .textScale = toolkit.textScale});
     useAppearance(appearance);
   }
 
   Desktop& desktop_;
-  const Theme& theme_;
   DesktopAppearance asked_;
   std::function<void()> apply_ = [this] { apply(); };
   std::optional<AppearancePortal> portal_;
@@ -80,23 +71,6 @@ host::CommandResult run(const host::CommandLine& line) {
   useDisplayWay(way);
   journal.sayIfVerbose("the display: " + std::string(describe(way)));
 
-  Theme theme;
-
-  // One arena of memory for its threads, which seldom want any.
-  mallopt(M_ARENA_MAX, 1);
-
-  // A window's first text waits for them otherwise, longer than for anything else.
-  FontsInPreparation fonts(host::languageTag(host::userLanguage()));
-
-  Desktop* running = nullptr;
-  SingleInstance instance([&running] {
-    if (running != nullptr) running->openGallery();
-  });
-  MainLoop loop;
-  const auto stacking = line.partOfDesktop ? Stacking::desktop : Stacking::below;
-  Desktop desktop(
-      {.loop = loop, .journal = journal, .theme = theme, .style = {way, stacking}, .store = placementStore(journal)},
-      {.program = host::extensionProgram(line)});
   // Times and numbers are formatted without it, and the host's texts need no locale.
   gtk_disable_setlocale();
   if (gtk_init_check(nullptr, nullptr) == FALSE) return failure("the display can't be opened");
@@ -105,16 +79,33 @@ host::CommandResult run(const host::CommandLine& line) {
     // What Xlib calls this from is not to be left in any other way.
     _exit(host::exit_status::noAnswer);
   });
+
+  Desktop* running = nullptr;
+  SingleInstance instance([&running] {
+    if (running != nullptr) running->openGallery();
+  });
   if (!instance.claim()) {
     journal.say("the widgets are on the desktop already; their gallery opens");
     return {};
   }
+
+  auto store = placementStore(journal);
+  auto loaded = store ? store->load() : LoadedPlacements{.firstStart = true};
+  if (loaded.notice) journal.say(*loaded.notice);
+  std::optional<PlacementSaver> saver;
+  if (store) saver.emplace(*std::move(store), [&journal](const std::string& why) { journal.say(why); });
+
+  MainLoop loop;
+  const auto stacking = line.partOfDesktop ? Stacking::desktop : Stacking::below;
+  Desktop desktop({.loop = loop,
+                   .journal = journal,
+                   .style = {way, stacking},
+                   .placements = std::move(loaded),
+                   .saver = saver ? &*saver : nullptr},
+                  {.program = host::extensionProgram(line)});
   running = &desktop;
-  Look look(desktop, theme);
-  fonts.use();
-  // What the extension has answered by now is shown at once.
-  MainLoop::runPosted();
-  desktop.begin([&look] { look.askPortal(); });
+  const Look look(desktop);
+  desktop.begin();
   loop.run();
   running = nullptr;
   return {};

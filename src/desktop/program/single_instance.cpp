@@ -3,10 +3,9 @@
 #include "desktop/appearance/appearance_portal.hpp"
 
 namespace desktop {
+
 SingleInstance::SingleInstance(std::function<void()> calledAgain) : calledAgain_(std::move(calledAgain)) {
   if (!sessionBusToAsk()) return;
-  // `claim` finds the library's one connection made; its greetings take as long as the toolkit's theme.
-  g_bus_get(G_BUS_TYPE_SESSION, nullptr, nullptr, nullptr);
   application_.reset(g_application_new("pl.ferol.vamba.Desktop", G_APPLICATION_DEFAULT_FLAGS));
   connect<&SingleInstance::activated>(application_.get(), "activate", this);
 }

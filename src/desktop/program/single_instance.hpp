@@ -11,7 +11,7 @@ namespace desktop {
 
 class SingleInstance {
  public:
-  /// Begins to connect to the session's bus. `calledAgain` runs on the main thread whenever the program was started
+  /// `calledAgain` runs on the main thread whenever the program was started
   /// once more.
   explicit SingleInstance(std::function<void()> calledAgain);
 

@@ -23,8 +23,6 @@ class BoardCommands {
   virtual void resize(int id, const std::string& family) = 0;
   virtual void remove(int id) = 0;
   virtual void openGallery() = 0;
-  /// Called before a menu of these commands is made.
-  virtual void menuOpens() = 0;
   virtual void reload() = 0;
   virtual std::optional<absl::Time> nextReload() const = 0;
   virtual void quit() = 0;

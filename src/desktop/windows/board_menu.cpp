@@ -15,8 +15,8 @@ void append(GtkWidget* menu, GtkWidget* item) { gtk_menu_shell_append(GTK_MENU_S
 
 /// The action lives as long as the item.
 void onActivate(GtkWidget* item, Action action) {
-  const auto call = +[](GtkMenuItem* /*item*/, gpointer kept) { (*static_cast<Action*>(kept))(); };
-  const auto drop = +[](gpointer kept, GClosure* /*closure*/) { delete static_cast<Action*>(kept); };
+  const auto call = +[](GtkMenuItem* /*item*/, gpointer kept) noexcept { (*static_cast<Action*>(kept))(); };
+  const auto drop = +[](gpointer kept, GClosure* /*closure*/) noexcept { delete static_cast<Action*>(kept); };
   g_signal_connect_data(item, "activate", G_CALLBACK(call), std::make_unique<Action>(std::move(action)).release(), drop,
                         GConnectFlags{});
 }
@@ -60,8 +60,8 @@ GtkWidget* remark(const std::string& text) {
 
 /// Once it is closed and what was chosen has been done.
 void destroyWhenClosed(GtkWidget* menu) {
-  const auto later = +[](GtkWidget* closed, gpointer /*data*/) {
-    const auto destroy = +[](gpointer held) -> gboolean {
+  const auto later = +[](GtkWidget* closed, gpointer /*data*/) noexcept {
+    const auto destroy = +[](gpointer held) noexcept -> gboolean {
       gtk_widget_destroy(GTK_WIDGET(held));
       return G_SOURCE_REMOVE;
     };
@@ -74,7 +74,6 @@ void destroyWhenClosed(GtkWidget* menu) {
 
 void popUpBoardMenu(GtkWidget* board, const MenuSubject& subject, BoardCommands& commands, const Texts& texts,
                     const GdkEvent* event) {
-  commands.menuOpens();
   const int id = subject.id;
   GtkWidget* const menu = gtk_menu_new();
   append(menu, submenu(texts.size, sizes(subject, commands, texts)));

@@ -79,6 +79,7 @@ BoardSurface::BoardSurface(SurfaceStyle style, Role role)
   if (style.way == DisplayWay::layerShell) makeLayer(asWindow(window_), role);
   if (role == Role::image) gtk_window_set_accept_focus(asWindow(window_), FALSE);
   connect<&BoardSurface::draw>(window_, "draw", this);
+  connect<&BoardSurface::shown>(window_, "map-event", this);
   connect<&BoardSurface::closeAsked>(window_, "delete-event", this);
   for (const char* signal : {"notify::is-active", "notify::focus-visible"}) {
     connect<&BoardSurface::focusChanged>(window_, signal, this);
@@ -123,25 +124,10 @@ void BoardSurface::place(const SurfacePlace& place) {
   shape();
 }
 
-void BoardSurface::whenPainted(std::function<void()> painted) {
-  GdkWindow* const mapped = gtk_widget_get_window(window_);
-  if (mapped == nullptr) return;
-  painted_.push_back(std::move(painted));
-  if (painted_.size() == 1) {
-    connect<&BoardSurface::framePainted>(gdk_window_get_frame_clock(mapped), "after-paint", this);
-  }
-  repaint();
-}
-
-void BoardSurface::framePainted() {
-  g_signal_handlers_disconnect_by_data(gdk_window_get_frame_clock(gtk_widget_get_window(window_)), this);
-  for (const auto& tell : std::exchange(painted_, {})) tell();
-}
-
 void BoardSurface::askToBeShown() {
   GdkWindow* const mapped = gtk_widget_get_window(window_);
   // The toolkit asks the server each time, whatever it believes.
-  if (style_.way == DisplayWay::x11 && mapped != nullptr) gdk_window_show_unraised(mapped);
+  if (style_.way == DisplayWay::x11 && mapped != nullptr && !mapped_) gdk_window_show_unraised(mapped);
 }
 
 void BoardSurface::hide() { gtk_widget_hide(window_); }
@@ -229,6 +215,11 @@ void BoardSurface::shape() {
   cairo_surface_destroy(mask);
   gtk_widget_shape_combine_region(window_, region);
   cairo_region_destroy(region);
+}
+
+gboolean BoardSurface::shown(GdkEvent* /*event*/) {
+  mapped_ = true;
+  return FALSE;
 }
 
 /// A board goes when its copy is removed, not when a window manager or a vanished monitor closes it.

@@ -2,9 +2,7 @@
 // in the way of the display. What a person does with it is board_window.hpp's.
 #pragma once
 
-#include <functional>
 #include <memory>
-#include <vector>
 
 #include <gtk/gtk.h>
 
@@ -48,17 +46,14 @@ class BoardSurface {
   void show(std::shared_ptr<BoardPicture> picture);
   void place(const SurfacePlace& place);
   void hide();
-  /// Asks an X11 window manager once more for what was placed: one that is starting may sit on what it was asked until
-  /// it hears from somebody.
+  /// Asks an X11 window manager once more for a board that it has not shown yet: one that is starting may answer
+  /// nothing until the next request.
   void askToBeShown();
-  /// Once, when what it shows now has been painted.
-  void whenPainted(std::function<void()> painted);
   /// How opaque the board is painted.
   void fade(double opacity);
 
  private:
   gboolean draw(cairo_t* cairo);
-  void framePainted();
   /// In whole points; of nothing while there is no picture.
   Size pictureSize() const;
   void drawFocus(cairo_t* cairo) const;
@@ -67,6 +62,7 @@ class BoardSurface {
   bool composed() const;
   void shape();
   void repaint();
+  gboolean shown(GdkEvent* event);
   gboolean closeAsked(GdkEvent* event);
 
   SurfaceStyle style_;
@@ -75,8 +71,8 @@ class BoardSurface {
   std::shared_ptr<BoardPicture> picture_;  // shared with the copies of the same size
   SurfacePlace place_;
   OwnedObject<GdkMonitor> monitor_;  // kept: another one at a gone one's address would pass for it
+  bool mapped_ = false;              ///< the window manager has shown it
   double opacity_ = 1;
-  std::vector<std::function<void()>> painted_;
 };
 
 }  // namespace desktop

@@ -26,8 +26,6 @@ class BoardWindow {
   void place(const SurfacePlace& place);
   void hide() { surface_.hide(); }
   void askToBeShown() { surface_.askToBeShown(); }
-  /// Once, when what it shows now has been painted.
-  void whenPainted(std::function<void()> painted) { surface_.whenPainted(std::move(painted)); }
   /// Gives it the keyboard.
   void focus();
 

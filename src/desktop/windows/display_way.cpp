@@ -25,11 +25,11 @@ bool isSet(const char* name) {
 enum class Compositor { absent, withLayers, withoutLayers };
 
 void lookForLayers(void* found, wl_registry* /*registry*/, std::uint32_t /*name*/, const char* interface,
-                   std::uint32_t /*version*/) {
+                   std::uint32_t /*version*/) noexcept {
   if (std::string_view(interface) == "zwlr_layer_shell_v1") *static_cast<bool*>(found) = true;
 }
 
-void forget(void* /*found*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {}
+void forget(void* /*found*/, wl_registry* /*registry*/, std::uint32_t /*name*/) noexcept {}
 
 Compositor askCompositor() {
   if (!isSet("WAYLAND_DISPLAY")) return Compositor::absent;
@@ -65,7 +65,7 @@ void useDisplayWay(DisplayWay way) {
 void sayWhenServerGoes(DisplayWay way, LastWords lastWords) {
   if (way != DisplayWay::x11) return;
   static const LastWords kept = lastWords;
-  XSetIOErrorHandler([](Display* /*display*/) {
+  XSetIOErrorHandler([](Display* /*display*/) noexcept {
     kept();
     return 0;
   });

@@ -22,7 +22,7 @@ struct Slot;
 
 template <typename Class, typename Result, typename... Arguments, Result (Class::*method)(Arguments...)>
 struct Slot<method> {
-  static Result call(gpointer /*emitter*/, Arguments... arguments, gpointer self) {
+  static Result call(gpointer /*emitter*/, Arguments... arguments, gpointer self) noexcept {
     return (static_cast<Class*>(self)->*method)(arguments...);
   }
 };

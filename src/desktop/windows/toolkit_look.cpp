@@ -21,9 +21,19 @@ bool preferredDarkAtStart() {
   return atStart;
 }
 
-/// Setting it is told as a change even where nothing changes.
+/// The toolkit announces a change even where nothing changes.
 void preferTheme(bool dark) {
   if (prefersDark() != dark) g_object_set(gtk_settings_get_default(), preferDark, dark ? TRUE : FALSE, nullptr);
+}
+
+/// Of the theme that the toolkit draws with.
+bool hasDarkBackground() {
+  GtkStyleContext* const style = gtk_style_context_new();
+  GdkRGBA background{};
+  const bool known = gtk_style_context_lookup_color(style, "theme_bg_color", &background) != FALSE;
+  g_object_unref(style);
+  // Relative luminance without the curve: dark or light is all that is asked.
+  return known && 0.2126 * background.red + 0.7152 * background.green + 0.0722 * background.blue < 0.5;
 }
 
 double textScale() {
@@ -37,9 +47,9 @@ double textScale() {
 
 }  // namespace
 
-ToolkitLook toolkitLook(const Theme& theme) {
-  // What `useAppearance` chose says nothing of what the person did.
-  const bool dark = preferredDarkAtStart() || theme.isDark();
+ToolkitLook toolkitLook() {
+  preferTheme(preferredDarkAtStart());
+  const bool dark = preferredDarkAtStart() || hasDarkBackground();
   return {.appearance = dark ? render::Appearance::dark : render::Appearance::light, .textScale = textScale()};
 }
 
@@ -49,7 +59,7 @@ void useAppearance(render::Appearance appearance) {
 }
 
 void onToolkitLookChange(std::function<void()>& changed) {
-  const auto call = +[](GObject* /*settings*/, GParamSpec* /*property*/, gpointer called) {
+  const auto call = +[](GObject* /*settings*/, GParamSpec* /*property*/, gpointer called) noexcept {
     (*static_cast<std::function<void()>*>(called))();
   };
   for (const char* signal : {"notify::gtk-theme-name", "notify::gtk-xft-dpi"}) {

@@ -3,8 +3,7 @@
 
 #include <functional>
 
-#include "desktop/windows/board_picture.hpp"
-#include "desktop/windows/theme.hpp"
+#include "render/colour/palette.hpp"
 
 namespace desktop {
 
@@ -15,7 +14,8 @@ struct ToolkitLook {
   bool operator==(const ToolkitLook&) const = default;
 };
 
-ToolkitLook toolkitLook(const Theme& theme);
+/// As the person set it: the toolkit is put back to that, whatever `useAppearance` chose.
+ToolkitLook toolkitLook();
 
 /// Whether menus and the gallery are drawn dark.
 void useAppearance(render::Appearance appearance);

@@ -19,7 +19,18 @@ struct Release {
 
 using OwnedQueue = std::unique_ptr<wl_event_queue, Release<&wl_event_queue_destroy>>;
 using OwnedRegistry = std::unique_ptr<wl_registry, Release<&wl_registry_destroy>>;
-using OwnedOutput = std::unique_ptr<wl_output, Release<&wl_output_destroy>>;
+
+/// Tells the compositor too, since version 3: what is only destroyed here stays its own to keep.
+struct ReleaseOutput {
+  void operator()(wl_output* output) const {
+    if (wl_output_get_version(output) >= WL_OUTPUT_RELEASE_SINCE_VERSION) {
+      wl_output_release(output);
+    } else {
+      wl_output_destroy(output);
+    }
+  }
+};
+using OwnedOutput = std::unique_ptr<wl_output, ReleaseOutput>;
 
 struct Bound {
   OwnedOutput proxy;
@@ -33,23 +44,24 @@ constexpr wl_output_listener outputListener{
     .geometry =
         [](void* output, wl_output* /*proxy*/, std::int32_t /*x*/, std::int32_t /*y*/, std::int32_t /*width*/,
            std::int32_t /*height*/, std::int32_t /*subpixel*/, const char* make, const char* model,
-           std::int32_t /*transform*/) {
+           std::int32_t /*transform*/) noexcept {
           auto& told = *static_cast<WaylandOutput*>(output);
           told.make = make;
           told.model = model;
         },
-    .mode = [](void*, wl_output*, std::uint32_t, std::int32_t, std::int32_t, std::int32_t) {},
-    .done = [](void*, wl_output*) {},
-    .scale = [](void*, wl_output*, std::int32_t) {},
+    .mode = [](void*, wl_output*, std::uint32_t, std::int32_t, std::int32_t, std::int32_t) noexcept {},
+    .done = [](void*, wl_output*) noexcept {},
+    .scale = [](void*, wl_output*, std::int32_t) noexcept {},
     .name = [](void* output, wl_output* /*proxy*/,
-               const char* name) { static_cast<WaylandOutput*>(output)->name = name; },
+               const char* name) noexcept { static_cast<WaylandOutput*>(output)->name = name; },
     .description = [](void* output, wl_output* /*proxy*/,
-                      const char* text) { static_cast<WaylandOutput*>(output)->description = text; },
+                      const char* text) noexcept { static_cast<WaylandOutput*>(output)->description = text; },
 };
 
 constexpr wl_registry_listener registryListener{
     .global =
-        [](void* all, wl_registry* registry, std::uint32_t name, const char* interface, std::uint32_t version) {
+        [](void* all, wl_registry* registry, std::uint32_t name, const char* interface,
+           std::uint32_t version) noexcept {
           if (std::string_view(interface) != wl_output_interface.name) return;
           constexpr std::uint32_t withNames = 4;
           auto& bound = *static_cast<AllBound*>(all)->emplace_back(std::make_unique<Bound>());
@@ -57,7 +69,7 @@ constexpr wl_registry_listener registryListener{
               wl_registry_bind(registry, name, &wl_output_interface, std::min(version, withNames))));
           wl_output_add_listener(bound.proxy.get(), &outputListener, &bound.told);
         },
-    .global_remove = [](void*, wl_registry*, std::uint32_t) {},
+    .global_remove = [](void*, wl_registry*, std::uint32_t) noexcept {},
 };
 
 }  // namespace

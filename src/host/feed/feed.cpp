@@ -12,13 +12,8 @@ constexpr Wait atOnce{.until = std::nullopt, .pause = absl::ZeroDuration()};
 
 }  // namespace
 
-Feed::Feed(ExtensionSettings settings, FeedListener listener, Timekeeper& time, Placeholders placeholders,
-           FirstLoad firstLoad)
-    : extension_(std::move(settings)),
-      listener_(std::move(listener)),
-      time_(time),
-      placeholders_(placeholders),
-      firstLoad_(firstLoad) {}
+Feed::Feed(ExtensionSettings settings, FeedListener listener, Timekeeper& time, Placeholders placeholders)
+    : extension_(std::move(settings)), listener_(std::move(listener)), time_(time), placeholders_(placeholders) {}
 
 void Feed::show(std::vector<std::string> families) {
   if (families == families_) return;
@@ -35,8 +30,7 @@ void Feed::show(std::vector<std::string> families) {
     // What fails here fails again in the load that follows, and is reported then.
     static_cast<void>(showPlaceholders());
   }
-  const bool held = firstLoad_ == FirstLoad::whenAskedFor && !timeline_;
-  if (wasIdle && !held) plan(atOnce);
+  if (wasIdle) plan(atOnce);
 }
 
 void Feed::handleWakeUps() {
@@ -50,7 +44,6 @@ void Feed::handleWakeUps() {
 }
 
 void Feed::reload() {
-  firstLoad_ = FirstLoad::atOnce;
   if (families_.empty()) return;
   // A clock that is set during the load is noticed after it.
   planRedraw();

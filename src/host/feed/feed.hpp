@@ -51,12 +51,9 @@ using FeedListener = std::function<void(FeedNews)>;
 class Feed {
  public:
   enum class Placeholders { none, untilLoaded };
-  /// When the first timeline is asked for: as soon as there is a size to show it in, or at the first `reload`.
-  enum class FirstLoad { atOnce, whenAskedFor };
 
   /// `time` must outlive the feed.
-  Feed(ExtensionSettings settings, FeedListener listener, Timekeeper& time, Placeholders placeholders,
-       FirstLoad firstLoad = FirstLoad::atOnce);
+  Feed(ExtensionSettings settings, FeedListener listener, Timekeeper& time, Placeholders placeholders);
 
   /// The sizes to show from now on. New ones are shown at once where something is there to show; the first timeline is
   /// asked for when there is a first size.
@@ -89,7 +86,6 @@ class Feed {
   FeedListener listener_;
   Timekeeper& time_;
   Placeholders placeholders_;
-  FirstLoad firstLoad_;
   ReloadSchedule schedule_;
   std::vector<std::string> families_;
   WidgetDeclaration widget_;                ///< with an empty kind until it is known

@@ -28,15 +28,14 @@ class SignalsBlocked {
 
 }  // namespace
 
-FeedThread::FeedThread(ExtensionSettings settings, FeedListener listener, Feed::Placeholders placeholders,
-                       Feed::FirstLoad firstLoad)
-    : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), interruption_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-  settings.interruption = interruption_.get();
+FeedThread::FeedThread(ExtensionSettings settings, FeedListener listener, Feed::Placeholders placeholders)
+    : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  settings.interruption = wake_.get();
   const SignalsBlocked blocked;
-  thread_ = std::jthread(
-      [this, settings = std::move(settings), listener = std::move(listener), placeholders, firstLoad]() mutable {
+  thread_ =
+      std::jthread([this, settings = std::move(settings), listener = std::move(listener), placeholders]() mutable {
         SystemTimekeeper time;
-        Feed feed(std::move(settings), std::move(listener), time, placeholders, firstLoad);
+        Feed feed(std::move(settings), std::move(listener), time, placeholders);
         run(feed);
       });
 }
@@ -46,19 +45,11 @@ FeedThread::~FeedThread() {
     const std::scoped_lock lock(mutex_);
     ending_ = true;
   }
-  eventfd_write(interruption_.get(), 1);
   eventfd_write(wake_.get(), 1);
 }
 
 void FeedThread::post(Task task) {
   // Both under one lock: a task that was taken already must not interrupt itself.
-  const std::scoped_lock lock(mutex_);
-  posted_.push_back(std::move(task));
-  eventfd_write(interruption_.get(), 1);
-  eventfd_write(wake_.get(), 1);
-}
-
-void FeedThread::postInTurn(Task task) {
   const std::scoped_lock lock(mutex_);
   posted_.push_back(std::move(task));
   eventfd_write(wake_.get(), 1);
@@ -68,7 +59,6 @@ std::vector<FeedThread::Task> FeedThread::takePosted() {
   const std::scoped_lock lock(mutex_);
   eventfd_t count = 0;
   eventfd_read(wake_.get(), &count);
-  eventfd_read(interruption_.get(), &count);
   return std::exchange(posted_, {});
 }
 

@@ -17,8 +17,7 @@ class FeedThread {
  public:
   using Task = std::function<void(Feed&)>;
 
-  FeedThread(ExtensionSettings settings, FeedListener listener, Feed::Placeholders placeholders,
-             Feed::FirstLoad firstLoad = Feed::FirstLoad::atOnce);
+  FeedThread(ExtensionSettings settings, FeedListener listener, Feed::Placeholders placeholders);
   /// Interrupts what the feed is doing, ends its extension and joins the thread.
   ~FeedThread();
   FeedThread(const FeedThread&) = delete;
@@ -26,15 +25,12 @@ class FeedThread {
 
   /// Runs the task on the feed's thread, soon: a load under way is interrupted for it and begins again afterwards.
   void post(Task task);
-  /// Runs the task once what the feed is doing has ended.
-  void postInTurn(Task task);
 
  private:
   void run(Feed& feed);
   std::vector<Task> takePosted();
 
-  base::FileDescriptor wake_;          ///< readable while something is posted
-  base::FileDescriptor interruption_;  ///< readable while something is posted that does not wait
+  base::FileDescriptor wake_;  ///< readable while something is posted; interrupts a load
   std::mutex mutex_;
   std::vector<Task> posted_;
   bool ending_ = false;

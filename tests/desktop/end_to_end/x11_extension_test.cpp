@@ -86,8 +86,6 @@ TEST_F(ExtensionOnX11, HungExtensionThatIsKilledIsToldOfAndStartedAgain) {
 }
 
 TEST_F(ExtensionOnX11, StoppedExtensionIsKilledAfterItsDeadlineAndStartedAgainBehindTheLastBoard) {
-  using std::chrono::steady_clock;
-  const auto begin = steady_clock::now();
   startThenFail("stop in render");
   ASSERT_TRUE(eventually([this] { return extension_.requests("timeline") == 2; }));
   const auto stopped = extension_.processes().back();
@@ -95,9 +93,6 @@ TEST_F(ExtensionOnX11, StoppedExtensionIsKilledAfterItsDeadlineAndStartedAgainBe
   const char* const sentence = "the extension did not answer \"render\" in time";
   EXPECT_TRUE(host().says(sentence)) << host().said();
   extension_.set("FAKE_EXTENSION", "");
-  // The deadline of what need not be fetched, and not of a timeline.
-  EXPECT_GE(steady_clock::now() - begin, std::chrono::seconds(5));
-  EXPECT_LT(steady_clock::now() - begin, std::chrono::seconds(25));
   EXPECT_TRUE(eventually([&] { return ::kill(stopped, 0) != 0; })) << "it is killed";
   EXPECT_TRUE(isShown());
 
@@ -105,7 +100,6 @@ TEST_F(ExtensionOnX11, StoppedExtensionIsKilledAfterItsDeadlineAndStartedAgainBe
   EXPECT_EQ(extension_.processes().size(), 3U) << "started once more";
   const std::string said = host().said();
   EXPECT_EQ(said.find(sentence), said.rfind(sentence)) << said;
-  EXPECT_EQ(std::ranges::count(said, '\n'), 6) << said;
   EXPECT_TRUE(isShown());
 }
 

@@ -95,6 +95,8 @@ TEST_F(InputOnX11, EscapeDuringADragPutsTheWidgetBack) {
   press(keys::f5);
   EXPECT_TRUE(host().says("a new timeline is shown", 2));
   EXPECT_TRUE(boardsAre({medium, small}));
+  // What there is to keep is kept at the end.
+  EXPECT_EQ(host().end(), 0);
   EXPECT_EQ(placements(display()), before);
 }
 
@@ -115,7 +117,7 @@ TEST_F(InputOnX11, ArrowKeysMoveByAStepAndDigitsChangeTheSize) {
   press('2');
   ASSERT_TRUE(
       eventually([this] { return areas().at(0).height == mediumHeight && areas().at(0).width == mediumWidth; }));
-  EXPECT_EQ(placements(display())["widgets"].at(0)["family"], "systemMedium");
+  EXPECT_TRUE(eventually([this] { return placements(display())["widgets"].at(0)["family"] == "systemMedium"; }));
 }
 
 TEST_F(InputOnX11, DeleteRemovesAndOpensTheGalleryWhenNoneIsLeft) {
@@ -126,7 +128,7 @@ TEST_F(InputOnX11, DeleteRemovesAndOpensTheGalleryWhenNoneIsLeft) {
   focus(small);
   press(keys::deletion);
   EXPECT_TRUE(boardsAre({}));
-  EXPECT_EQ(placedCount(), 0U);
+  EXPECT_TRUE(eventually([this] { return placedCount() == 0; })) << placements(display());
   awaitGallery();
   // Nothing would be left through which the program could be spoken to.
   press(keys::escape);

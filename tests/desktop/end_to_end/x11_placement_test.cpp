@@ -32,6 +32,7 @@ TEST_F(PlacementOnX11, LaterStartsFindEveryWidgetWhereItWas) {
   start();
   EXPECT_TRUE(boardsAre({large, small}));
   EXPECT_TRUE(host().says("a new timeline is shown"));
+  EXPECT_EQ(host().end(), 0);
   EXPECT_EQ(placements(display()), before);
   EXPECT_EQ(extension_.processes().size(), 1U);
   EXPECT_EQ(extension_.requests("timeline"), 1U);

@@ -323,21 +323,5 @@ TEST_F(FeedTest, InterruptsALoadForATaskAndBeginsItAgain) {
   EXPECT_THAT(told_.all().back(), HasSubstr("timeline systemLarge"));
 }
 
-TEST_F(FeedTest, LetsThePlaceholderComeBeforeALoadThatWaitsItsTurn) {
-  folder_.write("held", "");
-  environment_.set("FAKE_EXTENSION_HELD", folder_.path("held"));
-  environment_.set("FAKE_EXTENSION_REQUESTS", folder_.path("requests"));
-  const auto rendering = [this] { return support::contentOf(folder_.path("requests")).contains("render"); };
-  FeedThread thread(settings(), told_.listener(), Feed::Placeholders::untilLoaded, Feed::FirstLoad::whenAskedFor);
-  thread.post([](Feed& feed) { feed.show({"systemSmall"}); });
-  ASSERT_TRUE(support::eventually(rendering));
-  thread.postInTurn([](Feed& feed) { feed.reload(); });
-  std::filesystem::remove(folder_.path("held"));
-  ASSERT_TRUE(told_.waitFor(3));
-  EXPECT_THAT(told_.all(),
-              ElementsAre("widget fake", "placeholder, placeholder systemSmall", "load, timeline systemSmall"));
-  EXPECT_EQ(starts(), 1U);
-}
-
 }  // namespace
 }  // namespace host

@@ -1,0 +1,49 @@
+#include "desktop/placement/placement_saver.hpp"
+
+#include <utility>
+
+namespace desktop {
+namespace {
+
+constexpr std::chrono::milliseconds rest{500};
+
+}  // namespace
+
+PlacementSaver::PlacementSaver(PlacementStore store, std::function<void(const std::string&)> failed)
+    : store_(std::move(store)), failed_(std::move(failed)), thread_([this] { run(); }) {}
+
+PlacementSaver::~PlacementSaver() {
+  {
+    const std::scoped_lock lock(mutex_);
+    ending_ = true;
+  }
+  changed_.notify_one();
+}
+
+void PlacementSaver::save(Placements placements) {
+  {
+    const std::scoped_lock lock(mutex_);
+    unsaved_ = std::move(placements);
+    due_ = std::chrono::steady_clock::now() + rest;
+  }
+  changed_.notify_one();
+}
+
+void PlacementSaver::run() {
+  std::unique_lock lock(mutex_);
+  while (true) {
+    changed_.wait(lock, [this] { return ending_ || unsaved_; });
+    // Each further change puts the moment off.
+    while (!ending_ && std::chrono::steady_clock::now() < due_) changed_.wait_until(lock, due_);
+    if (unsaved_) {
+      const Placements placements = *std::exchange(unsaved_, std::nullopt);
+      lock.unlock();
+      if (const auto saved = store_.save(placements); !saved) failed_(saved.error());
+      lock.lock();
+    } else if (ending_) {
+      return;
+    }
+  }
+}
+
+}  // namespace desktop

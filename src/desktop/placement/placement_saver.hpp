@@ -1,0 +1,40 @@
+// Saves placements without keeping anybody waiting for a disk: on a thread of its own, once, half a second after the
+// last change, and what is left when it ends.
+#pragma once
+
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include "desktop/placement/placement_store.hpp"
+
+namespace desktop {
+
+class PlacementSaver {
+ public:
+  /// `failed` is called on the saver's thread, with a sentence for a person.
+  PlacementSaver(PlacementStore store, std::function<void(const std::string&)> failed);
+  /// Saves what is not saved yet.
+  ~PlacementSaver();
+  PlacementSaver(const PlacementSaver&) = delete;
+  PlacementSaver& operator=(const PlacementSaver&) = delete;
+
+  void save(Placements placements);
+
+ private:
+  void run();
+
+  PlacementStore store_;
+  std::function<void(const std::string&)> failed_;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::optional<Placements> unsaved_;
+  std::chrono::steady_clock::time_point due_;
+  bool ending_ = false;
+  std::jthread thread_;  // last: it uses the others
+};
+
+}  // namespace desktop

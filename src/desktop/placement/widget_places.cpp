@@ -1,0 +1,91 @@
+#include "desktop/placement/widget_places.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace desktop {
+
+const Arranged* WidgetPlaces::arranged(int id) const {
+  const auto found = std::ranges::find(arranged_, id, &Arranged::id);
+  return found == arranged_.end() ? nullptr : &*found;
+}
+
+void WidgetPlaces::setMonitors(std::vector<Monitor> monitors) {
+  monitors_ = std::move(monitors);
+  arrangeAll();
+}
+
+Point WidgetPlaces::snapped(int id, Point wanted) const {
+  const auto* const where = arranged(id);
+  if (where == nullptr) return wanted;
+  const Rect rect = rectAt(wanted, where->rect.size());
+  const auto monitor = monitorUnder(rect, monitors_);
+  return monitor ? snappedOrigin(rect, others(id), monitors_[*monitor].area) : wanted;
+}
+
+bool WidgetPlaces::add(const std::string& kind, const std::string& family) {
+  const auto size = sizes_(family);
+  const auto place = size ? placeForNew(*size, placements_, monitors_, sizes_) : std::nullopt;
+  if (!place || !placements_.add(kind, family, *place)) return false;
+  arrangeAll();
+  return true;
+}
+
+bool WidgetPlaces::moveTo(int id, Point origin) {
+  const auto* const where = arranged(id);
+  if (where == nullptr) return false;
+  const Rect rect = rectAt(origin, where->rect.size());
+  const auto monitor = monitorUnder(rect, monitors_);
+  if (!monitor) return false;
+  placements_.setPlace(id, placeOf(rect, monitors_[*monitor]));
+  arrangeAll();
+  return true;
+}
+
+bool WidgetPlaces::step(int id, Direction direction) {
+  const auto* const where = arranged(id);
+  return where != nullptr && moveTo(id, steppedOrigin(where->rect, direction, monitorOf(*where).area));
+}
+
+bool WidgetPlaces::resize(int id, const std::string& family) {
+  const auto* const where = arranged(id);
+  const auto* const placed = placements_.find(id);
+  const auto size = sizes_(family);
+  if (where == nullptr || placed == nullptr || placed->family == family || !size) return false;
+  const Monitor& monitor = monitorOf(*where);
+  const Place place = placeOf(where->rect, monitor);
+  const Point origin = clampedOrigin(rectAt(originOf(place, *size, monitor.area), *size), monitor.area);
+  placements_.setFamily(id, family);
+  placements_.setPlace(id, placeOf(rectAt(origin, *size), monitor));
+  arrangeAll();
+  return true;
+}
+
+bool WidgetPlaces::remove(int id) {
+  if (placements_.find(id) == nullptr) return false;
+  placements_.remove(id);
+  arrangeAll();
+  return true;
+}
+
+bool WidgetPlaces::nameKind(const std::string& kind) {
+  bool named = false;
+  for (const auto& placed : std::vector(all().begin(), all().end())) {
+    if (!placed.kind.empty()) continue;
+    placements_.setKind(placed.id, kind);
+    named = true;
+  }
+  return named;
+}
+
+void WidgetPlaces::arrangeAll() { arranged_ = arrange(placements_, monitors_, sizes_); }
+
+std::vector<Rect> WidgetPlaces::others(int id) const {
+  std::vector<Rect> rects;
+  for (const auto& each : arranged_) {
+    if (each.id != id) rects.push_back(each.rect);
+  }
+  return rects;
+}
+
+}  // namespace desktop

@@ -1,0 +1,55 @@
+// The widgets' places on the monitors of the moment, and what a person does with them. Knows nothing of windows.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "desktop/placement/arrangement.hpp"
+#include "desktop/placement/snapping.hpp"
+
+namespace desktop {
+
+class WidgetPlaces {
+ public:
+  using Sizes = std::function<std::optional<Size>(std::string_view family)>;
+
+  explicit WidgetPlaces(Placements placements, Sizes sizes)
+      : placements_(std::move(placements)), sizes_(std::move(sizes)) {}
+
+  const Placements& placements() const { return placements_; }
+  std::span<const Placed> all() const { return placements_.all(); }
+  bool empty() const { return placements_.empty(); }
+
+  /// Where the copy is now; null where it can't be shown.
+  const Arranged* arranged(int id) const;
+  const Monitor& monitorOf(const Arranged& copy) const { return monitors_[copy.monitor]; }
+
+  void setMonitors(std::vector<Monitor> monitors);
+
+  /// Where the copy would come to lie if it were dropped at `wanted`.
+  Point snapped(int id, Point wanted) const;
+
+  // Each of these tells whether it changed a place.
+  bool add(const std::string& kind, const std::string& family);
+  bool moveTo(int id, Point origin);
+  bool step(int id, Direction direction);
+  /// It grows from the corner by which it is placed, and stays on its monitor.
+  bool resize(int id, const std::string& family);
+  bool remove(int id);
+  /// Names the widget of copies that were placed before its name was known.
+  bool nameKind(const std::string& kind);
+
+ private:
+  void arrangeAll();
+  std::vector<Rect> others(int id) const;
+
+  Placements placements_;
+  Sizes sizes_;
+  std::vector<Monitor> monitors_;
+  std::vector<Arranged> arranged_;
+};
+
+}  // namespace desktop

@@ -1,0 +1,37 @@
+// The gallery from its opening to its end: its window, and the previews that it shows.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "desktop/windows/gallery_window.hpp"
+#include "host/feed/feed.hpp"
+
+namespace desktop {
+
+class Gallery {
+ public:
+  /// `actions.closed` is called when nothing of the window is needed any more.
+  Gallery(const Texts& texts, GalleryWindow::Actions actions) : texts_(texts), actions_(std::move(actions)) {}
+
+  bool isOpen() const { return window_ != nullptr; }
+  /// Opens the window, or brings it to the front.
+  void open(const host::WidgetDeclaration& widget);
+  void describe(const host::WidgetDeclaration& widget);
+  void showPreviews(const host::FeedBoards& boards, host::Language language, const BoardLook& look);
+  void setLook(const BoardLook& look);
+
+ private:
+  void close();
+  void show();
+
+  const Texts& texts_;
+  GalleryWindow::Actions actions_;
+  std::unique_ptr<GalleryWindow> window_;
+  BoardLook look_;
+  std::map<std::string, BoardContent> previews_;  // by family
+};
+
+}  // namespace desktop
