@@ -1,6 +1,9 @@
 # What a builder may choose, and the compiler settings that every target shares.
 
-option(VAMBA_TESTS "Build the tests" ON)
+include(CMakeDependentOption)
+option(VAMBA_PICTURES "Draw boards as PNG, SVG and PDF (needs Pango and Cairo)" ON)
+cmake_dependent_option(VAMBA_DESKTOP "Show boards on the desktop (needs GTK 3 and gtk-layer-shell)" ON "VAMBA_PICTURES" OFF)
+option(BUILD_TESTING "Build the tests (scripts/packages-test.txt lists what they need)" OFF)
 option(VAMBA_BENCHES "Build the benchmarks" OFF)
 option(VAMBA_FUZZERS "Build the fuzzers (clang only)" OFF)
 option(VAMBA_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
@@ -20,6 +23,15 @@ if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
 endif()
 
+if((BUILD_TESTING OR VAMBA_BENCHES) AND NOT VAMBA_DESKTOP)
+  message(FATAL_ERROR "The tests and benchmarks are of the whole program: turn VAMBA_PICTURES and VAMBA_DESKTOP on")
+endif()
+
+# Programs that can be loaded anywhere, where the compiler does not make them so by itself.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES C CXX)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
 add_library(vamba_compile_options INTERFACE)
 target_compile_options(vamba_compile_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wcast-qual -Wconversion -Wsign-conversion
@@ -34,6 +46,19 @@ if(NOT VAMBA_SANITIZE)
   target_compile_options(vamba_compile_options INTERFACE -ffunction-sections -fdata-sections)
   target_link_options(vamba_compile_options INTERFACE -Wl,--gc-sections)
 endif()
+
+# Hardening: what a mistake in the code could do is made as little as compiler and linker can make it. No file names the
+# folder that it was built in.
+target_compile_options(vamba_compile_options INTERFACE
+  -fstack-protector-strong -fstack-clash-protection
+  $<$<STREQUAL:${CMAKE_SYSTEM_PROCESSOR},x86_64>:-fcf-protection>
+  -ffile-prefix-map=${CMAKE_SOURCE_DIR}=. -ffile-prefix-map=${CMAKE_BINARY_DIR}=.)
+target_link_options(vamba_compile_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+string(TOUPPER "${CMAKE_BUILD_TYPE}" buildType)
+if(NOT VAMBA_SANITIZE AND "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${buildType}}" MATCHES "-O[123s]")
+  target_compile_options(vamba_compile_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2) # checks need an optimiser
+endif()
+
 if(VAMBA_SANITIZE)
   target_compile_options(vamba_compile_options INTERFACE
     -fsanitize=${VAMBA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

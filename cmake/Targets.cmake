@@ -3,7 +3,9 @@
 # With CMAKE_UNITY_BUILD the files of a target are compiled as one, which takes half the time. These targets have files
 # that use the same private names, so their files are always compiled one by one. A "redefinition" that only the
 # sanitizers' builds report means that a target belongs here.
-set(vamba_targets_with_private_names_in_common)
+set(vamba_targets_with_private_names_in_common
+  desktop_appearance desktop_appearance_test desktop_placement_test displays_test host_autostart_test render_layout
+  render_terminal)
 function(vamba_decide_unity name)
   if(name IN_LIST vamba_targets_with_private_names_in_common)
     set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)

@@ -33,7 +33,7 @@ missing_packages() {
 # install_missing LIST...: asks the network for nothing when nothing is missing.
 install_missing() {
   command -v dpkg-query >/dev/null || fail "this needs Debian 12 (no dpkg-query here); README.md tells how to build elsewhere"
-  local missing as_root=()
+  local missing as_root=() log=$root/build/packages.log
   mapfile -t missing < <(missing_packages "$@")
   if [ ${#missing[@]} -eq 0 ]; then
     say "Packages: all are installed"
@@ -44,11 +44,19 @@ install_missing() {
       fail "these packages are missing and there is no sudo to install them with; as root: apt-get install ${missing[*]}"
     as_root=(sudo)
   fi
-  as_root+=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=600 -o Dpkg::Use-Pty=0)
-  say "Packages: installing ${missing[*]}"
-  "${as_root[@]}" update </dev/null || fail "apt-get could not fetch the package lists; its message is above"
-  "${as_root[@]}" install -y --no-install-recommends "${missing[@]}" </dev/null ||
-    fail "apt-get could not install the packages; its message is above"
+  as_root+=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=600 -o APT::Update::Error-Mode=any
+    -o Dpkg::Use-Pty=0)
+  say "Packages: installing ${#missing[@]} (${missing[*]}); apt-get's messages go to build/packages.log"
+  mkdir -p "$root/build"
+  # Another apt-get may hold the lock of the lists, for which apt-get itself does not wait.
+  local tries=60
+  until "${as_root[@]}" update </dev/null >"$log" 2>&1; do
+    grep -q 'Could not get lock /var/lib/apt/lists' "$log" && [ $((tries -= 1)) -gt 0 ] ||
+      fail "the package lists could not be fetched: is the network there? ($(grep -m 1 '^E:' "$log" || echo "see $log"))"
+    sleep 5
+  done
+  "${as_root[@]}" install -y --no-install-recommends "${missing[@]}" </dev/null >>"$log" 2>&1 ||
+    fail "apt-get could not install the packages: $(grep -m 1 '^E:' "$log" || echo "see $log")"
 }
 
 # configure PRESET: CMake's own report is shown only when it fails. A checkout that was moved starts its build anew.
@@ -61,6 +69,20 @@ configure() {
     printf '%s\n' "$log" >&2
     return 1
   fi
+}
+
+# build_with_progress PRESET [TARGET...]: the compiler's messages go to a log; a line tells each quarter that is done.
+build_with_progress() {
+  local preset=$1 log=$root/build/$1/build.log
+  shift
+  # shellcheck disable=SC2016
+  NINJA_STATUS='[%p] ' cmake --build "$root/build/$preset" ${1:+--target "$@"} -- -j"$jobs" </dev/null 2>&1 |
+    tee "$log" | awk -v step=25 '
+      match($0, /^\[ *[0-9]+%\]/) {
+        percent = substr($0, 2, RLENGTH - 3) + 0
+        if (percent >= step) { printf "    %d %%\n", percent; fflush(); while (step <= percent) step += 25 }
+      }'
+  [ "${PIPESTATUS[0]}" -eq 0 ]
 }
 
 # build PRESET [TARGET...]

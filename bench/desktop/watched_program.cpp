@@ -46,7 +46,7 @@ std::uint64_t wakeUpsBetween(const Use& before, const Use& after) {
     const auto earlier = before.wakeUps.find(thread);
     count += earlier == before.wakeUps.end() ? wakeUps : wakeUps - earlier->second;
   }
-  for (const auto& [thread, wakeUps] : before.wakeUps) count += after.wakeUps.contains(thread) ? 0 : 1;
+  for (const auto& [thread, wakeUps] : before.wakeUps) count += after.wakeUps.contains(thread) ? 0U : 1U;
   return count;
 }
 
