@@ -55,8 +55,10 @@ target_compile_options(vamba_compile_options INTERFACE
   -ffile-prefix-map=${CMAKE_SOURCE_DIR}=. -ffile-prefix-map=${CMAKE_BINARY_DIR}=.)
 target_link_options(vamba_compile_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 string(TOUPPER "${CMAKE_BUILD_TYPE}" buildType)
+set(vamba_checks_library_calls OFF) # the checks need an optimiser
 if(NOT VAMBA_SANITIZE AND "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${buildType}}" MATCHES "-O[123s]")
-  target_compile_options(vamba_compile_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2) # checks need an optimiser
+  set(vamba_checks_library_calls ON)
+  target_compile_options(vamba_compile_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
 endif()
 
 if(VAMBA_SANITIZE)

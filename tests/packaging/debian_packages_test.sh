@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# debian_packages_test.sh BUILD: makes the Debian packages, lets lintian judge them, unpacks them and runs what is inside.
+set -euo pipefail
+build=$1
+place=$(mktemp -d)
+trap 'rm -rf -- "$place"' EXIT
+
+# From another folder than the one that other tests install from at the same time.
+(cd "$build" && cpack -B "$place" >"$place/cpack.log" 2>&1) || { cat "$place/cpack.log" >&2; exit 1; }
+packages=("$place"/vamba-widget_*.deb "$place"/vamba-widget-desktop_*.deb)
+for package in "${packages[@]}"; do [ -s "$package" ] || { ls "$place" >&2; exit 1; }; done
+
+# Native packages of a project that chose no licence and keeps no Debian bug for its first upload.
+lintian --fail-on error,warning --suppress-tags "${suppressed:-initial-upload-closes-no-bugs}" "${packages[@]}" || exit 1
+
+depends=$(dpkg-deb -f "${packages[0]}" Depends)
+for library in libcurl4 libsimdjson tzdata; do
+  grep -q "$library" <<<"$depends" || { echo "vamba-widget does not depend on $library: $depends" >&2; exit 1; }
+done
+if grep -q libgtk <<<"$depends"; then echo "vamba-widget needs GTK: $depends" >&2; exit 1; fi
+grep -q libgtk-3 <<<"$(dpkg-deb -f "${packages[1]}" Depends)" || { echo "the desktop does not depend on GTK" >&2; exit 1; }
+
+for package in "${packages[@]}"; do dpkg-deb -x "$package" "$place/root"; done
+board=$(LANGUAGE=pl "$place/root/usr/bin/vamba-host" show --entry preview)
+grep -qF 'Narada zespołu' <<<"$board" || { echo "show said: $board" >&2; exit 1; }
+if find "$place/root" -type f -exec grep -lF "$build" {} + | grep .; then
+  echo "these files name the folder that they were built in" >&2
+  exit 1
+fi
