@@ -1,6 +1,7 @@
 #include "picture/draw_picture.hpp"
 
-#include "host/texts/texts.hpp"
+#include "host/texts/fewer_rows.hpp"
+#include "render/picture/drawing.hpp"
 #include "render/picture/picture.hpp"
 
 namespace picture {
@@ -31,7 +32,10 @@ render::Picture draw(host::Format format, const protocol::Node& view, const rend
 }  // namespace
 
 host::Drawing drawPicture(const host::Board& board, const host::CommandLine& line) {
-  auto picture = draw(line.format, host::localised(board.view), optionsFor(board, line));
+  const auto options = optionsFor(board, line);
+  const auto view = host::fitted(board.view, host::userLanguage(),
+                                 [&](const protocol::Node& tree) { return render::fits(tree, options); });
+  auto picture = draw(line.format, view, options);
   if (!picture) return std::unexpected("can't draw the picture: " + std::string(describe(picture.error())));
   return std::move(*picture);
 }

@@ -10,6 +10,14 @@ namespace {
 /// How far a copy is from where it belongs; those that are at home have the first choice of the room.
 enum class Fit { exact, clamped, elsewhere };
 
+/// As large as the area allows, in its own proportions.
+Size shrunkToFit(Size size, const Rect& area) {
+  const double scale =
+      std::min({1.0, static_cast<double>(area.width) / size.width, static_cast<double>(area.height) / size.height});
+  if (scale == 1) return size;
+  return {std::max(1, static_cast<int>(size.width * scale)), std::max(1, static_cast<int>(size.height * scale))};
+}
+
 struct Wish {
   Arranged wanted;
   Fit fit = Fit::exact;
@@ -20,12 +28,13 @@ std::vector<Wish> wishes(const Placements& placements, std::span<const Monitor> 
   const auto primary = primaryMonitor(monitors);
   if (!primary) return result;
   for (const Placed& placed : placements.all()) {
-    const auto size = sizes(placed.family);
-    if (!size) continue;
+    const auto natural = sizes(placed.family);
+    if (!natural) continue;
     const auto own = findMonitor(placed.place.monitor, monitors);
     const std::size_t monitor = own.value_or(*primary);
     const Rect& area = monitors[monitor].area;
-    const Rect rect = rectAt(originOf(placed.place, *size, area), *size);
+    const Size size = shrunkToFit(*natural, area);
+    const Rect rect = rectAt(originOf(placed.place, size, area), size);
     const bool fits = clampedOrigin(rect, area) == rect.origin();
     result.push_back({{placed.id, monitor, rect}, !own ? Fit::elsewhere : fits ? Fit::exact : Fit::clamped});
   }
@@ -49,11 +58,9 @@ std::vector<Arranged> arrange(const Placements& placements, std::span<const Moni
     for (const Wish& wish : all) {
       if (wish.fit != fit) continue;
       Arranged copy = wish.wanted;
-      if (fit != Fit::exact) {
-        const Rect& area = monitors[copy.monitor].area;
-        const auto free = nearestFreeSpot(copy.rect, rectsOn(copy.monitor, settled), area);
-        copy.rect = rectAt(free.value_or(clampedOrigin(copy.rect, area)), copy.rect.size());
-      }
+      const Rect& area = monitors[copy.monitor].area;
+      const auto free = nearestFreeSpot(copy.rect, rectsOn(copy.monitor, settled), area);
+      copy.rect = rectAt(free.value_or(clampedOrigin(copy.rect, area)), copy.rect.size());
       settled.push_back(copy);
     }
   }
@@ -67,6 +74,7 @@ std::optional<Place> placeForNew(Size size, const Placements& placements, std::s
   const auto primary = primaryMonitor(monitors);
   if (!primary) return std::nullopt;
   const Monitor& monitor = monitors[*primary];
+  size = shrunkToFit(size, monitor.area);
   const auto others = rectsOn(*primary, arrange(placements, monitors, sizes));
   return placeOf(rectAt(spotForNew(size, others, monitor.area), size), monitor);
 }

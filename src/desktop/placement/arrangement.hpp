@@ -23,11 +23,11 @@ struct Arranged {
   bool operator==(const Arranged&) const = default;
 };
 
-/// In the order of the placements. Copies whose own monitor is there and shows them wholly are exactly at their place,
-/// even one over another if someone put them so. The others are on their own monitor as far as it reaches, or on the
-/// primary one (else the first) for the time being: wholly visible, or from the top left corner where too large, and
-/// over no other copy as long as there is room. Copies of an unknown family, and all where there is no monitor, are not
-/// in the result.
+/// In the order of the placements. Copies whose own monitor is there and shows them wholly are exactly at their place.
+/// The others are on their own monitor as far as it reaches, or on the primary one (else the first) for the time being.
+/// A copy that is larger than its monitor is shown smaller. None covers another as long as there is room: of two that
+/// would, as boards that grew with the text do, the later one is at the nearest free place. Copies of an unknown
+/// family, and all where there is no monitor, are not in the result.
 std::vector<Arranged> arrange(const Placements& placements, std::span<const Monitor> monitors, FamilySizes sizes);
 
 /// Where a further widget goes (`spotForNew`) on the primary monitor. None where there is no monitor.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/placement/free_spot.hpp"
+
 namespace desktop {
 
 const Arranged* WidgetPlaces::arranged(int id) const {
@@ -37,8 +39,7 @@ bool WidgetPlaces::moveTo(int id, Point origin) {
   const Rect rect = rectAt(origin, where->rect.size());
   const auto monitor = monitorUnder(rect, monitors_);
   if (!monitor) return false;
-  placements_.setPlace(id, placeOf(rect, monitors_[*monitor]));
-  arrangeAll();
+  keepAt(id, rect, *monitor);
   return true;
 }
 
@@ -54,10 +55,9 @@ bool WidgetPlaces::resize(int id, const std::string& family) {
   if (where == nullptr || placed == nullptr || placed->family == family || !size) return false;
   const Monitor& monitor = monitorOf(*where);
   const Place place = placeOf(where->rect, monitor);
-  const Point origin = clampedOrigin(rectAt(originOf(place, *size, monitor.area), *size), monitor.area);
+  const Rect rect = rectAt(originOf(place, *size, monitor.area), *size);
   placements_.setFamily(id, family);
-  placements_.setPlace(id, placeOf(rectAt(origin, *size), monitor));
-  arrangeAll();
+  keepAt(id, rect, where->monitor);
   return true;
 }
 
@@ -76,6 +76,14 @@ bool WidgetPlaces::nameKind(const std::string& kind) {
     named = true;
   }
   return named;
+}
+
+void WidgetPlaces::keepAt(int id, const Rect& rect, std::size_t monitor) {
+  const Rect& area = monitors_[monitor].area;
+  const auto free = nearestFreeSpot(rect, others(id), area);
+  const Point origin = free.value_or(clampedOrigin(rect, area));
+  placements_.setPlace(id, placeOf(rectAt(origin, rect.size()), monitors_[monitor]));
+  arrangeAll();
 }
 
 void WidgetPlaces::arrangeAll() { arranged_ = arrange(placements_, monitors_, sizes_); }

@@ -28,11 +28,13 @@ class WidgetPlaces {
   const Monitor& monitorOf(const Arranged& copy) const { return monitors_[copy.monitor]; }
 
   void setMonitors(std::vector<Monitor> monitors);
+  /// To be called when `sizes` answers differently.
+  void sizesChanged() { arrangeAll(); }
 
   /// Where the copy would come to lie if it were dropped at `wanted`.
   Point snapped(int id, Point wanted) const;
 
-  // Each of these tells whether it changed a place.
+  // Each of these tells whether it changed a place. A copy that would cover another is kept at the nearest free place.
   bool add(const std::string& kind, const std::string& family);
   bool moveTo(int id, Point origin);
   bool step(int id, Direction direction);
@@ -45,6 +47,7 @@ class WidgetPlaces {
  private:
   void arrangeAll();
   std::vector<Rect> others(int id) const;
+  void keepAt(int id, const Rect& rect, std::size_t monitor);
 
   Placements placements_;
   Sizes sizes_;

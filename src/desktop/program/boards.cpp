@@ -3,17 +3,28 @@
 #include <utility>
 
 #include "desktop/windows/loading_board.hpp"
+#include "host/texts/fewer_rows.hpp"
 
 namespace desktop {
 
-bool Boards::setLook(const BoardLook& look) {
+protocol::Node boardInBox(const protocol::Node& view, const std::string& family, host::Language language) {
+  const render::PictureOptions options{.form = render::familyForm(family).value_or(render::mediumFamily),
+                                       .language = host::languageTag(language)};
+  return host::fitted(view, language, [&](const protocol::Node& tree) { return render::fits(tree, options); });
+}
+
+Boards::Boards(host::Language language) : language_(language), look_{.language = host::languageTag(language)} {}
+
+bool Boards::setLook(BoardLook look) {
+  look.language = host::languageTag(language_);
   if (look == look_) return false;
-  look_ = look;
+  look_ = std::move(look);
   pictures_.clear();
   return true;
 }
 
-bool Boards::setContent(const std::string& family, BoardContent content) {
+bool Boards::setContent(const std::string& family, const protocol::Node& view, render::Redaction redaction) {
+  BoardContent content{.view = boardInBox(view, family, language_), .redaction = redaction};
   const auto known = contents_.find(family);
   if (known != contents_.end() && known->second == content) return false;
   contents_.insert_or_assign(family, std::move(content));

@@ -6,20 +6,27 @@
 #include <string>
 
 #include "desktop/windows/board_picture.hpp"
+#include "host/texts/texts.hpp"
 
 namespace desktop {
 
+/// A view of this size with its texts in the language, without the rows that it has no room for, which are counted.
+protocol::Node boardInBox(const protocol::Node& view, const std::string& family, host::Language language);
+
 class Boards {
  public:
+  explicit Boards(host::Language language);
+
   /// Whether that changed anything: pictures that were handed out before are out of date then.
-  bool setLook(const BoardLook& look);
-  bool setContent(const std::string& family, BoardContent content);
+  bool setLook(BoardLook look);
+  bool setContent(const std::string& family, const protocol::Node& view, render::Redaction redaction);
 
   const BoardLook& look() const { return look_; }
   /// Bars where texts will stand, as long as the size has no content.
   std::shared_ptr<BoardPicture> picture(const std::string& family);
 
  private:
+  host::Language language_;
   BoardLook look_;
   std::map<std::string, BoardContent> contents_;                   // by family
   std::map<std::string, std::shared_ptr<BoardPicture>> pictures_;  // by family, made when first asked for

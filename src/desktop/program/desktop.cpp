@@ -13,20 +13,15 @@ namespace {
 /// What is placed where nothing is yet.
 constexpr const char* firstFamily = "systemMedium";
 
-std::optional<Size> sizeOf(std::string_view family) {
-  return render::familyForm(family).transform([](const render::BoardForm& form) {
-    return Size{static_cast<int>(std::lround(form.size.width)), static_cast<int>(std::lround(form.size.height))};
-  });
-}
-
 }  // namespace
 
 Desktop::Desktop(Parts parts, host::ExtensionSettings extension)
     : parts_(std::move(parts)),
       language_(host::userLanguage()),
       texts_(textsFor(language_)),
-      places_(std::move(parts_.placements.placements), sizeOf),
+      places_(std::move(parts_.placements.placements), [this](std::string_view family) { return sizeOf(family); }),
       firstWidgetWanted_(places_.empty() && (parts_.placements.firstStart || parts_.placements.notice)),
+      boards_(language_),
       gallery_(texts_,
                {.add = [this](const std::string& family) { add(family); }, .closed = [this] { galleryClosed(); }}),
       feed_(
@@ -92,6 +87,7 @@ void Desktop::arrangeWindows() {
     showPicture(placed);
     const Rect& area = places_.monitorOf(*where).area;
     window->place({.monitor = monitors_[where->monitor].handle,
+                   .size = where->rect.size(),
                    .origin = where->rect.origin(),
                    .onMonitor = {where->rect.x - area.x, where->rect.y - area.y}});
   }
@@ -114,7 +110,7 @@ void Desktop::heard(const host::FeedBoards& boards) {
   const auto redaction =
       boards.origin == host::BoardOrigin::placeholder ? render::Redaction::placeholder : render::Redaction::none;
   for (const auto& [family, view] : boards.views) {
-    if (!boards_.setContent(family, {.view = host::localised(view, language_), .redaction = redaction})) continue;
+    if (!boards_.setContent(family, view, redaction)) continue;
     for (const auto& placed : places_.all()) {
       if (placed.family == family) showPicture(placed);
     }
@@ -127,11 +123,23 @@ void Desktop::heard(const host::ExtensionFailure& failure) {
 }
 
 void Desktop::setLook(const BoardLook& look) {
-  BoardLook localised = look;
-  localised.language = host::languageTag(language_);
-  if (!boards_.setLook(localised)) return;
+  if (!boards_.setLook(look)) return;
   for (const auto& placed : places_.all()) showPicture(placed);
-  gallery_.setLook(localised);
+  gallery_.setLook(boards_.look());
+}
+
+void Desktop::setTextScale(double scale) {
+  if (std::exchange(textScale_, scale) == scale) return;
+  places_.sizesChanged();
+  arrangeWindows();
+  gallery_.setTextScale(scale);
+}
+
+std::optional<Size> Desktop::sizeOf(std::string_view family) const {
+  const auto form = render::familyForm(family);
+  if (!form) return std::nullopt;
+  const auto scaled = [this](double length) { return static_cast<int>(std::lround(length * textScale_)); };
+  return Size{scaled(form->size.width), scaled(form->size.height)};
 }
 
 void Desktop::moveTo(int id, Point origin) {

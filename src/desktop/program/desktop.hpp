@@ -39,6 +39,8 @@ class Desktop final : public BoardCommands {
   void begin();
 
   void setLook(const BoardLook& look);
+  /// How large text is beside the usual size: boards are as many times larger.
+  void setTextScale(double scale);
   void openGallery() override;
 
  private:
@@ -57,6 +59,7 @@ class Desktop final : public BoardCommands {
   void heard(const host::ExtensionFailure& failure);
   void heard(const host::ReloadPlanned& planned) { nextReload_ = planned.at; }
 
+  std::optional<Size> sizeOf(std::string_view family) const;
   void add(const std::string& family);
   void galleryClosed();
   void monitorsSettleSoon();
@@ -71,6 +74,7 @@ class Desktop final : public BoardCommands {
   Parts parts_;
   host::Language language_;
   const Texts& texts_;
+  double textScale_ = 1;
   WidgetPlaces places_;
   bool firstWidgetWanted_;
   Boards boards_;

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "desktop/program/boards.hpp"
 #include "desktop/program/main_loop.hpp"
-#include "host/texts/texts.hpp"
 
 namespace desktop {
 
@@ -12,6 +12,7 @@ void Gallery::open(const host::WidgetDeclaration& widget) {
     // The window is destroyed once its own handlers have returned.
     const auto closed = [this] { MainLoop::postWhenIdle([this] { close(); }); };
     window_ = std::make_unique<GalleryWindow>(texts_, GalleryWindow::Actions{.add = actions_.add, .closed = closed});
+    window_->setTextScale(textScale_);
     window_->describe(widget);
   }
   window_->present();
@@ -24,13 +25,18 @@ void Gallery::describe(const host::WidgetDeclaration& widget) {
 void Gallery::showPreviews(const host::FeedBoards& boards, host::Language language, const BoardLook& look) {
   look_ = look;
   previews_.clear();
-  for (const auto& [family, view] : boards.views) previews_[family].view = host::localised(view, language);
+  for (const auto& [family, view] : boards.views) previews_[family].view = boardInBox(view, family, language);
   show();
 }
 
 void Gallery::setLook(const BoardLook& look) {
   look_ = look;
   show();
+}
+
+void Gallery::setTextScale(double scale) {
+  textScale_ = scale;
+  if (window_) window_->setTextScale(scale);
 }
 
 void Gallery::close() {

@@ -22,6 +22,7 @@ class Gallery {
   void describe(const host::WidgetDeclaration& widget);
   void showPreviews(const host::FeedBoards& boards, host::Language language, const BoardLook& look);
   void setLook(const BoardLook& look);
+  void setTextScale(double scale);
 
  private:
   void close();
@@ -31,6 +32,7 @@ class Gallery {
   GalleryWindow::Actions actions_;
   std::unique_ptr<GalleryWindow> window_;
   BoardLook look_;
+  double textScale_ = 1;
   std::map<std::string, BoardContent> previews_;  // by family
 };
 

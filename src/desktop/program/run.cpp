@@ -52,7 +52,8 @@ class Look {
   void apply() {
     const auto toolkit = toolkitLook();
     const auto appearance = asked_.scheme.value_or(toolkit.appearance);
-    desktop_.setLook({.appearance = appearance, .accent = asked_.accent, .textScale = toolkit.textScale});
+    desktop_.setLook({.appearance = appearance, .accent = asked_.accent});
+    desktop_.setTextScale(toolkit.textScale);
     useAppearance(appearance);
   }
 

@@ -19,9 +19,7 @@ struct DestroyContext {
 };
 
 render::PictureOptions optionsFor(const std::string& family, const BoardContent& content, const BoardLook& look) {
-  auto form = render::familyForm(family).value_or(render::mediumFamily);
-  form.magnification *= look.textScale;
-  return {.form = form,
+  return {.form = render::familyForm(family).value_or(render::mediumFamily),
           .appearance = look.appearance,
           .redaction = content.redaction,
           .language = look.language,
@@ -39,28 +37,26 @@ BoardPicture::BoardPicture(std::string family, BoardContent content, BoardLook l
   if (drawing_ && content_.redaction == render::Redaction::none) aloud_ = render::readAloud(*drawing_);
 }
 
-void BoardPicture::paint(cairo_t* cairo, int scale, Filter filter) {
+void BoardPicture::paint(cairo_t* cairo, Size size, int scale) {
   if (!drawing_) return;
   // On a surface of its own in memory: letters come out as in a picture file, whatever the window's surface is.
-  const int width = static_cast<int>(std::lround(size().width));
-  const int height = static_cast<int>(std::lround(size().height));
   const std::unique_ptr<cairo_surface_t, DestroySurface> surface(
-      cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width * scale, height * scale));
+      cairo_image_surface_create(CAIRO_FORMAT_ARGB32, size.width * scale, size.height * scale));
   const std::unique_ptr<cairo_t, DestroyContext> painting(cairo_create(surface.get()));
   render::paint(painting.get(), *drawing_,
-                {.size = options_.form.size,
-                 .pixels = static_cast<double>(scale),
+                {.form = options_.form,
+                 .pixels = scale * size.width / options_.form.size.width,
                  .appearance = options_.appearance,
                  .redaction = options_.redaction,
                  .accent = options_.accent});
   cairo_surface_set_device_scale(surface.get(), scale, scale);
   cairo_set_source_surface(cairo, surface.get(), 0, 0);
-  cairo_pattern_set_filter(cairo_get_source(cairo), filter == Filter::exact ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
+  cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_NEAREST);
   cairo_paint(cairo);
 }
 
-render::Size boardSize(const std::string& family) {
-  return render::familyForm(family).value_or(render::mediumFamily).size;
+double BoardPicture::radiusAt(Size size) const {
+  return render::boardRadius(options_.form) * size.width / options_.form.size.width;
 }
 
 }  // namespace desktop

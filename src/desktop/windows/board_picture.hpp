@@ -6,6 +6,7 @@
 
 #include <cairo.h>
 
+#include "desktop/placement/geometry.hpp"
 #include "protocol/view_tree/node.hpp"
 #include "render/picture/drawing.hpp"
 #include "render/picture/picture.hpp"
@@ -16,7 +17,6 @@ namespace desktop {
 struct BoardLook {
   render::Appearance appearance = render::Appearance::light;
   std::optional<render::Colour> accent;
-  double textScale = 1;
   std::string language;  ///< of the texts, as in BCP 47
   bool operator==(const BoardLook&) const = default;
 };
@@ -31,14 +31,15 @@ struct BoardContent {
 class BoardPicture {
  public:
   BoardPicture(std::string family, BoardContent content, BoardLook look);
-  // The drawing refers to the content.
   BoardPicture(const BoardPicture&) = delete;
   BoardPicture& operator=(const BoardPicture&) = delete;
 
-  /// Paints the board from the origin on, a point for each unit, over what is there: the same pixels as a picture file
-  /// of this scale, where a unit is as many pixels; where it is not, `smooth`.
-  enum class Filter { exact, smooth };
-  void paint(cairo_t* cairo, int scale, Filter filter = Filter::exact);
+  /// Paints the board from the origin on, over what is there, in this size and with `scale` pixels for each unit: the
+  /// same pixels as a picture file of that size has.
+  void paint(cairo_t* cairo, Size size, int scale);
+
+  /// Of the board's corners where it is so large.
+  double radiusAt(Size size) const;
 
   /// The texts of the board, a line each, in the order in which they are read; empty for a redacted one.
   const std::string& aloud() const { return aloud_; }
@@ -46,8 +47,6 @@ class BoardPicture {
   const BoardContent& content() const { return content_; }
   const BoardLook& look() const { return look_; }
   const std::string& family() const { return family_; }
-  /// In points.
-  render::Size size() const { return options_.form.size; }
 
  private:
   std::string family_;
@@ -57,8 +56,5 @@ class BoardPicture {
   std::expected<render::Drawing, render::PictureError> drawing_;
   std::string aloud_;
 };
-
-/// The size of a family in points; that of the medium one for a family that is not known.
-render::Size boardSize(const std::string& family);
 
 }  // namespace desktop

@@ -43,11 +43,11 @@ void makeLayer(GtkWindow* window, BoardSurface::Role role) {
 }
 
 /// By the nearest corner of its monitor: where a panel takes room, the compositor moves what is kept from that edge.
-void placeLayer(GtkWindow* window, const SurfacePlace& place, Size size) {
+void placeLayer(GtkWindow* window, const SurfacePlace& place) {
   GdkRectangle monitor{};
   gdk_monitor_get_geometry(place.monitor, &monitor);
   const Monitor area{.identity = {}, .area = {0, 0, monitor.width, monitor.height}};
-  const auto [identity, corner, inset] = placeOf(rectAt(place.onMonitor, size), area);
+  const auto [identity, corner, inset] = placeOf(rectAt(place.onMonitor, place.size), area);
   const auto keep = [window](GtkLayerShellEdge edge, bool kept, int distance) {
     gtk_layer_set_anchor(window, edge, kept ? TRUE : FALSE);
     gtk_layer_set_margin(window, edge, kept ? distance : 0);
@@ -90,38 +90,29 @@ BoardSurface::BoardSurface(SurfaceStyle style, Role role)
 BoardSurface::~BoardSurface() { gtk_widget_destroy(window_); }
 
 void BoardSurface::show(std::shared_ptr<BoardPicture> picture) {
-  const bool resized = !picture_ || picture_->size() != picture->size();
   picture_ = std::move(picture);
-  if (resized) {
-    const auto [width, height] = pictureSize();
-    gtk_widget_set_size_request(window_, width, height);
-    if (gtk_widget_get_visible(window_) != FALSE) shape();
-  }
   repaint();
 }
 
-Size BoardSurface::pictureSize() const {
-  if (!picture_) return {};
-  const auto size = picture_->size();
-  return {static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height))};
-}
-
 void BoardSurface::place(const SurfacePlace& place) {
+  const bool resized = place.size != place_.size;
+  if (resized) gtk_widget_set_size_request(window_, place.size.width, place.size.height);
   if (style_.way == DisplayWay::layerShell) {
     if (place.monitor != monitor_.get()) {
       gtk_layer_set_monitor(asWindow(window_), place.monitor);
       g_object_ref(place.monitor);
       monitor_.reset(place.monitor);
     }
-    placeLayer(asWindow(window_), place, pictureSize());
+    placeLayer(asWindow(window_), place);
     commit(window_);
   } else {
     gtk_window_move(asWindow(window_), place.origin.x, place.origin.y);
   }
   place_ = place;
-  if (gtk_widget_get_visible(window_)) return;
-  gtk_widget_show(window_);
-  shape();
+  const bool visible = gtk_widget_get_visible(window_) != FALSE;
+  if (!visible) gtk_widget_show(window_);
+  if (resized || !visible) shape();
+  if (resized) repaint();
 }
 
 void BoardSurface::askToBeShown() {
@@ -151,7 +142,7 @@ gboolean BoardSurface::draw(cairo_t* cairo) {
   cairo_paint(cairo);
   cairo_set_operator(cairo, CAIRO_OPERATOR_OVER);
   if (opacity_ < 1) cairo_push_group(cairo);
-  picture_->paint(cairo, gtk_widget_get_scale_factor(window_));
+  picture_->paint(cairo, place_.size, gtk_widget_get_scale_factor(window_));
   if (opacity_ < 1) {
     cairo_pop_group_to_source(cairo);
     cairo_paint_with_alpha(cairo, opacity_);
@@ -168,8 +159,8 @@ void BoardSurface::drawFocus(cairo_t* cairo) const {
   constexpr double width = 2;
   const auto& look = picture_->look();
   const auto tint = render::palette(look.appearance, look.accent).tint;
-  const auto size = picture_->size();
-  const double radius = render::boardRadius - width;
+  const Size size = place_.size;
+  const double radius = picture_->radiusAt(size) - width;
   cairo_new_path(cairo);
   cairo_arc(cairo, width + radius, width + radius, radius, G_PI, 1.5 * G_PI);
   cairo_arc(cairo, size.width - width - radius, width + radius, radius, 1.5 * G_PI, 2 * G_PI);
@@ -200,11 +191,11 @@ void BoardSurface::shape() {
     gtk_widget_shape_combine_region(window_, nullptr);
     return;
   }
-  const auto size = picture_->size();
-  const auto [width, height] = pictureSize();
+  const auto [width, height] = place_.size;
   cairo_surface_t* const mask = cairo_image_surface_create(CAIRO_FORMAT_A1, width, height);
   cairo_t* const cairo = cairo_create(mask);
-  for (const auto& corner : render::continuousCorners({0, 0, size.width, size.height}, render::boardRadius)) {
+  const render::Rect whole{0, 0, static_cast<double>(width), static_cast<double>(height)};
+  for (const auto& corner : render::continuousCorners(whole, picture_->radiusAt(place_.size))) {
     cairo_line_to(cairo, corner.start.x, corner.start.y);
     cairo_curve_to(cairo, corner.firstControl.x, corner.firstControl.y, corner.secondControl.x, corner.secondControl.y,
                    corner.end.x, corner.end.y);

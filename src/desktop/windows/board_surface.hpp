@@ -25,6 +25,7 @@ struct SurfaceStyle {
 /// Where a surface goes: in the display's coordinates, and relative to its monitor, which layers ask for.
 struct SurfacePlace {
   GdkMonitor* monitor = nullptr;
+  Size size;
   Point origin;
   Point onMonitor;
   bool operator==(const SurfacePlace&) const = default;
@@ -42,7 +43,7 @@ class BoardSurface {
 
   GtkWidget* widget() const { return window_; }
 
-  /// The picture lives until another is shown. Takes the picture's size.
+  /// The picture is drawn as large as the surface's place says.
   void show(std::shared_ptr<BoardPicture> picture);
   void place(const SurfacePlace& place);
   void hide();
@@ -54,8 +55,6 @@ class BoardSurface {
 
  private:
   gboolean draw(cairo_t* cairo);
-  /// In whole points; of nothing while there is no picture.
-  Size pictureSize() const;
   void drawFocus(cairo_t* cairo) const;
   void focusChanged(GParamSpec* property);
   void compositingChanged();

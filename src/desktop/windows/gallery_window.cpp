@@ -1,17 +1,33 @@
 #include "desktop/windows/gallery_window.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "desktop/windows/gobject.hpp"
+#include "render/layout/family_form.hpp"
 
 namespace desktop {
 namespace {
 
 constexpr int margin = 24;
 constexpr int spacing = 16;
-/// Previews are shown smaller, so that the three of them fit on a small screen.
-constexpr double shrink = 0.6;
+
+/// How large previews are beside the boards themselves: three quarters, or less where the monitor has no room for that.
+double previewScale(double textScale) {
+  GdkDisplay* const display = gdk_display_get_default();
+  GdkMonitor* monitor = gdk_display_get_primary_monitor(display);
+  if (monitor == nullptr) monitor = gdk_display_get_monitor(display, 0);
+  if (monitor == nullptr) return 0.75 * textScale;
+  GdkRectangle area{};
+  gdk_monitor_get_workarea(monitor, &area);
+  // Beside the previews there are margins, words and the window's frame.
+  const double across =
+      (area.width - 160 * textScale) /
+      (render::smallFamily.size.width + render::mediumFamily.size.width + render::largeFamily.size.width);
+  const double down = (area.height - 220 * textScale) / render::largeFamily.size.height;
+  return std::max(0.25, std::min({0.75 * textScale, across, down}));
+}
 
 GtkWidget* label(double size, PangoWeight weight) {
   GtkWidget* const label = gtk_label_new(nullptr);
@@ -70,9 +86,6 @@ GtkWidget* GalleryWindow::preview(const std::string& family, const char* action)
   preview.gallery = this;
   preview.family = family;
   preview.drawing = gtk_drawing_area_new();
-  const auto size = boardSize(family);
-  gtk_widget_set_size_request(preview.drawing, static_cast<int>(std::lround(size.width * shrink)),
-                              static_cast<int>(std::lround(size.height * shrink)));
   connect<&Preview::draw>(preview.drawing, "draw", &preview);
 
   GtkWidget* const column = gtk_box_new(GTK_ORIENTATION_VERTICAL, spacing / 2);
@@ -80,7 +93,7 @@ GtkWidget* GalleryWindow::preview(const std::string& family, const char* action)
   add(column, gtk_label_new(action));
   preview.button = gtk_button_new();
   gtk_container_add(GTK_CONTAINER(preview.button), column);
-  gtk_widget_set_valign(preview.button, GTK_ALIGN_END);
+  gtk_widget_set_valign(preview.button, GTK_ALIGN_START);
   atk_object_set_name(gtk_widget_get_accessible(preview.button), action);
   connect<&Preview::clicked>(preview.button, "clicked", &preview);
   return preview.button;
@@ -88,10 +101,7 @@ GtkWidget* GalleryWindow::preview(const std::string& family, const char* action)
 
 gboolean GalleryWindow::Preview::draw(cairo_t* cairo) {
   if (!picture) return FALSE;
-  // Painted at twice the size that is shown, so that it is smooth at any scale.
-  constexpr int detail = 2;
-  cairo_scale(cairo, shrink, shrink);
-  picture->paint(cairo, detail * gtk_widget_get_scale_factor(drawing), BoardPicture::Filter::smooth);
+  picture->paint(cairo, size, gtk_widget_get_scale_factor(drawing));
   return FALSE;
 }
 
@@ -103,6 +113,16 @@ void GalleryWindow::describe(const host::WidgetDeclaration& widget) {
   for (const auto& preview : previews_) {
     gtk_widget_set_visible(preview->button,
                            std::ranges::find(widget.families, preview->family) != widget.families.end());
+  }
+}
+
+void GalleryWindow::setTextScale(double scale) {
+  const double shown = previewScale(scale);
+  for (const auto& preview : previews_) {
+    const auto form = render::familyForm(preview->family).value_or(render::mediumFamily);
+    preview->size = {static_cast<int>(std::lround(form.size.width * shown)),
+                     static_cast<int>(std::lround(form.size.height * shown))};
+    gtk_widget_set_size_request(preview->drawing, preview->size.width, preview->size.height);
   }
 }
 

@@ -29,6 +29,8 @@ class GalleryWindow {
   GalleryWindow& operator=(const GalleryWindow&) = delete;
 
   void describe(const host::WidgetDeclaration& widget);
+  /// Previews grow with the text, as far as the monitor has room for them.
+  void setTextScale(double scale);
   /// By family. Those that have no picture yet show nothing.
   void show(const std::map<std::string, std::shared_ptr<BoardPicture>>& pictures);
   /// To the front, with the keyboard.
@@ -42,6 +44,7 @@ class GalleryWindow {
     GtkWidget* button = nullptr;
     GtkWidget* drawing = nullptr;
     std::shared_ptr<BoardPicture> picture;
+    Size size;
 
     gboolean draw(cairo_t* cairo);
     void clicked();

@@ -37,12 +37,12 @@ bool hasDarkBackground() {
 }
 
 double textScale() {
-  gint dpi = -1;
-  g_object_get(gtk_settings_get_default(), "gtk-xft-dpi", &dpi, nullptr);
-  constexpr double usual = 96.0 * 1024;
+  // Knows the settings as well as GDK_DPI_SCALE.
+  const double resolution = gdk_screen_get_resolution(gdk_screen_get_default());
+  constexpr double usual = 96;
   constexpr double smallest = 0.5;
   constexpr double largest = 3;
-  return dpi <= 0 ? 1 : std::clamp(dpi / usual, smallest, largest);
+  return resolution <= 0 ? 1 : std::clamp(resolution / usual, smallest, largest);
 }
 
 }  // namespace
@@ -62,9 +62,8 @@ void onToolkitLookChange(std::function<void()>& changed) {
   const auto call = +[](GObject* /*settings*/, GParamSpec* /*property*/, gpointer called) noexcept {
     (*static_cast<std::function<void()>*>(called))();
   };
-  for (const char* signal : {"notify::gtk-theme-name", "notify::gtk-xft-dpi"}) {
-    g_signal_connect(gtk_settings_get_default(), signal, G_CALLBACK(call), &changed);
-  }
+  g_signal_connect(gtk_settings_get_default(), "notify::gtk-theme-name", G_CALLBACK(call), &changed);
+  g_signal_connect(gdk_screen_get_default(), "notify::resolution", G_CALLBACK(call), &changed);
 }
 
 }  // namespace desktop

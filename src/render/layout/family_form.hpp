@@ -1,6 +1,11 @@
-// How large the widget families are in points: a grid of square cells. Small is one cell, medium two beside each
-// other, large two by two. A cell holds a full board of five rows at its natural size, and one with every optional
-// line at more than three quarters of it.
+// How large the widget families are in points, on a grid of columns of 230 and rows of 150 points with gaps of 20:
+//
+//   small    one column, one row     230 x 150
+//   medium   two columns, two rows   480 x 320
+//   large    two columns, three rows 480 x 490
+//
+// So two small boards are as wide as a medium one, and as high where one stands below the other. The fullest board of
+// each family fits at its natural size.
 #pragma once
 
 #include <optional>
@@ -10,18 +15,25 @@
 
 namespace render {
 
-/// The box of a board in points, and how much larger than its own points a board is naturally shown in it.
+/// The box of a board in points, and how much larger than its own points a board is shown in it.
 struct BoardForm {
   Size size;
   double magnification = 1;
   bool operator==(const BoardForm&) const = default;
 };
 
-inline constexpr double cell = 240;
-inline constexpr BoardForm smallFamily{{cell, cell}};
-inline constexpr BoardForm mediumFamily{{2 * cell, cell}};
+inline constexpr double boardGap = 20;
+
+constexpr Size boardSize(int columns, int rows) {
+  constexpr double column = 230;
+  constexpr double row = 150;
+  return {columns * (column + boardGap) - boardGap, rows * (row + boardGap) - boardGap};
+}
+
+inline constexpr BoardForm smallFamily{boardSize(1, 1)};
+inline constexpr BoardForm mediumFamily{boardSize(2, 2)};
 /// A large board shows no more rows than a medium one: its room goes into larger type, to be read from further away.
-inline constexpr BoardForm largeFamily{{2 * cell, 2 * cell}, 1.4};
+inline constexpr BoardForm largeFamily{boardSize(2, 3), 1.5};
 
 /// The form of a family by its name in the extension protocol ("systemMedium"); none for a name it does not know.
 constexpr std::optional<BoardForm> familyForm(std::string_view family) {
@@ -30,5 +42,8 @@ constexpr std::optional<BoardForm> familyForm(std::string_view family) {
   if (family == "systemLarge") return largeFamily;
   return std::nullopt;
 }
+
+/// Of the board's corners, in points: one and a half of the padding that boards have.
+constexpr double boardRadius(const BoardForm& form) { return 18 * form.magnification; }
 
 }  // namespace render

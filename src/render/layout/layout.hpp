@@ -22,6 +22,7 @@ struct PlacedText {
   double baseline = 0;
   double widthLimit = 0;
   int maxLines = 0;
+  bool centred = false;  ///< each line in the middle of the frame instead of at its left
 };
 
 /// A thin rule, lying or standing.
@@ -37,19 +38,18 @@ struct PlacedCapsule {
 
 using Placed = std::variant<PlacedCapsule, PlacedRule, PlacedText>;
 
-/// A board in its own points; `fit` of them make one point of the box. Refers to the tree that it was made from.
+/// A board in its own points, `magnification` points of the box each. Refers to the tree that it was made from.
 struct Board {
-  double fit = 1;
-  Size size;  ///< the box in the board's points: the box divided by `fit`
+  double magnification = 1;
+  Size size;  ///< the box in the board's points
   bool hasContainerBackground = false;
+  bool whole = true;          ///< nothing was left out or cut for want of height
   std::vector<Placed> items;  ///< in the order of painting
 };
 
-/// Boards that are too high for the box are scaled down evenly to this part of their natural size and no further.
-inline constexpr double smallestFit = 0.7;
-
-/// Lays `root` out from the top left of the form's box. A board that is too high is scaled down evenly; where that is
-/// not enough either, rows are dropped from the bottom, and a paragraph is cut at a line with an ellipsis.
+/// Lays `root` out from the top left of the form's box, in the same sizes of type whatever the board holds. Where a
+/// board is too high, rows are left out from the bottom and a paragraph is cut at a line with an ellipsis; `whole`
+/// tells so, and whoever knows what the rows mean can leave out some and say so on the board.
 Board layOut(const protocol::Node& root, const BoardForm& form, TextMeasurer& measurer);
 
 }  // namespace render

@@ -43,7 +43,7 @@ double summedHeights(const std::vector<Measured>& children) {
 /// The measuring of one tree: the measurer, and how deep it has gone.
 class Pass {
  public:
-  explicit Pass(TextMeasurer& measurer) : measurer_(measurer) {}
+  Pass(TextMeasurer& measurer, double unit) : measurer_(measurer), unit_(unit) {}
 
   Measured node(const Node& node, const Offer& offer);
 
@@ -51,11 +51,16 @@ class Pass {
   void text(Measured& result, const protocol::TextNode& text, const Offer& offer);
   void verticalStack(Measured& result, const protocol::VStackNode& stack, const Offer& offer);
   void horizontalStack(Measured& result, const protocol::HStackNode& stack, const Offer& offer);
+  double leadingColumnOf(const protocol::VStackNode& stack, double width);
   void growDown(std::vector<Measured>& children, const Offer& offer);
   void cutAtBottom(std::vector<Measured>& children, const Offer& offer);
   std::vector<Measured> shareWidth(const protocol::HStackNode& stack, const Offer& offer);
 
+  double nearestUnits(double length) const { return std::round(length / unit_) * unit_; }
+  double enoughUnits(double length) const { return std::ceil(length / unit_ - tolerance) * unit_; }
+
   TextMeasurer& measurer_;
+  double unit_;
   int depth_ = 0;
 };
 
@@ -69,7 +74,7 @@ Measured Pass::node(const Node& node, const Offer& offer) {
   result.padding = paddingWithin(node, offer);
   const EdgeInsets& padding = result.padding;
   const Offer inner{std::max(0.0, offer.width - padding.leading - padding.trailing),
-                    std::max(0.0, offer.height - padding.top - padding.bottom), offer.axis};
+                    std::max(0.0, offer.height - padding.top - padding.bottom), offer.axis, offer.leadingColumn};
 
   // Each kind leaves the size and baseline of its content; the padding is added below.
   if (const auto* kind = std::get_if<protocol::TextNode>(&node.kind)) {
@@ -109,7 +114,7 @@ void Pass::text(Measured& result, const protocol::TextNode& text, const Offer& o
     return;
   }
   result.text = *extent;
-  result.size = {std::min(extent->size.width, offer.width), extent->size.height};
+  result.size = {std::min(extent->size.width, offer.width), std::min(nearestUnits(extent->size.height), offer.height)};
   result.firstBaseline = extent->firstBaseline;
   result.textWidthLimit = offer.width;
   result.textMaxLines = lines;
@@ -118,10 +123,12 @@ void Pass::text(Measured& result, const protocol::TextNode& text, const Offer& o
 void Pass::verticalStack(Measured& result, const protocol::VStackNode& stack, const Offer& offer) {
   auto& children = result.children;
   children.reserve(stack.children.size());
+  const double leadingColumn = leadingColumnOf(stack, offer.width);
   for (const auto& child : stack.children) {
-    auto measured = node(child, {offer.width, unlimitedHeight, Axis::vertical});
+    auto measured = node(child, {offer.width, unlimitedHeight, Axis::vertical, leadingColumn});
     if (!measured.present) continue;
-    if (!children.empty()) measured.gap = gapBetween(stack.spacing, *children.back().node, child);
+    measured.size.height = enoughUnits(measured.size.height);
+    if (!children.empty()) measured.gap = nearestUnits(gapBetween(stack.spacing, *children.back().node, child));
     children.push_back(std::move(measured));
   }
   if (std::isfinite(offer.height)) {
@@ -136,6 +143,19 @@ void Pass::verticalStack(Measured& result, const protocol::VStackNode& stack, co
   result.size.height = summedHeights(children) + summedGaps(children);
   result.firstBaseline = children.empty() ? 0 : children.front().firstBaseline;
   result.present = !children.empty() || stack.children.empty();
+}
+
+/// The leading columns of a stack's rows share one width, so that what follows them stands in line: the widest that is
+/// no wider than a quarter of the room.
+double Pass::leadingColumnOf(const protocol::VStackNode& stack, double width) {
+  double widest = 0;
+  for (const auto& child : stack.children) {
+    const auto* const row = std::get_if<protocol::HStackNode>(&child.kind);
+    if (row == nullptr || row->alignment != protocol::VerticalAlignment::firstTextBaseline) continue;
+    if (row->children.size() < 2 || !std::holds_alternative<protocol::TextNode>(row->children[0].kind)) continue;
+    widest = std::max(widest, std::min(naturalWidth(row->children[0], measurer_), width / 4));
+  }
+  return widest;
 }
 
 /// Shares `spare.height` among the children that take any height.
@@ -205,7 +225,7 @@ void Pass::horizontalStack(Measured& result, const protocol::HStackNode& stack, 
     } else if (tooHigh) {
       child.crossOffset = 0;
     } else if (stack.alignment == protocol::VerticalAlignment::center) {
-      child.crossOffset = (height - child.size.height) / 2;
+      child.crossOffset = std::min(nearestUnits((height - child.size.height) / 2), height - child.size.height);
     }
     result.firstBaseline = std::max(result.firstBaseline, child.crossOffset + child.firstBaseline);
   }
@@ -226,6 +246,9 @@ std::vector<Measured> Pass::shareWidth(const protocol::HStackNode& stack, const 
 
   std::vector<double> widths(count);
   for (std::size_t i = 0; i < count; ++i) widths[i] = naturalWidth(stack.children[i], measurer_);
+  const bool isRow = stack.alignment == protocol::VerticalAlignment::firstTextBaseline;
+  const double leadingColumn = isRow && count > 1 ? std::min(offer.leadingColumn, offer.width / 2) : 0;
+  if (count > 0) widths[0] = std::max(widths[0], leadingColumn);
   std::vector<std::size_t> order(count);
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::stable_sort(order.begin(), order.end(), [&](auto a, auto b) { return widths[a] < widths[b]; });
@@ -233,6 +256,9 @@ std::vector<Measured> Pass::shareWidth(const protocol::HStackNode& stack, const 
   std::vector<Measured> measured(count);
   const auto measureAt = [&](std::size_t i, double width) {
     measured[i] = node(stack.children[i], {width, offer.height, Axis::horizontal});
+    if (i == 0 && leadingColumn > 0 && measured[i].present) {
+      measured[i].size.width = std::max(measured[i].size.width, std::min(width, leadingColumn));
+    }
     measured[i].gap = gaps[i] * gapScale;
   };
   std::vector<std::size_t> takers;
@@ -268,6 +294,8 @@ std::vector<Measured> Pass::shareWidth(const protocol::HStackNode& stack, const 
 
 }  // namespace
 
-Measured measure(const Node& node, Offer offer, TextMeasurer& measurer) { return Pass(measurer).node(node, offer); }
+Measured measure(const Node& node, Offer offer, TextMeasurer& measurer, double unit) {
+  return Pass(measurer, unit).node(node, offer);
+}
 
 }  // namespace render

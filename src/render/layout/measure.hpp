@@ -22,6 +22,7 @@ struct Offer {
   double width = 0;
   double height = unlimitedHeight;
   Axis axis = Axis::vertical;  ///< of the parent; spacers and dividers go by it
+  double leadingColumn = 0;    ///< of a row in a stack of rows: the least width of its first child
 };
 
 /// A node with its size in points.
@@ -39,6 +40,7 @@ struct Measured {
   std::vector<Measured> children;  ///< those that are present
 };
 
-Measured measure(const protocol::Node& node, Offer offer, TextMeasurer& measurer);
+/// Heights and gaps of what is stacked are whole multiples of `unit`, so that equal rows are equally high in pixels.
+Measured measure(const protocol::Node& node, Offer offer, TextMeasurer& measurer, double unit);
 
 }  // namespace render

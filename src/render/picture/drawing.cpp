@@ -1,5 +1,6 @@
 #include "render/picture/drawing.hpp"
 
+#include "render/layout/sentence.hpp"
 #include "render/type/visible_text.hpp"
 
 namespace render {
@@ -16,8 +17,14 @@ std::expected<Drawing, PictureError> prepare(const protocol::Node& tree, const P
   }
   auto typesetter = Typesetter::create(options.language);
   if (!typesetter) return std::unexpected(PictureError::noFont);
-  auto board = layOut(tree, options.form, *typesetter);
-  return Drawing{std::move(*typesetter), std::move(board)};
+  auto kept = std::make_unique<const protocol::Node>(withLargerSentence(tree));
+  auto board = layOut(*kept, options.form, *typesetter);
+  return Drawing{std::move(kept), std::move(*typesetter), std::move(board)};
+}
+
+bool fits(const protocol::Node& tree, const PictureOptions& options) {
+  const auto drawing = prepare(tree, options);
+  return !drawing || drawing->board.whole;
 }
 
 std::string readAloud(Drawing& drawing) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <expected>
+#include <memory>
 #include <string>
 
 #include "render/layout/layout.hpp"
@@ -10,11 +11,14 @@
 
 namespace render {
 
-/// Refers to the tree.
 struct Drawing {
+  std::unique_ptr<const protocol::Node> tree;  ///< what the others refer to
   Typesetter typesetter;
   Board board;
 };
+
+/// Whether the board is whole, see `Board::whole`. True as well where nothing can be drawn at all.
+bool fits(const protocol::Node& tree, const PictureOptions& options);
 
 std::expected<Drawing, PictureError> prepare(const protocol::Node& tree, const PictureOptions& options);
 

@@ -6,8 +6,6 @@
 
 namespace render {
 
-inline constexpr double boardRadius = 20;  ///< of the corners, in points
-
 /// The width in device pixels of the hairline just within the board's edge, at `pixels` device pixels a point.
 inline double edgeWidth(double pixels) { return std::max(1.0, std::floor(pixels / 2)); }
 

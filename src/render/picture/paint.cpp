@@ -18,13 +18,13 @@ class Painter {
         drawing_(drawing),
         style_(style),
         palette_(palette(style.appearance, style.accent)),
-        boardPixels_(drawing.board.fit * style.pixels) {}
+        boardPixels_(drawing.board.magnification * style.pixels) {}
 
   void board() {
-    const Rect box = snapped({0, 0, style_.size.width, style_.size.height}, style_.pixels);
+    const Rect box = snapped({0, 0, style_.form.size.width, style_.form.size.height}, style_.pixels);
     cairo_save(cairo_);
     if (drawing_.board.hasContainerBackground) {
-      roundedPath(box, boardRadius * style_.pixels);
+      roundedPath(box, boardRadius(style_.form) * style_.pixels);
       fill(palette_.background);
     }
     cairo_rectangle(cairo_, box.x, box.y, box.width, box.height);
@@ -62,7 +62,7 @@ class Painter {
     const double width = edgeWidth(style_.pixels);
     const double half = width / 2;
     roundedPath({box.x + half, box.y + half, box.width - width, box.height - width},
-                boardRadius * style_.pixels - half);
+                boardRadius(style_.form) * style_.pixels - half);
     cairo_set_line_width(cairo_, width);
     setColour(palette_.edge);
     cairo_stroke(cairo_);
@@ -135,7 +135,7 @@ std::expected<void, PictureError> paint(cairo_t* cairo, const protocol::Node& tr
   cairo_save(cairo);
   cairo_scale(cairo, 1 / pixels, 1 / pixels);
   paint(cairo, *drawing,
-        {options.form.size, pixels, options.appearance, options.redaction, LetterPaint::outlines, options.accent});
+        {options.form, pixels, options.appearance, options.redaction, LetterPaint::outlines, options.accent});
   cairo_restore(cairo);
   return {};
 }

@@ -17,7 +17,7 @@ enum class LetterPaint { outlines, glyphs };
 
 /// Where the colours and sizes of a painting come from.
 struct PaintStyle {
-  Size size;          ///< of the box, in points
+  BoardForm form;     ///< the box
   double pixels = 1;  ///< device pixels a point
   Appearance appearance = Appearance::light;
   Redaction redaction = Redaction::none;

@@ -6,21 +6,12 @@
 #include "render/type/visible_text.hpp"
 
 namespace render {
-namespace {
-
-cairo_status_t append(void* file, const unsigned char* bytes, unsigned count) {
-  static_cast<std::string*>(file)->append(reinterpret_cast<const char*>(bytes), count);
-  return CAIRO_STATUS_SUCCESS;
-}
-
-}  // namespace
-
 Picture drawPdf(const protocol::Node& tree, const PictureOptions& options) {
   auto drawing = prepare(tree, options);
   if (!drawing) return std::unexpected(drawing.error());
   std::string file;
-  const OwnedSurface surface(cairo_pdf_surface_create_for_stream(append, &file, options.form.size.width * options.scale,
-                                                                 options.form.size.height * options.scale));
+  const OwnedSurface surface(cairo_pdf_surface_create_for_stream(
+      appendToFile, &file, options.form.size.width * options.scale, options.form.size.height * options.scale));
   // Else the library puts the time of day in, and equal boards give unequal files. No date is one it leaves out.
   cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, "");
   if (const auto title = visibleText(options.title, 1); !title.empty()) {
@@ -31,7 +22,7 @@ Picture drawPdf(const protocol::Node& tree, const PictureOptions& options) {
   constexpr double fineness = 16;
   cairo_scale(cairo.get(), 1 / fineness, 1 / fineness);
   paint(cairo.get(), *drawing,
-        {options.form.size, options.scale * fineness, options.appearance, options.redaction, LetterPaint::glyphs,
+        {options.form, options.scale * fineness, options.appearance, options.redaction, LetterPaint::glyphs,
          options.accent});
   cairo_show_page(cairo.get());
   cairo_surface_finish(surface.get());

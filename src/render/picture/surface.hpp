@@ -1,5 +1,7 @@
-// Owners of the graphics library's C handles.
+// Owners of the graphics library's C handles, and files of it kept in memory.
 #pragma once
+
+#include <string>
 
 #include <cairo.h>
 
@@ -9,5 +11,11 @@ namespace render {
 
 using OwnedSurface = Owned<cairo_surface_t, cairo_surface_destroy>;
 using OwnedCairo = Owned<cairo_t, cairo_destroy>;
+
+/// Appends to the std::string that `file` points to.
+inline cairo_status_t appendToFile(void* file, const unsigned char* bytes, unsigned count) noexcept {
+  static_cast<std::string*>(file)->append(reinterpret_cast<const char*>(bytes), count);
+  return CAIRO_STATUS_SUCCESS;
+}
 
 }  // namespace render

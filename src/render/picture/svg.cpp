@@ -26,7 +26,7 @@ class Svg {
       : drawing_(drawing),
         options_(options),
         palette_(palette(options.appearance, options.accent)),
-        boardPixels_(drawing.board.fit * options.scale) {}
+        boardPixels_(drawing.board.magnification * options.scale) {}
 
   std::string file() && {
     const Rect box = snapped({0, 0, options_.form.size.width, options_.form.size.height}, options_.scale);
@@ -51,7 +51,7 @@ class Svg {
     if (!title.empty()) svg_.element("title").attribute("id", "board-title").content(title);
     if (!description.empty()) svg_.element("desc").attribute("id", "board-desc").content(description);
     if (drawing_.board.hasContainerBackground) {
-      svg_.element("path").attribute("d", rounded(box, boardRadius * options_.scale));
+      svg_.element("path").attribute("d", rounded(box, boardRadius(options_.form) * options_.scale));
       svg_.colour("fill", palette_.background).close();
     }
     svg_.element("g").attribute("font-family", "Inter, sans-serif").open();
@@ -92,7 +92,7 @@ class Svg {
     const double width = edgeWidth(options_.scale);
     const double half = width / 2;
     const Rect within{box.x + half, box.y + half, box.width - width, box.height - width};
-    svg_.element("path").attribute("d", rounded(within, boardRadius * options_.scale - half));
+    svg_.element("path").attribute("d", rounded(within, boardRadius(options_.form) * options_.scale - half));
     svg_.attribute("fill", "none").colour("stroke", palette_.edge).attribute("stroke-width", width).close();
   }
 

@@ -135,9 +135,10 @@ std::vector<ShapedLine> Typesetter::lines(const PlacedText& text) {
     auto* line = pango_layout_iter_get_line_readonly(iterator.get());
     PangoRectangle logical;
     pango_layout_iter_get_line_extents(iterator.get(), nullptr, &logical);
-    lines.push_back({line, text.frame.x + toPoints(logical.x - whole.x),
-                     text.frame.y + toPoints(pango_layout_iter_get_baseline(iterator.get())), toPoints(logical.width),
-                     pango_layout_line_get_resolved_direction(line) == PANGO_DIRECTION_RTL, shownText(line)});
+    const double width = toPoints(logical.width);
+    const double x = text.centred ? std::max(0.0, text.frame.width - width) / 2 : toPoints(logical.x - whole.x);
+    lines.push_back({line, text.frame.x + x, text.frame.y + toPoints(pango_layout_iter_get_baseline(iterator.get())),
+                     width, pango_layout_line_get_resolved_direction(line) == PANGO_DIRECTION_RTL, shownText(line)});
   } while (pango_layout_iter_next_line(iterator.get()) != FALSE);
   return lines;
 }

@@ -6,10 +6,11 @@
 namespace end_to_end {
 
 /// The boards' sizes in points.
-inline constexpr int smallWidth = 240;
+inline constexpr int smallWidth = 230;
+inline constexpr int smallHeight = 150;
 inline constexpr int mediumWidth = 480;
-inline constexpr int mediumHeight = 240;
-inline constexpr int largeHeight = 480;
+inline constexpr int mediumHeight = 320;
+inline constexpr int largeHeight = 490;
 
 /// Between boards, and from them to the edges; also the step of an arrow key.
 inline constexpr int gap = 20;

@@ -31,7 +31,7 @@ class InputOnWayland : public OnSway {
   static constexpr ScreenPoint middle{440, 420};
   static constexpr ScreenPoint middleOfSmall{940, 160};
   const nlohmann::json keptMedium = placedOn("HEADLESS-1", 1, "systemMedium", "topLeft", 200, 300);
-  const nlohmann::json keptSmall = placedOn("HEADLESS-1", 2, "systemSmall", "topRight", 220, 40);
+  const nlohmann::json keptSmall = placedOn("HEADLESS-1", 2, "systemSmall", "topRight", 230, 40);
 };
 
 TEST_F(InputOnWayland, DraggedBoardDimsBelowAnImageOfItThatGoesToTheGrid) {
@@ -49,7 +49,7 @@ TEST_F(InputOnWayland, DraggedBoardDimsBelowAnImageOfItThatGoesToTheGrid) {
   EXPECT_EQ(kept(), keptMedium);
   desktop().input().release();
   EXPECT_TRUE(comesToShow(screenWith({dropped, small}), "dropped"));
-  EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-1", 1, "systemMedium", "bottomLeft", 320, 160), keptSmall}));
+  EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-1", 1, "systemMedium", "bottomLeft", 320, 80), keptSmall}));
   start();
   EXPECT_TRUE(comesToShow(screenWith({dropped, small}), "dropped-after-restart"));
 }
@@ -79,7 +79,7 @@ TEST_F(InputOnWayland, ArrowKeysMoveByAStepAndDigitsChangeTheSize) {
   press(keys::up);
   EXPECT_TRUE(boardsAre({{"medium", {180, 300}}, small}, "left-and-up"));
   press('1');
-  EXPECT_TRUE(boardsAre({{"small", {180, 300}}, small}, "digit-1"));
+  EXPECT_TRUE(boardsAre({{"small", {180, 300 + mediumHeight - smallHeight}}, small}, "digit-1"));
   press('3');
   EXPECT_TRUE(eventually([this] { return kept()["family"] == "systemLarge"; })) << kept();
   press('2');
@@ -130,7 +130,7 @@ TEST_F(InputOnWayland, SecondStartOpensTheGalleryOfTheFirst) {
   EXPECT_EQ(kept(2)["kind"], "fake");
   press(keys::escape);
   EXPECT_TRUE(eventually([this] { return !galleryIsOpen(); }));
-  EXPECT_TRUE(boardsAre({medium, small, {"medium", {780, 300}}}, "added"));
+  EXPECT_TRUE(boardsAre({medium, small, {"medium", {780, 220}}}, "added"));
 }
 
 }  // namespace

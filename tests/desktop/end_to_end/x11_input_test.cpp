@@ -47,7 +47,7 @@ class InputOnX11 : public OnX11 {
   }
 
   static constexpr ScreenArea medium{200, 300, mediumWidth, mediumHeight};
-  static constexpr ScreenArea small{820, 40, smallWidth, smallWidth};
+  static constexpr ScreenArea small{820, 40, smallWidth, smallHeight};
 };
 
 ScreenArea movedBy(ScreenArea area, int right, int down) {
@@ -59,13 +59,13 @@ ScreenArea movedBy(ScreenArea area, int right, int down) {
 TEST_F(InputOnX11, DraggedWidgetSnapsToTheGridAndStaysThereAfterARestart) {
   startWithTwo();
   const auto from = medium.centre();
-  desktop().input().drag(from, {from.x + 97, from.y + 204});
-  EXPECT_TRUE(boardsAre({movedBy(medium, 100, 200), small}));
+  desktop().input().drag(from, {from.x + 97, from.y + 104});
+  EXPECT_TRUE(boardsAre({movedBy(medium, 100, 100), small}));
   EXPECT_TRUE(eventually([&] {
-    return placements(display())["widgets"].at(0) == placed(1, "systemMedium", "screen", "bottomLeft", 300, 60);
+    return placements(display())["widgets"].at(0) == placed(1, "systemMedium", "screen", "bottomLeft", 300, 80);
   })) << placements(display());
   start();
-  EXPECT_TRUE(boardsAre({movedBy(medium, 100, 200), small}));
+  EXPECT_TRUE(boardsAre({movedBy(medium, 100, 100), small}));
 }
 
 TEST_F(InputOnX11, DraggedWidgetSnapsBesideAnother) {
@@ -73,10 +73,10 @@ TEST_F(InputOnX11, DraggedWidgetSnapsBesideAnother) {
                     placed(2, "systemSmall", "screen", "topLeft", 820, 300)});
   start();
   const ScreenArea other{20, 25, mediumWidth, mediumHeight};
-  ASSERT_TRUE(boardsAre({other, {820, 300, smallWidth, smallWidth}}));
+  ASSERT_TRUE(boardsAre({other, {820, 300, smallWidth, smallHeight}}));
   const ScreenPoint from{900, 400};
   desktop().input().drag(from, {from.x - 296, from.y - 271});
-  EXPECT_TRUE(boardsAre({other, {20 + mediumWidth + gap, 25, smallWidth, smallWidth}}));
+  EXPECT_TRUE(boardsAre({other, {20 + mediumWidth + gap, 25, smallWidth, smallHeight}}));
 }
 
 TEST_F(InputOnX11, EscapeDuringADragPutsTheWidgetBack) {
@@ -111,7 +111,8 @@ TEST_F(InputOnX11, ArrowKeysMoveByAStepAndDigitsChangeTheSize) {
   press(keys::up);
   EXPECT_TRUE(boardsAre({movedBy(medium, -20, 0), small}));
   press('1');
-  EXPECT_TRUE(boardsAre({{180, 300, smallWidth, smallWidth}, small}));
+  // From the nearest corner, which is the bottom left one.
+  EXPECT_TRUE(boardsAre({{180, 300 + mediumHeight - smallHeight, smallWidth, smallHeight}, small}));
   press('3');
   ASSERT_TRUE(eventually([this] { return areas().at(0).height == largeHeight; }));
   press('2');

@@ -26,10 +26,10 @@ TEST_F(MonitorsOnX11, WidgetsOfAnUnpluggedMonitorMoveToAnotherAndComeBackExactly
                     placed(2, "systemSmall", "DUMMY1", "bottomRight", 0, 11),
                     placed(3, "systemSmall", "DUMMY0", "topLeft", 20, 20)});
   const auto before = placements(display());
-  const ScreenArea stays{20, 20, smallWidth, smallWidth};
+  const ScreenArea stays{20, 20, smallWidth, smallHeight};
   const std::vector<ScreenArea> both{stays,
                                      {1237, 143, mediumWidth, mediumHeight},
-                                     {2200 - smallWidth, 800 - 11 - smallWidth, smallWidth, smallWidth}};
+                                     {2200 - smallWidth, 800 - 11 - smallHeight, smallWidth, smallHeight}};
   start();
   ASSERT_TRUE(boardsAre(both));
   for (int time = 0; time < 3; ++time) {

@@ -44,7 +44,7 @@ TEST_F(PictureOnX11, ScreenShowsWhatTheExporterDrawsInEverySize) {
         {placed(1, "systemSmall", "screen", "topLeft", 20, 20), placed(2, "systemMedium", "screen", "topLeft", 280, 20),
          placed(3, "systemLarge", "screen", "topRight", 20, 20)});
   start();
-  const std::vector<std::pair<std::string, ScreenArea>> sizes{{"small", {20, 20, smallWidth, smallWidth}},
+  const std::vector<std::pair<std::string, ScreenArea>> sizes{{"small", {20, 20, smallWidth, smallHeight}},
                                                               {"medium", {280, 20, mediumWidth, mediumHeight}},
                                                               {"large", {780, 20, mediumWidth, largeHeight}}};
   for (const auto& [family, area] : sizes) {

@@ -28,7 +28,7 @@ TEST_F(PlacementOnX11, LaterStartsFindEveryWidgetWhereItWas) {
                     placed(7, "systemSmall", "screen", "bottomRight", 100, 0)});
   const auto before = placements(display());
   const ScreenArea large{40, 60, mediumWidth, largeHeight};
-  const ScreenArea small{1280 - 100 - smallWidth, 800 - smallWidth, smallWidth, smallWidth};
+  const ScreenArea small{1280 - 100 - smallWidth, 800 - smallHeight, smallWidth, smallHeight};
   start();
   EXPECT_TRUE(boardsAre({large, small}));
   EXPECT_TRUE(host().says("a new timeline is shown"));
@@ -61,7 +61,7 @@ TEST_F(PlacementOnX11, WindowManagerThatSitsOnARequestIsAskedAgain) {
   place(display(), {placed(1, "systemMedium", "screen", "topLeft", 200, 300),
                     placed(2, "systemSmall", "screen", "topLeft", 820, 40)});
   start();
-  const std::vector<ScreenArea> both{{200, 300, mediumWidth, mediumHeight}, {820, 40, smallWidth, smallWidth}};
+  const std::vector<ScreenArea> both{{200, 300, mediumWidth, mediumHeight}, {820, 40, smallWidth, smallHeight}};
   EXPECT_TRUE(eventually([&] {
     manager.handleRequests();
     return areas() == both;

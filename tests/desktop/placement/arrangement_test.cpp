@@ -55,16 +55,30 @@ TEST(Arrange, ClampsWhatASmallerResolutionCuts) {
   smaller.area = {0, 0, 1024, 600};
   EXPECT_EQ(onlyRect(placements, {smaller}), (Rect{544, 360, 480, 240}));
   smaller.area = {50, 60, 300, 200};
-  EXPECT_EQ(onlyRect(placements, {smaller}), (Rect{50, 60, 480, 240})) << "larger than the area";
+  EXPECT_EQ(onlyRect(placements, {smaller}), (Rect{50, 110, 300, 150})) << "shown smaller where it is too large";
 }
 
-TEST(Arrange, LeavesCopiesThatSomeonePutOverEachOtherWhereTheyAre) {
+TEST(Arrange, PutsTheLaterOfTwoThatWouldCoverEachOtherBeside) {
   Placements placements;
   placements.add("Dzien", "systemSmall", {panel.identity, Corner::topLeft, {20, 20}});
   placements.add("Dzien", "systemSmall", {panel.identity, Corner::topLeft, {30, 30}});
   const auto arranged = arrange(placements, Monitors{panel}, sizeOf);
   ASSERT_EQ(arranged.size(), 2U);
-  EXPECT_EQ(arranged[1].rect, (Rect{30, 60, 240, 240}));
+  EXPECT_EQ(arranged[0].rect, (Rect{20, 50, 240, 240}));
+  EXPECT_EQ(arranged[1].rect, (Rect{280, 60, 240, 240}));
+}
+
+TEST(Arrange, BoardsThatGrewComeUpClearOfEachOther) {
+  Placements placements;
+  for (int i = 0; i < 3; ++i) {
+    placements.add("Dzien", "systemMedium", {panel.identity, Corner::topRight, {20, 20 + 260 * i}});
+  }
+  const auto grown = [](std::string_view) { return std::optional<Size>({480, 320}); };
+  const auto arranged = arrange(placements, Monitors{panel}, grown);
+  ASSERT_EQ(arranged.size(), 3U);
+  EXPECT_EQ(arranged[0].rect, (Rect{1420, 50, 480, 320}));
+  EXPECT_EQ(arranged[1].rect, (Rect{1420, 390, 480, 320}));
+  EXPECT_EQ(arranged[2].rect, (Rect{1420, 730, 480, 320}));
 }
 
 TEST(Arrange, PutsNoGuestOverACopyThatIsAtHome) {

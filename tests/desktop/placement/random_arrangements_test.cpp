@@ -79,11 +79,13 @@ TEST(RandomArrangements, ShowEveryCopyWholeOnAMonitorOfTheMoment) {
     ASSERT_EQ(arranged.size(), monitors.empty() ? 0 : placements.all().size()) << "seed " << seed;
     shown += arranged.size();
     for (const auto& copy : arranged) {
-      ASSERT_EQ(copy.rect.size(), smallSizes(placements.find(copy.id)->family)) << "seed " << seed;
       const Rect& area = monitors.at(copy.monitor).area;
-      ASSERT_EQ(clampedOrigin(copy.rect, area), copy.rect.origin()) << "seed " << seed << " " << copy;
-      if (fitsInto(copy.rect.size(), area)) {
-        ASSERT_TRUE(contains(area, copy.rect)) << "seed " << seed << " " << copy;
+      ASSERT_TRUE(contains(area, copy.rect)) << "seed " << seed << " " << copy;
+      const Size natural = *smallSizes(placements.find(copy.id)->family);
+      if (fitsInto(natural, area)) {
+        ASSERT_EQ(copy.rect.size(), natural) << "seed " << seed << " " << copy;
+      } else {
+        ASSERT_TRUE(copy.rect.width == area.width || copy.rect.height == area.height) << "seed " << seed << " " << copy;
       }
     }
   }
@@ -98,7 +100,7 @@ int turnOf(const Arranged& copy, const Place& place, std::span<const Monitor> mo
   return clampedOrigin(there, monitors[*own].area) == there.origin() ? 0 : 1;
 }
 
-TEST(RandomArrangements, CoverAnEarlierCopyOnlyWhereThereIsNoRoomAndOnesAtHomeNeverMove) {
+TEST(RandomArrangements, CoverAnEarlierCopyOnlyWhereThereIsNoRoomAndMoveForNothingElse) {
   std::size_t covering = 0;
   for (std::uint64_t seed = 1; seed <= 4000; ++seed) {
     Dice dice(seed);
@@ -108,16 +110,21 @@ TEST(RandomArrangements, CoverAnEarlierCopyOnlyWhereThereIsNoRoomAndOnesAtHomeNe
     const auto turn = [&](const Arranged& copy) { return turnOf(copy, placements.find(copy.id)->place, monitors); };
     for (const auto& copy : arranged) {
       const Rect& area = monitors.at(copy.monitor).area;
-      if (turn(copy) == 0) {
-        ASSERT_EQ(originOf(placements.find(copy.id)->place, copy.rect.size(), area), copy.rect.origin());
-        continue;
-      }
       std::vector<Rect> earlier;
       for (const auto& other : arranged) {
         const bool before = turn(other) < turn(copy) || (turn(other) == turn(copy) && other.id < copy.id);
         if (before && other.monitor == copy.monitor) earlier.push_back(other.rect);
       }
-      if (std::ranges::none_of(earlier, [&](const Rect& other) { return overlap(other, copy.rect); })) continue;
+      const auto isCovered = [&](const Rect& rect) {
+        return std::ranges::any_of(earlier, [&](const Rect& other) { return overlap(other, rect); });
+      };
+      if (turn(copy) == 0) {
+        const Point home = originOf(placements.find(copy.id)->place, copy.rect.size(), area);
+        if (!isCovered(rectAt(home, copy.rect.size()))) {
+          ASSERT_EQ(home, copy.rect.origin()) << "seed " << seed;
+        }
+      }
+      if (!isCovered(copy.rect)) continue;
       ++covering;
       ASSERT_FALSE(anyFree(copy.rect.size(), earlier, area)) << "seed " << seed << " " << copy;
     }
@@ -125,12 +132,24 @@ TEST(RandomArrangements, CoverAnEarlierCopyOnlyWhereThereIsNoRoomAndOnesAtHomeNe
   EXPECT_GT(covering, 100U) << "hardly ever too little room";
 }
 
+bool coverEachOther(std::span<const Arranged> arranged) {
+  for (const auto& one : arranged) {
+    for (const auto& other : arranged) {
+      if (one.id < other.id && one.monitor == other.monitor && overlap(one.rect, other.rect)) return true;
+    }
+  }
+  return false;
+}
+
 TEST(RandomArrangements, StayAsTheyAreWhenStoredAndArrangedAgain) {
+  std::size_t checked = 0;
   for (std::uint64_t seed = 1; seed <= 4000; ++seed) {
     Dice dice(seed);
     const auto monitors = randomMonitors(dice);
     auto placements = randomPlacements(dice);
     const auto arranged = arrange(placements, monitors, smallSizes);
+    if (coverEachOther(arranged)) continue;
+    ++checked;
     for (const auto& copy : arranged) placements.setPlace(copy.id, placeOf(copy.rect, monitors.at(copy.monitor)));
     const auto again = arrange(placements, monitors, smallSizes);
     ASSERT_EQ(arranged.size(), again.size());
@@ -140,6 +159,7 @@ TEST(RandomArrangements, StayAsTheyAreWhenStoredAndArrangedAgain) {
       ASSERT_EQ(again[i], arranged[i]) << "seed " << seed;
     }
   }
+  EXPECT_GT(checked, 500U);
 }
 
 TEST(RandomArrangements, ReturnToTheExactPlaceAfterUnpluggingAndReplugging) {

@@ -35,7 +35,7 @@ TEST_P(PaletteContrast, EveryRoleIsReadableOnTheBackground) {
     double least;
   } roles[] = {{ForegroundStyle::primary, 7},
                {ForegroundStyle::secondary, 4.5},
-               {ForegroundStyle::tertiary, 3},
+               {ForegroundStyle::tertiary, 4.5},
                {ForegroundStyle::tint, 4.5},
                {ForegroundStyle::red, 4.5}};
   for (const auto& [style, least] : roles) {

@@ -93,69 +93,90 @@ TEST(Layout, UnlimitedTextTakesTheLinesItNeedsAndLimitedTextNoMore) {
   EXPECT_EQ(layoutOf(Text(text).lineLimit(2), {{60, 50}}), "board 60x50\ntext 0,0 60x20 baseline 8 " + text + "\n");
 }
 
-TEST(Layout, BoardThatIsTooHighIsScaledDownEvenly) {
-  const Node tree = VStack({.spacing = 0}, {Text("1"), Text("2"), Text("3"), Text("4"), Text("5")});
-  EXPECT_EQ(layoutOf(tree, {{30, 37.5}}), R"(board 40x50 fit 75%
-text 0,0 6x10 baseline 8 1
-text 0,10 6x10 baseline 18 2
-text 0,20 6x10 baseline 28 3
-text 0,30 6x10 baseline 38 4
-text 0,40 6x10 baseline 48 5
-)");
-}
-
-/// A line with much room shows a character that is higher than others.
-class HighTailMeasurer final : public TextMeasurer {
- public:
-  TextExtent natural(const TextNode& text) override { return plain_.natural(text); }
-  std::optional<TextExtent> within(const TextNode& text, double width, int maxLines) override {
-    auto extent = plain_.within(text, width, maxLines);
-    if (extent && width >= 41) extent->size.height = 12;
-    return extent;
-  }
-
- private:
-  PlainMeasurer plain_;
-};
-
-TEST(Layout, BoardWhoseLinesGrowWithTheirRoomIsScaledDownUntilItFits) {
-  const auto line = [] { return Text(std::string(100, 'x')).lineLimit(1); };
-  const Node tree = VStack({.spacing = 0}, {line(), line(), line()});
-  HighTailMeasurer measurer;
-  const auto board = layOut(tree, {{40, 28}}, measurer);
-  EXPECT_EQ(board.items.size(), 3U);
-  EXPECT_LE(3 * 12 * board.fit, 28);
-}
-
-TEST(Layout, WhatIsStillTooHighDropsRowsFromTheBottomWhole) {
+TEST(Layout, BoardThatIsTooHighDropsRowsFromTheBottomWholeAndSaysSo) {
   const auto row = [](const std::string& text) { return HStack({}, {Text(text)}); };
   const Node tree =
       VStack({.spacing = 0}, {row("1"), row("2"), Divider(), row("3"), row("4"), row("5"), row("6"), row("7")});
-  EXPECT_EQ(layoutOf(tree, {{28, 21}}), R"(board 40x30 fit 70%
+  EXPECT_EQ(layoutOf(tree, {{40, 30}}), R"(board 40x30 cut
 text 0,0 6x10 baseline 8 1
 text 0,10 6x10 baseline 18 2
 )") << "a divider with nothing below it goes too";
+  EXPECT_TRUE(layoutOf(tree, {{40, 71}}).starts_with("board 40x71\n")) << "seven rows and a rule";
 }
 
 TEST(Layout, ParagraphThatIsTooHighEndsAtALine) {
   const Node tree = VStack({.spacing = 0}, {Text("head"), Text(std::string(200, 'x')), Text("below")});
-  EXPECT_EQ(layoutOf(tree, {{42, 35}}),
-            "board 60x50 fit 70%\ntext 0,0 24x10 baseline 8 head\n"
+  EXPECT_EQ(layoutOf(tree, {{60, 50}}),
+            "board 60x50 cut\ntext 0,0 24x10 baseline 8 head\n"
             "text 0,10 60x40 baseline 18 " +
                 std::string(200, 'x') + "\n");
 }
 
-TEST(Layout, TextThatIsNarrowerWhenScaledNeedsNoMoreThanItTakes) {
-  // 24 characters: five lines in 30 points; at 85 % of the size 36 points hold them in four, and 40 / 0.85 is enough.
-  const Node tree = Text(std::string(24, 'x'));
-  const auto text = layoutOf(tree, {{30, 40}});
-  EXPECT_TRUE(text.starts_with("board 36.") && text.contains("36x40")) << text;
+TEST(Layout, MagnifiedFormShowsALargerBoard) {
+  const Node tree = VStack({.spacing = 0}, {Text("1"), Text("2"), Text("3"), Text("4"), Text("5")});
+  EXPECT_TRUE(layoutOf(tree, {{200, 100}, 2}).starts_with("board 100x50 at 200%\n")) << layoutOf(tree, {{200, 100}, 2});
+  EXPECT_TRUE(layoutOf(tree, {{200, 75}, 2}).starts_with("board 100x37.5 at 200% cut\n"));
 }
 
-TEST(Layout, MagnifiedFormShowsALargerBoardAndScalesDownFromThere) {
-  const Node tree = VStack({.spacing = 0}, {Text("1"), Text("2"), Text("3"), Text("4"), Text("5")});
-  EXPECT_TRUE(layoutOf(tree, {{200, 100}, 2}).starts_with("board 100x50 fit 200%")) << layoutOf(tree, {{200, 100}, 2});
-  EXPECT_TRUE(layoutOf(tree, {{200, 75}, 2}).starts_with("board 133.3x50 fit 150%")) << layoutOf(tree, {{200, 75}, 2});
+/// Lines of an awkward height, as real fonts have.
+class AwkwardMeasurer final : public TextMeasurer {
+ public:
+  TextExtent natural(const TextNode& text) override { return stretched(plain_.natural(text)); }
+  std::optional<TextExtent> within(const TextNode& text, double width, int maxLines) override {
+    return plain_.within(text, width, maxLines).transform(stretched);
+  }
+
+ private:
+  static TextExtent stretched(TextExtent extent) {
+    extent.size.height *= 1.331;
+    return extent;
+  }
+  PlainMeasurer plain_;
+};
+
+TEST(Layout, EqualRowsAreEquallyHighInPixels) {
+  std::vector<Node> rows;
+  for (int i = 0; i < 6; ++i) {
+    rows.push_back(HStack({.alignment = VerticalAlignment::firstTextBaseline, .spacing = 6},
+                          {Text("1"), VStack({}, {Text("a"), Text("b")})}));
+  }
+  const Node tree = VStack({.spacing = 5.3}, {Views(std::move(rows))});
+  AwkwardMeasurer measurer;
+  for (const double magnification : {1.0, 1.5}) {
+    const auto board = layOut(tree, {{400, 400}, magnification}, measurer);
+    for (const auto& item : board.items) {
+      const auto& text = std::get<PlacedText>(item);
+      const double top = text.frame.y * magnification;
+      EXPECT_NEAR(top, std::round(top), 1e-9) << "at " << magnification;
+    }
+  }
+}
+
+TEST(Layout, LeadingColumnsOfRowsShareOneWidthUpToAQuarter) {
+  const auto row = [](const std::string& lead, const std::string& text) {
+    return HStack({.alignment = VerticalAlignment::firstTextBaseline, .spacing = 6}, {Text(lead), Text(text)});
+  };
+  const Node tree = VStack({.spacing = 0}, {row("#1", "a"), row("09:05", "b"), row("#12345678901", "c")});
+  EXPECT_EQ(layoutOf(tree, {{160, 50}}), R"(board 160x50
+text 0,0 40x10 baseline 8 #1
+text 46,0 6x10 baseline 8 a
+text 0,10 40x10 baseline 18 09:05
+text 46,10 6x10 baseline 18 b
+text 0,20 72x10 baseline 28 #12345678901
+text 78,20 6x10 baseline 28 c
+)");
+}
+
+TEST(Layout, SentenceAloneBelowAHeaderStandsInTheMiddle) {
+  const Node tree =
+      VStack({.spacing = 6}, {HStack({}, {Text("Vamba"), Spacer(0)}), Text("Nothing for today.")}).padding(12);
+  PlainMeasurer measurer;
+  const auto board = layOut(tree, {{200, 100}}, measurer);
+  const auto& sentence = std::get<PlacedText>(board.items.back());
+  EXPECT_TRUE(sentence.centred);
+  EXPECT_EQ(sentence.frame, (Rect{12, 53, 176, 10}));
+  EXPECT_EQ(sentence.baseline, 61);
+  EXPECT_FALSE(std::get<PlacedText>(board.items.front()).centred);
 }
 
 TEST(Layout, LengthsThatMakeNoSenseArePulledIntoRange) {
@@ -181,7 +202,7 @@ TEST(Layout, FullMediumBoardShowsEveryLine) {
                                      {8, "x", "y", {}},
                                      {9, "z", "", {}}}},
                           Family::medium);
-  EXPECT_EQ(layoutOf(tree, mediumFamily), R"(board 480x240
+  EXPECT_EQ(layoutOf(tree, mediumFamily), R"(board 480x320
 text 12,12 50x16 baseline 24 Vamba
 capsule 384,13 84x14
 text 390,15 72x10 baseline 23 3 do decyzji
@@ -190,16 +211,16 @@ text 48,34 36x10 baseline 42 Narada
 text 48,44 54x10 baseline 52 Pracownia
 text 48,54 30x10 baseline 62 jutro
 rule 12,71 456x1
-text 12,79 18x10 baseline 87 #12
-text 36,79 42x10 baseline 87 Wniosek
-text 36,89 54x10 baseline 97 Pracownia
-text 12,105 12x10 baseline 113 #7
-text 30,105 60x10 baseline 113 Transkrypt
-text 30,115 0x10 baseline 123 
-text 30,125 42x10 baseline 133 zalegle
-text 12,141 12x10 baseline 149 #8
-text 30,141 6x10 baseline 149 x
-text 30,151 6x10 baseline 159 y
+text 12,79 30x10 baseline 87 #12
+text 48,79 42x10 baseline 87 Wniosek
+text 48,89 54x10 baseline 97 Pracownia
+text 12,105 30x10 baseline 113 #7
+text 48,105 60x10 baseline 113 Transkrypt
+text 48,115 0x10 baseline 123 
+text 48,125 42x10 baseline 133 zalegle
+text 12,141 30x10 baseline 149 #8
+text 48,141 6x10 baseline 149 x
+text 48,151 6x10 baseline 159 y
 text 12,167 60x10 baseline 175 i 1 więcej
 )");
 }

@@ -20,8 +20,7 @@ TEST(LayoutOfRandomTrees, NothingOverlapsAndNothingLeavesTheBox) {
     for (const BoardForm& form : {smallFamily, mediumFamily, largeFamily, BoardForm{{17, 9}}}) {
       const auto board = layOut(tree, form, measurer);
       painted += board.items.size();
-      EXPECT_GE(board.fit, smallestFit * form.magnification);
-      EXPECT_LE(board.fit, form.magnification);
+      EXPECT_EQ(board.magnification, form.magnification);
       const auto faults = render::testing::layoutFaults(board);
       ASSERT_EQ(faults, "") << "seed " << seed << "\n" << protocol::toJson(tree).dump(1);
     }

@@ -32,11 +32,11 @@ TEST(Snapping, RuleIsEquallyThickWhereverItLies) {
   }
 }
 
-TEST(FamilyForm, CellsAreSquareAndCountAsTheFamilySays) {
+TEST(FamilyForm, BoardsBesideAndBelowEachOtherEndFlush) {
   const Size& small = smallFamily.size;
-  EXPECT_EQ(small.width, small.height);
-  EXPECT_EQ(mediumFamily.size, (Size{2 * small.width, small.height}));
-  EXPECT_EQ(largeFamily.size, (Size{2 * small.width, 2 * small.height}));
+  const Size& medium = mediumFamily.size;
+  EXPECT_EQ(medium, (Size{2 * small.width + boardGap, 2 * small.height + boardGap}));
+  EXPECT_EQ(largeFamily.size, (Size{medium.width, medium.height + boardGap + small.height}));
   EXPECT_EQ(familyForm("systemSmall"), smallFamily);
   EXPECT_EQ(familyForm("systemMedium"), mediumFamily);
   EXPECT_EQ(familyForm("systemLarge"), largeFamily);

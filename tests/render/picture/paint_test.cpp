@@ -15,7 +15,7 @@ using namespace render::testing;
 
 TEST(Paint, OnASurfaceOfHighDensityIsThePictureAtThatScale) {
   const auto tree = board(sampleContent(State::full, Language::polish, 12), Family::medium);
-  const OwnedSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 960, 480));
+  const OwnedSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 960, 640));
   cairo_surface_set_device_scale(surface.get(), 2, 2);
   const OwnedCairo cairo(cairo_create(surface.get()));
   ASSERT_TRUE(paint(cairo.get(), tree, {}));

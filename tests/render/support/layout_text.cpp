@@ -66,7 +66,8 @@ bool holds(const Rect& outer, const Rect& inner) {
 
 std::string layoutText(const Board& board) {
   std::string text = "board " + number(board.size.width) + "x" + number(board.size.height);
-  if (board.fit != 1) text += " fit " + number(board.fit * 100) + "%";
+  if (board.magnification != 1) text += " at " + number(board.magnification * 100) + "%";
+  if (!board.whole) text += " cut";
   text += "\n";
   for (const auto& item : board.items) text += std::visit(Line{}, item) + "\n";
   return text;

@@ -1,0 +1,57 @@
+#include "desktop/program/boards.hpp"
+
+#include <gtest/gtest.h>
+
+#include "host/texts/fewer_rows.hpp"
+#include "protocol/view_tree/builders.hpp"
+
+namespace desktop {
+namespace {
+
+using namespace protocol;
+
+/// A day of this many tasks, more than the extension ever sends.
+Node dayOf(int tasks) {
+  std::vector<Node> rows;
+  for (int i = 1; i <= tasks; ++i) {
+    rows.push_back(
+        View(HStack({.alignment = VerticalAlignment::firstTextBaseline, .spacing = 6},
+                    {Text(key("#%lld", std::int64_t{i})).font(TextStyle::caption2), Text("Task").lineLimit(1)}))
+            .id(std::to_string(i)));
+  }
+  return VStack({.spacing = 6}, {HStack({}, {Text(key("Vamba")).font(TextStyle::headline)}), Views(std::move(rows))})
+      .padding(12)
+      .containerBackground(ContainerBackground::background);
+}
+
+std::size_t linesOf(const Node& board) { return std::get<VStackNode>(board.kind).children.size(); }
+
+std::string lastLineOf(const Node& board) {
+  return std::get<Verbatim>(std::get<TextNode>(std::get<VStackNode>(board.kind).children.back().kind).content).text;
+}
+
+bool fits(const Node& board, const char* family) {
+  return render::fits(board, {.form = render::familyForm(family).value()});
+}
+
+TEST(BoardInBox, KeepsAllRowsThatFit) {
+  EXPECT_EQ(boardInBox(dayOf(3), "systemMedium", host::Language::english),
+            host::localised(dayOf(3), host::Language::english));
+}
+
+TEST(BoardInBox, LeavesOutAndCountsTheRowsThatDoNot) {
+  constexpr int tasks = 40;
+  for (const char* family : {"systemSmall", "systemMedium", "systemLarge"}) {
+    const auto board = boardInBox(dayOf(tasks), family, host::Language::english);
+    EXPECT_TRUE(fits(board, family)) << family;
+    // Beside the rows there are the header and the last line.
+    const int hidden = tasks - static_cast<int>(linesOf(board) - 2);
+    EXPECT_GT(hidden, 0) << family;
+    EXPECT_EQ(lastLineOf(board), "and " + std::to_string(hidden) + " more") << family;
+    const auto onMore = host::withoutLastRows(dayOf(tasks), hidden - 1).value();
+    EXPECT_FALSE(fits(host::localised(onMore, host::Language::english), family)) << family;
+  }
+}
+
+}  // namespace
+}  // namespace desktop
