@@ -32,13 +32,16 @@ testing::AssertionResult isError(const json& answer, int code, const json& id) {
 
 TEST_F(ExtensionProtocolTest, DeclaresTheOneWidgetWithItsNameAndSizes) {
   const json answer = extension().call("widgets");
-  EXPECT_EQ(answer, (json{{"jsonrpc", "2.0"},
-                          {"id", 1},
-                          {"result",
-                           {{{"kind", kind},
-                             {"displayName", "Vamba — spotkania i zadania"},
-                             {"description", "Najbliższe spotkania oraz zadania: zaległe, na dziś i bez terminu."},
-                             {"families", {"systemSmall", "systemMedium", "systemLarge"}}}}}}));
+  EXPECT_EQ(answer,
+            (json{{"jsonrpc", "2.0"},
+                  {"id", 1},
+                  {"result",
+                   {{{"version", 1},
+                     {"kind", kind},
+                     {"displayName", "Vamba — spotkania i zadania"},
+                     {"description", "Najbliższe spotkania oraz zadania: zaległe, na dziś i bez terminu."},
+                     {"families", {"systemSmall", "systemMedium", "systemLarge"}},
+                     {"opens", {{{"desktopEntry", "pl.ferol.vamba"}}, {{"url", "https://vamba.ferol.pl"}}}}}}}}));
 }
 
 TEST_F(ExtensionProtocolTest, ShowsTheSampleDayWithoutKeychainOrNetwork) {

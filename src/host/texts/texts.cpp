@@ -1,6 +1,5 @@
 #include "host/texts/texts.hpp"
 
-#include <array>
 #include <utility>
 
 #include "platform/languages/preferred_languages.hpp"
@@ -8,36 +7,6 @@
 
 namespace host {
 namespace {
-
-struct Wording {
-  std::string_view polish;  ///< the key itself
-  std::string_view english;
-  std::string_view lithuanian;
-};
-
-// A number is never agreed with: each wording is right for 1, 2, 5, 11, 21 and any other count, where Lithuanian and
-// Polish would need three forms of a noun.
-constexpr std::array wordings{
-    Wording{"Vamba", "Vamba", "Vamba"},
-    Wording{"%lld do decyzji", "%lld to decide", "Spręsti: %lld"},
-    Wording{"i %lld więcej", "and %lld more", "ir dar %lld"},
-    Wording{"#%lld", "#%lld", "#%lld"},
-};
-
-std::string_view format(std::string_view key, Language language) {
-  for (const Wording& wording : wordings) {
-    if (wording.polish != key) continue;
-    switch (language) {
-      case Language::polish:
-        return wording.polish;
-      case Language::english:
-        return wording.english;
-      case Language::lithuanian:
-        return wording.lithuanian;
-    }
-  }
-  return key;
-}
 
 void localise(protocol::Node& node, Language language) {
   const auto children = [&](auto& stack) {
@@ -79,7 +48,8 @@ std::string languageTag(Language language) {
 }
 
 std::string worded(const protocol::LocalizedKey& key, Language language) {
-  return protocol::withArguments(format(key.key, language), key.arguments);
+  const auto wording = protocol::wordingOf(key.key, languageTag(language));
+  return wording ? protocol::withArguments(*wording, key.arguments) : protocol::asWritten(key);
 }
 
 protocol::Node localised(protocol::Node view, Language language) {

@@ -1,6 +1,6 @@
-// The host's localised-text mechanism: what the widget hands over as a key is worded here, in Polish, English or
-// Lithuanian. The wordings are compiled in, so no locale has to be installed. The widget's own sentences arrive
-// translated and are none of this folder's business.
+// The host's localised-text mechanism: what the widget hands over as a key is worded in Polish, English or Lithuanian
+// (protocol/view_tree/localized_key.hpp holds the wordings, so no locale has to be installed). The widget's own
+// sentences arrive translated.
 #pragma once
 
 #include <span>
@@ -25,7 +25,8 @@ Language userLanguage();
 /// As in BCP 47.
 std::string languageTag(Language language);
 
-/// The key's wording in the language with its numbers put in. A key without a wording shows as written.
+/// The key's wording in the language with its numbers put in. A key that is not known shows the sender's own text, else
+/// as written.
 std::string worded(const protocol::LocalizedKey& key, Language language);
 
 /// The tree with every key replaced by its wording as verbatim text; all else stays as it is.

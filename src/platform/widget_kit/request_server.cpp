@@ -22,13 +22,22 @@ std::string textOf(const json& params, const char* name) {
   return it != params.end() && it->is_string() ? it->get<std::string>() : std::string{};
 }
 
-json declarationOf(const WidgetConfiguration& configuration) {
+constexpr int protocolVersion = 1;
+
+json declarationOf(const Widget& widget) {
+  const auto configuration = widget.body();
   json families = json::array();
-  for (const auto family : configuration.supportedFamilies()) families.push_back(nameOf(family));
-  return {{"kind", configuration.kind()},
-          {"displayName", configuration.displayName()},
-          {"description", configuration.description()},
-          {"families", std::move(families)}};
+  for (const auto family : configuration->supportedFamilies()) families.push_back(nameOf(family));
+  json opens = json::array();
+  for (const auto& [kind, name] : widget.opens()) {
+    opens.push_back({{kind == OpenTarget::Kind::url ? "url" : "desktopEntry", name}});
+  }
+  return {{"version", protocolVersion},
+          {"kind", configuration->kind()},
+          {"displayName", configuration->displayName()},
+          {"description", configuration->description()},
+          {"families", std::move(families)},
+          {"opens", std::move(opens)}};
 }
 
 }  // namespace
@@ -78,7 +87,7 @@ void RequestServer::dispatch(protocol::json_rpc::Request request) {
 
 RequestServer::Result RequestServer::widgets() const {
   json declarations = json::array();
-  for (const auto& widget : bundle_.body()) declarations.push_back(declarationOf(*widget->body()));
+  for (const auto& widget : bundle_.body()) declarations.push_back(declarationOf(*widget));
   return declarations;
 }
 

@@ -53,8 +53,8 @@ class Text final : public View {
   TextNode& text() { return std::get<TextNode>(node_.kind); }
 };
 
-inline LocalizedKey key(std::string text) { return {std::move(text), {}}; }
-inline LocalizedKey key(std::string format, std::int64_t argument) { return {std::move(format), {argument}}; }
+inline LocalizedKey key(std::string text) { return {std::move(text), {}, {}}; }
+inline LocalizedKey key(std::string format, std::int64_t argument) { return {std::move(format), {argument}, {}}; }
 
 inline View Spacer(double minLength = 0) { return View({.kind = SpacerNode{minLength}}); }
 inline View Divider() { return View({.kind = DividerNode{}}); }

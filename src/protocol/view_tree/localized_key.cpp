@@ -1,6 +1,34 @@
 #include "protocol/view_tree/localized_key.hpp"
 
+#include <algorithm>
+#include <array>
+
 namespace protocol {
+namespace {
+
+struct Wording {
+  std::string_view polish;  ///< the key itself
+  std::string_view english;
+  std::string_view lithuanian;
+};
+
+// A number is never agreed with: each wording is right for 1, 2, 5, 11, 21 and any other count, where Lithuanian and
+// Polish would need three forms of a noun.
+constexpr std::array wordings{
+    Wording{"Vamba", "Vamba", "Vamba"},
+    Wording{"%lld do decyzji", "%lld to decide", "Spręsti: %lld"},
+    Wording{"i %lld więcej", "and %lld more", "ir dar %lld"},
+    Wording{"#%lld", "#%lld", "#%lld"},
+};
+
+}  // namespace
+
+std::optional<std::string_view> wordingOf(std::string_view key, std::string_view language) {
+  const auto found = std::ranges::find(wordings, key, &Wording::polish);
+  if (found == wordings.end()) return std::nullopt;
+  if (language == "en") return found->english;
+  return language == "lt" ? found->lithuanian : found->polish;
+}
 
 std::string withArguments(std::string_view format, std::span<const std::int64_t> arguments) {
   constexpr std::string_view placeholder = "%lld";
@@ -14,6 +42,6 @@ std::string withArguments(std::string_view format, std::span<const std::int64_t>
   return text.append(format);
 }
 
-std::string asWritten(const LocalizedKey& key) { return withArguments(key.key, key.arguments); }
+std::string asWritten(const LocalizedKey& key) { return key.value.value_or(withArguments(key.key, key.arguments)); }
 
 }  // namespace protocol

@@ -1,8 +1,10 @@
-// A localised key with its numbers put in. Which wording a language has for a key is the host's knowledge
-// (host/texts); this is the mechanism's fall-back and its substitution, which every painter can use.
+// Localised keys: the wordings of those that the widget sends, and the numbers put into them.
+//
+//   withArguments(wordingOf("%lld do decyzji", "lt").value(), {{3}})   "Spręsti: 3"
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,7 +17,11 @@ namespace protocol {
 /// argument stays as written; arguments left over are not shown. Nothing else in `format` has a meaning.
 std::string withArguments(std::string_view format, std::span<const std::int64_t> arguments);
 
-/// The key as written, in the language of whoever wrote it, with its arguments put in.
+/// The wording of a key in "en" or "lt"; in any other language the key itself, which is Polish. Absent for a key that
+/// has no wordings.
+std::optional<std::string_view> wordingOf(std::string_view key, std::string_view language);
+
+/// What a host shows that does not know the key: the sender's own text, else the key as written with its arguments.
 std::string asWritten(const LocalizedKey& key);
 
 }  // namespace protocol

@@ -40,6 +40,7 @@ struct Verbatim {
 struct LocalizedKey {
   std::string key;
   std::vector<std::int64_t> arguments;
+  std::optional<std::string> value;  ///< the whole text in the sender's language, for hosts that do not know the key
   bool operator==(const LocalizedKey&) const = default;
 };
 

@@ -68,6 +68,7 @@ struct Writer {
     if (const auto* key = std::get_if<LocalizedKey>(&node.content)) {
       out["key"] = key->key;
       out["arguments"] = key->arguments;
+      if (key->value) out["value"] = *key->value;
     } else {
       out["text"] = std::get<Verbatim>(node.content).text;
     }
@@ -123,7 +124,7 @@ std::variant<Verbatim, LocalizedKey> contentOf(const JsonObject& object) {
   if (auto verbatim = object.optionalText("text")) return Verbatim{*std::move(verbatim)};
   auto key = object.optionalText("key");
   if (!key) object.refuse("text", "neither text nor key");
-  LocalizedKey localized{*std::move(key), {}};
+  LocalizedKey localized{*std::move(key), {}, object.optionalText("value")};
   if (object.find("arguments") != nullptr) localized.arguments = object.integers("arguments");
   return localized;
 }

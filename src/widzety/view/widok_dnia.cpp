@@ -32,20 +32,20 @@ std::span<const Element> pierwsze(const std::vector<Element>& lista, std::size_t
 
 std::size_t ukryte(std::size_t liczba, std::size_t limit) { return liczba > limit ? liczba - limit : 0; }
 
-View plakietka(std::int64_t doDecyzji) {
-  return Text(key("%lld do decyzji", doDecyzji))
+View plakietka(std::int64_t doDecyzji, Jezyk jezyk) {
+  return Text(kluczHosta("%lld do decyzji", {doDecyzji}, jezyk))
       .font(TextStyle::caption2)
       .weight(FontWeight::medium)
       .padding({.top = 2, .leading = 6, .bottom = 2, .trailing = 6})
       .background({.corners = CapsuleCorners::continuous, .fill = ForegroundStyle::tint, .opacity = 0.15});
 }
 
-View naglowek(const Wpis& wpis) {
+View naglowek(const Wpis& wpis, Jezyk jezyk) {
   return HStack({.alignment = VerticalAlignment::center, .spacing = 6},
                 {
-                    Text(key("Vamba")).font(TextStyle::headline),
+                    Text(kluczHosta("Vamba", {}, jezyk)).font(TextStyle::headline),
                     Spacer(),
-                    when(wpis.doDecyzji >= 1, [&] { return plakietka(wpis.doDecyzji); }),
+                    when(wpis.doDecyzji >= 1, [&] { return plakietka(wpis.doDecyzji, jezyk); }),
                 });
 }
 
@@ -79,20 +79,20 @@ View tablica(Children tresc) {
 
 Node WidokDnia::body(const Clock& zegar, Jezyk jezyk) const {
   const ChwilaRysowania chwila{rozmiar(), zegar.now(), zegar.calendar(), jezyk};
-  if (wpis.blad) return tablica({naglowek(wpis), zdanie(*wpis.blad)});
+  if (wpis.blad) return tablica({naglowek(wpis, jezyk), zdanie(*wpis.blad)});
   if (wpis.spotkania.empty() && wpis.zadania.empty()) {
-    return tablica({naglowek(wpis), zdanie(tlumacz("Nic na dziś.", jezyk))});
+    return tablica({naglowek(wpis, jezyk), zdanie(tlumacz("Nic na dziś.", jezyk))});
   }
 
   const Limity limity(wpis, chwila.rozmiar);
   const auto wiecej = static_cast<std::int64_t>(ukryte(wpis.spotkania.size(), limity.spotkan) +
                                                 ukryte(wpis.zadania.size(), limity.zadan));
   return tablica({
-      naglowek(wpis),
+      naglowek(wpis, jezyk),
       sekcjaSpotkan(wpis, limity, chwila),
       when(!wpis.zadania.empty(), [] { return Divider().padding({.top = 1, .bottom = 1}); }),
       sekcjaZadan(wpis, limity, chwila),
-      when(wiecej >= 1, [&] { return drobnaLinia(Text(key("i %lld więcej", wiecej))); }),
+      when(wiecej >= 1, [&] { return drobnaLinia(Text(kluczHosta("i %lld więcej", {wiecej}, jezyk))); }),
   });
 }
 

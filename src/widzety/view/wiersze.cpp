@@ -1,5 +1,6 @@
 #include "widzety/view/wiersze.hpp"
 
+#include "protocol/view_tree/localized_key.hpp"
 #include "widzety/texts/tlumaczenia.hpp"
 
 namespace widzety {
@@ -31,8 +32,8 @@ View godzina(absl::Time kiedy, const Calendar& kalendarz) {
       .role(TextRole::time);
 }
 
-View numerZadania(std::int64_t numer) {
-  return Text(key("#%lld", numer))
+View numerZadania(std::int64_t numer, Jezyk jezyk) {
+  return Text(kluczHosta("#%lld", {numer}, jezyk))
       .font(TextStyle::caption2)
       .monospacedDigit()
       .foregroundStyle(ForegroundStyle::secondary);
@@ -74,6 +75,12 @@ View wiersz(View kolumnaWiodaca, Children kolumnaTekstu) {
 
 }  // namespace
 
+LocalizedKey kluczHosta(std::string klucz, std::vector<std::int64_t> argumenty, Jezyk jezyk) {
+  const auto wording = wordingOf(klucz, wartoscSurowa(jezyk)).value_or(klucz);
+  std::string tekst = withArguments(wording, argumenty);
+  return {.key = std::move(klucz), .arguments = std::move(argumenty), .value = std::move(tekst)};
+}
+
 View wierszSpotkania(const SpotkaniePlanowane& spotkanie, const ChwilaRysowania& chwila) {
   return wiersz(godzina(spotkanie.kiedy, chwila.kalendarz), {
                                                                 tytulWiersza(spotkanie.tytul),
@@ -83,11 +90,11 @@ View wierszSpotkania(const SpotkaniePlanowane& spotkanie, const ChwilaRysowania&
 }
 
 View wierszZadania(const ZadanieMoje& zadanie, const ChwilaRysowania& chwila) {
-  return wiersz(numerZadania(zadanie.numer), {
-                                                 tytulWiersza(zadanie.tytul),
-                                                 liniaProjektu(zadanie.projektNazwa, chwila.rozmiar),
-                                                 znakZaleglosci(zadanie, chwila),
-                                             });
+  return wiersz(numerZadania(zadanie.numer, chwila.jezyk), {
+                                                               tytulWiersza(zadanie.tytul),
+                                                               liniaProjektu(zadanie.projektNazwa, chwila.rozmiar),
+                                                               znakZaleglosci(zadanie, chwila),
+                                                           });
 }
 
 }  // namespace widzety

@@ -17,6 +17,10 @@ struct ChwilaRysowania {
   Jezyk jezyk;
 };
 
+/// A key of the host's localised texts, with the text in the given language beside it for hosts that do not know the
+/// key.
+protocol::LocalizedKey kluczHosta(std::string klucz, std::vector<std::int64_t> argumenty, Jezyk jezyk);
+
 /// "09:05 Narada zespołu", marked "jutro" when it is not today.
 protocol::View wierszSpotkania(const SpotkaniePlanowane& spotkanie, const ChwilaRysowania& chwila);
 

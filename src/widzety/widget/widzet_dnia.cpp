@@ -19,4 +19,9 @@ platform::SomeWidgetConfiguration WidzetDnia::body() const {
       .supportedFamilies({systemSmall, systemMedium, systemLarge});
 }
 
+std::vector<platform::OpenTarget> WidzetDnia::opens() const {
+  using enum platform::OpenTarget::Kind;
+  return {{desktopEntry, "pl.ferol.vamba"}, {url, "https://vamba.ferol.pl"}};
+}
+
 }  // namespace widzety

@@ -10,6 +10,7 @@ class WidzetDnia final : public platform::Widget {
  public:
   explicit WidzetDnia(const Otoczenie& otoczenie) : otoczenie_(otoczenie) {}
   platform::SomeWidgetConfiguration body() const override;
+  std::vector<platform::OpenTarget> opens() const override;
 
  private:
   Otoczenie otoczenie_;

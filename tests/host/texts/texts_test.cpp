@@ -37,6 +37,12 @@ TEST(Language, IsThatOfTheFirstPreferredLanguageElsePolish) {
   }
 }
 
+TEST(Worded, AKeyThatIsNotKnownShowsTheSendersTextElseItself) {
+  EXPECT_EQ(worded(LocalizedKey{"%lld do decyzji", {3}, "3 kim bilir"}, Language::english), "3 to decide");
+  EXPECT_EQ(worded(LocalizedKey{"%lld nowych", {3}, "3 new"}, Language::english), "3 new");
+  EXPECT_EQ(worded(LocalizedKey{"%lld nowych", {3}, std::nullopt}, Language::english), "3 nowych");
+}
+
 TEST(Language, OfTheUserFollowsTheEnvironmentWithoutAnyLocaleInstalled) {
   support::ScopedEnvironment environment;
   environment.unset("LANGUAGE");

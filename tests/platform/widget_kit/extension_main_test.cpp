@@ -86,7 +86,7 @@ json with(json params, const char* name, json value) {
 TEST_F(ExtensionMain, DeclaresItsWidgets) {
   request(1, "widgets", json::object());
   EXPECT_EQ(answer(), json::parse(R"({"jsonrpc": "2.0", "id": 1, "result": [{
-      "kind": "sample", "displayName": "Sample", "description": "A sample.",
+      "version": 1, "opens": [], "kind": "sample", "displayName": "Sample", "description": "A sample.",
       "families": ["systemSmall", "systemLarge"]}]})"));
   send(R"({"jsonrpc":"2.0","id":"two","method":"widgets"})"
        "\n");

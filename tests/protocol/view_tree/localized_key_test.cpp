@@ -7,6 +7,19 @@
 namespace protocol {
 namespace {
 
+TEST(LocalizedKey, HasWordingsInThreeLanguages) {
+  EXPECT_EQ(wordingOf("%lld do decyzji", "en"), "%lld to decide");
+  EXPECT_EQ(wordingOf("%lld do decyzji", "lt"), "Spręsti: %lld");
+  EXPECT_EQ(wordingOf("%lld do decyzji", "pl"), "%lld do decyzji");
+  EXPECT_EQ(wordingOf("%lld do decyzji", "de"), "%lld do decyzji");
+  EXPECT_EQ(wordingOf("something else", "en"), std::nullopt);
+}
+
+TEST(LocalizedKey, ShowsTheSendersTextWhereThereIsOne) {
+  EXPECT_EQ(asWritten({"new key %lld", {3}, "three of the new"}), "three of the new");
+  EXPECT_EQ(asWritten({"new key %lld", {3}, std::nullopt}), "new key 3");
+}
+
 TEST(LocalizedKey, TakesItsArgumentsInOrder) {
   struct Case {
     LocalizedKey key;

@@ -44,6 +44,13 @@ TEST(NodeJson, WritesTheFormOfTheProtocol) {
 
 TEST(NodeJson, ReadsBackWhatItWrote) { EXPECT_EQ(nodeFromJson(json::parse(toJson(sample()).dump())), sample()); }
 
+TEST(NodeJson, CarriesTheSendersTextBesideAKey) {
+  const Node node{.kind = TextNode{.content = LocalizedKey{"%lld do decyzji", {3}, "3 to decide"}}};
+  EXPECT_EQ(toJson(node).dump(),
+            R"({"type":"text","key":"%lld do decyzji","arguments":[3],"value":"3 to decide","font":"caption"})");
+  EXPECT_EQ(nodeFromJson(json::parse(toJson(node).dump())), node);
+}
+
 TEST(NodeJson, IgnoresKeysItDoesNotKnowAndReadsNullAsAbsent) {
   const auto read = nodeFromJson(json::parse(
       R"({"type":"vstack","shadow":3,"spacing":null,"padding":{"top":1,"inner":2},"children":[{"type":"divider"}]})"));
