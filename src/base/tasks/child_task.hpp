@@ -1,6 +1,7 @@
 // A piece of a task that runs beside it: started, awaited or cancelled within the scope that holds it.
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <optional>
 #include <stop_token>
@@ -10,13 +11,18 @@
 namespace base {
 
 /// Runs a function on a thread of its own. The parent's cancellation reaches it; leaving the scope cancels it and waits
-/// for it, so no child outlives its parent.
+/// for it, so no child outlives its parent. The constructor throws std::system_error where no thread can be had.
 template <typename Result>
 class ChildTask {
  public:
   ChildTask(std::stop_token parent, std::move_only_function<Result(std::stop_token)> body)
-      : thread_(
-            [this, body = std::move(body)](std::stop_token stop) mutable { result_.emplace(body(std::move(stop))); }),
+      : thread_([this, body = std::move(body)](std::stop_token stop) mutable {
+          try {
+            result_.emplace(body(std::move(stop)));
+          } catch (...) {
+            failure_ = std::current_exception();
+          }
+        }),
         parentStops_(std::move(parent), Cancel{this}) {}
 
   ChildTask(const ChildTask&) = delete;
@@ -24,9 +30,10 @@ class ChildTask {
 
   void cancel() { thread_.request_stop(); }
 
-  /// Waits for the result; called at most once.
+  /// Waits for the result; called at most once. Throws what the function threw.
   Result await() {
     thread_.join();
+    if (failure_) std::rethrow_exception(failure_);
     return std::move(*result_);  // NOLINT(bugprone-unchecked-optional-access): the thread set it before it ended
   }
 
@@ -37,6 +44,7 @@ class ChildTask {
   };
 
   std::optional<Result> result_;
+  std::exception_ptr failure_;
   std::jthread thread_;
   std::stop_callback<Cancel> parentStops_;
 };

@@ -1,6 +1,9 @@
 #include "base/tasks/task_group.hpp"
 
 #include <algorithm>
+#include <memory>
+#include <system_error>
+#include <utility>
 
 namespace base {
 
@@ -11,16 +14,28 @@ TaskGroup::~TaskGroup() {
 
 void TaskGroup::start(Body body) {
   joinFinished();
-  const std::lock_guard lock(mutex_);
-  Task& task = tasks_.emplace_back();
-  // The thread waits for the lock before it marks its end, so the assignment is done by then.
-  task.thread = std::jthread([this, &task, body = std::move(body)](std::stop_token stop) mutable {
-    body(stop);
-    const std::lock_guard endLock(mutex_);
-    task.finished = true;
-    taskFinished_.notify_all();
-  });
-  if (cancelled_) task.thread.request_stop();
+  // Shared with the thread, so that it is still here where none can be had.
+  const auto shared = std::make_shared<Body>(std::move(body));
+  std::stop_source withoutThread;
+  {
+    const std::lock_guard lock(mutex_);
+    Task& task = tasks_.emplace_back();
+    try {
+      // The thread waits for the lock before it marks its end, so the assignment is done by then.
+      task.thread = std::jthread([this, &task, shared](std::stop_token stop) {
+        (*shared)(std::move(stop));
+        const std::lock_guard endLock(mutex_);
+        task.finished = true;
+        taskFinished_.notify_all();
+      });
+      if (cancelled_) task.thread.request_stop();
+      return;
+    } catch (const std::system_error&) {
+      tasks_.pop_back();
+    }
+    if (cancelled_) withoutThread.request_stop();
+  }
+  (*shared)(withoutThread.get_token());
 }
 
 void TaskGroup::cancelAll() {

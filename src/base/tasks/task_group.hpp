@@ -21,7 +21,8 @@ class TaskGroup {
   /// Cancels what still runs and waits for it.
   ~TaskGroup();
 
-  /// Starts a task and returns at once. After `cancelAll` tasks start with their stop already requested.
+  /// Starts a task and returns at once. After `cancelAll` tasks start with their stop already requested. Where no
+  /// thread can be had, the task runs on the caller's own, and is over when this returns.
   void start(Body body);
 
   /// Asks every task to stop; it does not wait.

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <latch>
+#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -44,6 +45,11 @@ TEST(ChildTask, IsCancelledAndWaitedForWhenItsScopeEnds) {
     const ChildTask<bool> child({}, UntilStopped{&stopped});
   }
   EXPECT_TRUE(stopped);
+}
+
+TEST(ChildTask, HandsOnWhatItsFunctionThrows) {
+  ChildTask<int> child({}, [](std::stop_token) -> int { throw std::runtime_error("no memory"); });
+  EXPECT_THROW(child.await(), std::runtime_error);
 }
 
 TEST(ChildTask, IsCancelledWithItsParent) {

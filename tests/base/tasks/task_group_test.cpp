@@ -2,8 +2,10 @@
 
 #include <atomic>
 #include <latch>
+#include <thread>
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 namespace base {
 namespace {
@@ -67,6 +69,42 @@ TEST(TaskGroup, CancelsAndJoinsWhenItEnds) {
     });
   }
   EXPECT_TRUE(stopped);
+}
+
+/// While it lives no thread can be had: none finds room for its stack.
+class NoThreads {
+ public:
+  NoThreads() {
+    pthread_getattr_default_np(&before_);
+    pthread_attr_t attributes;
+    pthread_getattr_default_np(&attributes);
+    pthread_attr_setstacksize(&attributes, std::size_t{1} << 47);
+    pthread_setattr_default_np(&attributes);
+    pthread_attr_destroy(&attributes);
+  }
+  ~NoThreads() {
+    pthread_setattr_default_np(&before_);
+    pthread_attr_destroy(&before_);
+  }
+
+ private:
+  pthread_attr_t before_{};
+};
+
+TEST(TaskGroup, RunsATaskOnTheCallersThreadWhereNoOtherCanBeHad) {
+  TaskGroup group;
+  std::thread::id ranOn;
+  {
+    const NoThreads none;
+    group.start([&](std::stop_token stop) {
+      EXPECT_FALSE(stop.stop_requested());
+      ranOn = std::this_thread::get_id();
+    });
+    group.cancelAll();
+    group.start([](std::stop_token stop) { EXPECT_TRUE(stop.stop_requested()); });
+  }
+  EXPECT_EQ(ranOn, std::this_thread::get_id());
+  group.waitForAll();  // nothing is left that it would wait for
 }
 
 TEST(TaskGroup, TakesTasksFromManyThreads) {

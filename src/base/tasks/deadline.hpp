@@ -1,0 +1,45 @@
+// One instant that every wait of an operation shares, so that the whole is bounded and not each of its steps.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+
+namespace base {
+
+/// By the monotonic clock, which does not jump when somebody sets the machine's time.
+///
+///     const auto load = base::Deadline::after(12s);
+///     const auto call = std::min(base::Deadline::after(2s), load);  // two seconds, and never past the load's end
+class Deadline {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  static Deadline never() { return Deadline(Clock::time_point::max()); }
+
+  /// A duration that the clock cannot reach counts as `never`.
+  static Deadline after(Clock::duration duration) {
+    const auto now = Clock::now();
+    return duration >= Clock::time_point::max() - now ? never() : Deadline(now + duration);
+  }
+
+  /// The instant that lies this much later.
+  Deadline plus(Clock::duration duration) const { return *this == never() ? never() : Deadline(end_ + duration); }
+
+  bool passed() const { return Clock::now() >= end_; }
+  Clock::time_point end() const { return end_; }
+
+  /// Never less than zero.
+  std::chrono::microseconds left() const {
+    const auto left = std::chrono::duration_cast<std::chrono::microseconds>(end_ - Clock::now());
+    return std::max(left + std::chrono::microseconds(1), std::chrono::microseconds::zero());
+  }
+
+  auto operator<=>(const Deadline&) const = default;
+
+ private:
+  explicit Deadline(Clock::time_point end) : end_(end) {}
+
+  Clock::time_point end_;
+};
+
+}  // namespace base
