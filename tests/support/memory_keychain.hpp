@@ -23,28 +23,35 @@ class MemoryKeychain final : public platform::Keychain {
     const std::lock_guard lock(mutex_);
     return reads_;
   }
+  /// Of each query, in the same order.
+  std::vector<base::Deadline> deadlines() const {
+    const std::lock_guard lock(mutex_);
+    return deadlines_;
+  }
   std::vector<platform::KeychainQuery> queries() const {
     const std::lock_guard lock(mutex_);
     return queries_;
   }
 
-  platform::KeychainResult copyMatching(const platform::KeychainQuery& query) override {
+ private:
+  platform::KeychainResult find(const platform::KeychainQuery& query, base::Deadline deadline) override {
     const std::lock_guard lock(mutex_);
     ++reads_;
     queries_.push_back(query);
+    deadlines_.push_back(deadline);
     const auto item = items_.find(accountOf(query));
     if (item == items_.end()) return {platform::KeychainStatus::itemNotFound, std::nullopt};
     return {platform::KeychainStatus::success, item->second};
   }
 
-  platform::KeychainStatus deleteItems(const platform::KeychainQuery& query) override {
+  platform::KeychainStatus erase(const platform::KeychainQuery& query, base::Deadline deadline) override {
     const std::lock_guard lock(mutex_);
     queries_.push_back(query);
+    deadlines_.push_back(deadline);
     return items_.erase(accountOf(query)) > 0 ? platform::KeychainStatus::success
                                               : platform::KeychainStatus::itemNotFound;
   }
 
- private:
   static std::string accountOf(const platform::KeychainQuery& query) {
     for (const auto& [key, value] : query) {
       if (key == platform::KeychainKey::account) return std::get<std::string>(value);
@@ -55,6 +62,7 @@ class MemoryKeychain final : public platform::Keychain {
   mutable std::mutex mutex_;
   std::map<std::string, std::string> items_;
   std::vector<platform::KeychainQuery> queries_;
+  std::vector<base::Deadline> deadlines_;
   int reads_ = 0;
 };
 

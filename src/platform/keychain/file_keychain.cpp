@@ -1,7 +1,7 @@
 #include "platform/keychain/file_keychain.hpp"
 
-#include <cstring>
 #include <expected>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -39,15 +39,17 @@ KeychainStatus statusOf(const FileRefusal& refusal, const std::filesystem::path&
   return refusal.kind == FileRefusal::Kind::insecure ? KeychainStatus::insecure : KeychainStatus::failed;
 }
 
-std::expected<ItemFolder, KeychainStatus> openItemFolder(const std::filesystem::path& root, const ItemIdentity& item,
+std::expected<ItemFolder, KeychainStatus> openItemFolder(const std::filesystem::path& root,
+                                                         std::vector<std::string> levels, const ItemIdentity& item,
                                                          Refusals& refusals) {
+  levels.insert(levels.end(), {item.accessGroup, item.service});
   ItemFolder folder{base::FileDescriptor(), root};
   auto opened = openPrivateFolder(AT_FDCWD, root.native());
-  for (const auto* level : {&item.accessGroup, &item.service}) {
+  for (const auto& level : levels) {
     if (!opened) break;
     folder.descriptor = *std::move(opened);
-    folder.path /= *level;
-    opened = openPrivateFolder(folder.descriptor.get(), *level);
+    folder.path /= level;
+    opened = openPrivateFolder(folder.descriptor.get(), level);
   }
   if (!opened) return std::unexpected(statusOf(opened.error(), folder.path, refusals));
   folder.descriptor = *std::move(opened);
@@ -59,26 +61,30 @@ std::expected<ItemFolder, KeychainStatus> openItemFolder(const std::filesystem::
 FileKeychain::FileKeychain(const std::filesystem::path& root, Refusals& refusals)
     : root_(withoutTrailingSlashes(root)), refusals_(refusals) {}
 
-KeychainResult FileKeychain::copyMatching(const KeychainQuery& query) {
+FileKeychain FileKeychain::below(const std::filesystem::path& base, const std::filesystem::path& root,
+                                 Refusals& refusals) {
+  FileKeychain keychain(base / *root.begin(), refusals);
+  for (auto folder = std::next(root.begin()); folder != root.end(); ++folder) keychain.belowRoot_.push_back(*folder);
+  return keychain;
+}
+
+KeychainResult FileKeychain::find(const KeychainQuery& query, base::Deadline) {
   const auto item = itemIdentity(query);
   if (!item) return {KeychainStatus::badQuery, std::nullopt};
   if (!namesFile(*item)) return {KeychainStatus::itemNotFound, std::nullopt};
-  const auto folder = openItemFolder(root_, *item, refusals_);
+  const auto folder = openItemFolder(root_, belowRoot_, *item, refusals_);
   if (!folder) return {folder.error(), std::nullopt};
   auto bytes = readPrivateFile(folder->descriptor, item->account, largestItem);
   if (!bytes) return {statusOf(bytes.error(), folder->path / item->account, refusals_), std::nullopt};
-  if (!asksForData(query)) {
-    explicit_bzero(bytes->data(), bytes->size());
-    return {KeychainStatus::success, std::nullopt};
-  }
+  if (!asksForData(query)) return {KeychainStatus::success, std::nullopt};
   return {KeychainStatus::success, *std::move(bytes)};
 }
 
-KeychainStatus FileKeychain::deleteItems(const KeychainQuery& query) {
+KeychainStatus FileKeychain::erase(const KeychainQuery& query, base::Deadline) {
   const auto item = itemIdentity(query);
   if (!item) return KeychainStatus::badQuery;
   if (!namesFile(*item)) return KeychainStatus::itemNotFound;
-  const auto folder = openItemFolder(root_, *item, refusals_);
+  const auto folder = openItemFolder(root_, belowRoot_, *item, refusals_);
   if (!folder) return folder.error();
   const auto removed = removeFile(folder->descriptor, item->account);
   return removed ? KeychainStatus::success : statusOf(removed.error(), folder->path / item->account, refusals_);

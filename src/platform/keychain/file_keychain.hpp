@@ -4,6 +4,8 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "platform/keychain/keychain.hpp"
 #include "platform/keychain/refusals.hpp"
@@ -18,11 +20,15 @@ class FileKeychain final : public Keychain {
   /// `refusals` must outlive this.
   FileKeychain(const std::filesystem::path& root, Refusals& refusals);
 
-  KeychainResult copyMatching(const KeychainQuery& query) override;
-  KeychainStatus deleteItems(const KeychainQuery& query) override;
+  /// The root is `root` below `base`, a relative path whose folders are all checked; `base` itself is not.
+  static FileKeychain below(const std::filesystem::path& base, const std::filesystem::path& root, Refusals& refusals);
 
  private:
-  std::filesystem::path root_;
+  KeychainResult find(const KeychainQuery& query, base::Deadline deadline) override;
+  KeychainStatus erase(const KeychainQuery& query, base::Deadline deadline) override;
+
+  std::filesystem::path root_;          // the first folder that is checked
+  std::vector<std::string> belowRoot_;  // further ones, above those of the items
   Refusals& refusals_;
 };
 

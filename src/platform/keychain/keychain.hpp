@@ -10,6 +10,9 @@
 #include <variant>
 #include <vector>
 
+#include "base/tasks/deadline.hpp"
+#include "base/text/secret_text.hpp"
+
 namespace platform {
 
 enum class KeychainKey { itemClass, service, account, accessGroup, returnData, matchLimit };
@@ -40,21 +43,29 @@ enum class KeychainStatus {
 
 struct KeychainResult {
   KeychainStatus status = KeychainStatus::failed;
-  std::optional<std::string> data;  // the item's bytes exactly as stored, when found and asked for
+  std::optional<base::SecretText> data;  // the item's bytes exactly as stored, when found and asked for
 };
 
 /// Both operations may be called from many threads at once, never throw for an outside failure and never ask the
-/// person anything.
+/// person anything. What they wait for, they wait for no longer than to the deadline; their answer is then `timedOut`.
 class Keychain {
  public:
   virtual ~Keychain() = default;
 
   /// Finds the item; of several that match, the one changed last.
-  virtual KeychainResult copyMatching(const KeychainQuery& query) = 0;
+  KeychainResult copyMatching(const KeychainQuery& query, base::Deadline deadline = base::Deadline::never()) {
+    return find(query, deadline);
+  }
 
   /// Deletes every item that matches; `returnData` and `matchLimit` do not matter. An item that is already gone is
   /// `itemNotFound`.
-  virtual KeychainStatus deleteItems(const KeychainQuery& query) = 0;
+  KeychainStatus deleteItems(const KeychainQuery& query, base::Deadline deadline = base::Deadline::never()) {
+    return erase(query, deadline);
+  }
+
+ private:
+  virtual KeychainResult find(const KeychainQuery& query, base::Deadline deadline) = 0;
+  virtual KeychainStatus erase(const KeychainQuery& query, base::Deadline deadline) = 0;
 };
 
 }  // namespace platform

@@ -72,7 +72,7 @@ class WipedBuffer {
   ~WipedBuffer() { explicit_bzero(bytes_.get(), std::min(filled_, size_)); }
 
   bool isFull() const { return filled_ == size_; }
-  std::string text() const { return {bytes_.get(), filled_}; }
+  base::SecretText text() const { return std::string_view(bytes_.get(), filled_); }
 
   // As read(2), behind what is filled.
   ssize_t readFrom(int file) {
@@ -98,8 +98,8 @@ std::expected<base::FileDescriptor, FileRefusal> openPrivateFolder(int parent, c
   return folder;
 }
 
-std::expected<std::string, FileRefusal> readPrivateFile(const base::FileDescriptor& folder, const std::string& name,
-                                                        std::size_t sizeLimit) {
+std::expected<base::SecretText, FileRefusal> readPrivateFile(const base::FileDescriptor& folder,
+                                                             const std::string& name, std::size_t sizeLimit) {
   const base::FileDescriptor file(openRetrying(folder.get(), name.c_str(), O_RDONLY));
   if (file.get() < 0) return whyNotOpened(folder.get(), name.c_str(), errno, "a regular file");
   struct stat status{};

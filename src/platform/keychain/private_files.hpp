@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "base/descriptors/file_descriptor.hpp"
+#include "base/text/secret_text.hpp"
 
 namespace platform {
 
@@ -24,8 +25,8 @@ std::expected<base::FileDescriptor, FileRefusal> openPrivateFolder(int parent, c
 
 /// The bytes of a regular file in `folder` that belongs to this process's user, has a mode of at most 0600 and a
 /// single name. `sizeLimit` in bytes. The bytes are held nowhere else when this returns.
-std::expected<std::string, FileRefusal> readPrivateFile(const base::FileDescriptor& folder, const std::string& name,
-                                                        std::size_t sizeLimit);
+std::expected<base::SecretText, FileRefusal> readPrivateFile(const base::FileDescriptor& folder,
+                                                             const std::string& name, std::size_t sizeLimit);
 
 /// Removes a name from `folder`, whatever kind of file bears it, and makes the removal last.
 std::expected<void, FileRefusal> removeFile(const base::FileDescriptor& folder, const std::string& name);

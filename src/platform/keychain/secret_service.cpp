@@ -90,7 +90,7 @@ BusResult<std::string> SecretService::openSession() {
   return std::string(session);
 }
 
-BusResult<std::string> SecretService::secretOf(const std::string& item) {
+BusResult<base::SecretText> SecretService::secretOf(const std::string& item) {
   const auto session = openSession();
   if (!session) return std::unexpected(session.error());
   const auto answer = bus_.call(
@@ -106,7 +106,7 @@ BusResult<std::string> SecretService::secretOf(const std::string& item) {
       sd_bus_message_read_array(answer->get(), SD_BUS_TYPE_BYTE, &bytes, &size) < 0 || size > largestItem) {
     return broken();
   }
-  return size == 0 ? std::string() : std::string(static_cast<const char*>(bytes), size);
+  return base::SecretText(std::string_view(static_cast<const char*>(bytes), size));
 }
 
 BusResult<SecretService::Deletion> SecretService::deleteItem(const std::string& item) {

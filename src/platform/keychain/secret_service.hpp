@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/text/secret_text.hpp"
 #include "platform/keychain/item_identity.hpp"
 #include "platform/keychain/session_bus.hpp"
 
@@ -23,7 +24,7 @@ class SecretService {
   enum class Deletion { done, dismissedPrompt };
 
   /// Both must outlive this.
-  SecretService(SessionBus& bus, const Deadline& deadline) : bus_(bus), deadline_(deadline) {}
+  SecretService(SessionBus& bus, const base::Deadline& deadline) : bus_(bus), deadline_(deadline) {}
 
   BusResult<bool> anyCollectionUnlocked();
 
@@ -36,7 +37,7 @@ class SecretService {
 
   /// The item's bytes. They cross the bus as they are ("plain"): the bus is the person's own, and whoever can listen
   /// in on it can ask for the item too. `broken` when it holds more than `largestItem` bytes.
-  BusResult<std::string> secretOf(const std::string& item);
+  BusResult<base::SecretText> secretOf(const std::string& item);
 
   /// A question that the service wants to ask first is dismissed unseen.
   BusResult<Deletion> deleteItem(const std::string& item);
@@ -46,7 +47,7 @@ class SecretService {
   BusResult<std::string> openSession();
 
   SessionBus& bus_;
-  const Deadline& deadline_;
+  const base::Deadline& deadline_;
 };
 
 }  // namespace platform

@@ -1,5 +1,6 @@
 #include "platform/keychain/secret_service_keychain.hpp"
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 #include <utility>
@@ -52,7 +53,7 @@ KeychainStatus statusWhereNoneIsUnlocked(const SecretService::Found& found) {
   return found.locked.empty() ? KeychainStatus::itemNotFound : KeychainStatus::locked;
 }
 
-BusResult<KeychainResult> find(SecretService& service, const ItemIdentity& item, bool withData) {
+BusResult<KeychainResult> findItem(SecretService& service, const ItemIdentity& item, bool withData) {
   const auto unlocked = service.anyCollectionUnlocked();
   if (!unlocked) return std::unexpected(unlocked.error());
   if (!*unlocked) return KeychainResult{KeychainStatus::locked, std::nullopt};
@@ -67,7 +68,7 @@ BusResult<KeychainResult> find(SecretService& service, const ItemIdentity& item,
   return KeychainResult{KeychainStatus::success, *std::move(secret)};
 }
 
-BusResult<KeychainStatus> remove(SecretService& service, const ItemIdentity& item) {
+BusResult<KeychainStatus> removeItems(SecretService& service, const ItemIdentity& item) {
   const auto unlocked = service.anyCollectionUnlocked();
   if (!unlocked) return std::unexpected(unlocked.error());
   if (!*unlocked) return KeychainStatus::locked;
@@ -86,9 +87,8 @@ BusResult<KeychainStatus> remove(SecretService& service, const ItemIdentity& ite
 // Runs `work` on a connection of its own: once more when nobody served the name and the bus could start somebody who
 // does, and once more for a service that had not made its objects yet.
 template <class Work>
-auto converse(const SecretServiceKeychain::Settings& settings, ServiceActivation& activation, const Work& work)
-    -> decltype(work(std::declval<SecretService&>())) {
-  const Deadline deadline(settings.longestCall);
+auto converse(const SecretServiceKeychain::Settings& settings, ServiceActivation& activation, base::Deadline deadline,
+              const Work& work) -> decltype(work(std::declval<SecretService&>())) {
   const auto address = settings.busAddress();
   if (!address) return std::unexpected(BusFailure{BusFailure::Kind::absent, {}});
   bool activated = false;
@@ -121,30 +121,36 @@ SecretServiceKeychain::SecretServiceKeychain(Settings settings)
 
 SecretServiceKeychain::~SecretServiceKeychain() = default;
 
-KeychainResult SecretServiceKeychain::copyMatching(const KeychainQuery& query) {
+// A service that the caller's own deadline cut short may well answer the next call.
+KeychainStatus SecretServiceKeychain::statusOfFailure(const BusFailure& failure, base::Deadline deadline) {
+  const auto status = statusOf(failure);
+  if (status == KeychainStatus::timedOut && !deadline.passed()) {
+    breaker_.trip();
+    settings_.diagnostics("keychain: the Secret Service does not answer; it is left alone for a while");
+  }
+  return status;
+}
+
+KeychainResult SecretServiceKeychain::find(const KeychainQuery& query, base::Deadline deadline) {
   const auto item = itemIdentity(query);
   if (!item) return {KeychainStatus::badQuery, std::nullopt};
   if (!item->canExist()) return {KeychainStatus::itemNotFound, std::nullopt};
   if (breaker_.open()) return {KeychainStatus::timedOut, std::nullopt};
-  auto outcome = converse(settings_, *activation_,
-                          [&](SecretService& service) { return find(service, *item, asksForData(query)); });
+  auto outcome = converse(settings_, *activation_, std::min(base::Deadline::after(settings_.longestCall), deadline),
+                          [&](SecretService& service) { return findItem(service, *item, asksForData(query)); });
   if (outcome) return *std::move(outcome);
-  const auto status = statusOf(outcome.error());
-  if (status == KeychainStatus::timedOut) breaker_.trip();
-  return {status, std::nullopt};
+  return {statusOfFailure(outcome.error(), deadline), std::nullopt};
 }
 
-KeychainStatus SecretServiceKeychain::deleteItems(const KeychainQuery& query) {
+KeychainStatus SecretServiceKeychain::erase(const KeychainQuery& query, base::Deadline deadline) {
   const auto item = itemIdentity(query);
   if (!item) return KeychainStatus::badQuery;
   if (!item->canExist()) return KeychainStatus::itemNotFound;
   if (breaker_.open()) return KeychainStatus::timedOut;
   const auto outcome =
-      converse(settings_, *activation_, [&](SecretService& service) { return remove(service, *item); });
-  if (outcome) return *outcome;
-  const auto status = statusOf(outcome.error());
-  if (status == KeychainStatus::timedOut) breaker_.trip();
-  return status;
+      converse(settings_, *activation_, std::min(base::Deadline::after(settings_.longestCall), deadline),
+               [&](SecretService& service) { return removeItems(service, *item); });
+  return outcome ? *outcome : statusOfFailure(outcome.error(), deadline);
 }
 
 }  // namespace platform

@@ -15,10 +15,12 @@
 #include "platform/keychain/circuit_breaker.hpp"
 #include "platform/keychain/keychain.hpp"
 #include "platform/keychain/keychain_environment.hpp"
+#include "platform/keychain/refusals.hpp"
 
 namespace platform {
 
 class ServiceActivation;
+struct BusFailure;
 
 class SecretServiceKeychain final : public Keychain {
  public:
@@ -30,15 +32,19 @@ class SecretServiceKeychain final : public Keychain {
     /// After a call that took too long, calls answer `timedOut` at once for this long.
     std::chrono::steady_clock::duration pauseAfterTimeout = std::chrono::seconds(60);
     MonotonicClock clock = std::chrono::steady_clock::now;
+    /// Told when the service took too long.
+    DiagnosticSink diagnostics = [](std::string_view) {};
   };
 
   explicit SecretServiceKeychain(Settings settings);
   ~SecretServiceKeychain() override;
 
-  KeychainResult copyMatching(const KeychainQuery& query) override;
-  KeychainStatus deleteItems(const KeychainQuery& query) override;
-
  private:
+  KeychainResult find(const KeychainQuery& query, base::Deadline deadline) override;
+  KeychainStatus erase(const KeychainQuery& query, base::Deadline deadline) override;
+
+  KeychainStatus statusOfFailure(const BusFailure& failure, base::Deadline deadline);
+
   Settings settings_;
   CircuitBreaker breaker_;
   std::unique_ptr<ServiceActivation> activation_;

@@ -5,7 +5,7 @@
 namespace platform {
 namespace {
 
-BusResult<void> startService(SessionBus& bus, const char* name, const Deadline& deadline) {
+BusResult<void> startService(SessionBus& bus, const char* name, const base::Deadline& deadline) {
   const BusMethod method{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "StartServiceByName"};
   const auto answer = bus.call(
       method, [name](sd_bus_message* message) { return sd_bus_message_append(message, "su", name, std::uint32_t{0}); },
@@ -16,7 +16,7 @@ BusResult<void> startService(SessionBus& bus, const char* name, const Deadline& 
 
 }  // namespace
 
-BusResult<bool> ServiceActivation::startOnce(SessionBus& bus, const char* name, const Deadline& deadline) {
+BusResult<bool> ServiceActivation::startOnce(SessionBus& bus, const char* name, const base::Deadline& deadline) {
   std::unique_lock lock(mutex_);
   if (state_ == State::untried) {
     state_ = State::underWay;

@@ -5,7 +5,7 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "platform/keychain/deadline.hpp"
+#include "base/tasks/deadline.hpp"
 #include "platform/keychain/session_bus.hpp"
 
 namespace platform {
@@ -15,7 +15,7 @@ class ServiceActivation {
  public:
   /// Whether the service has been started, now or earlier, so that a call to it is worth another try. A service that
   /// could not be started is not asked for again: it would be a new process at each reading.
-  BusResult<bool> startOnce(SessionBus& bus, const char* name, const Deadline& deadline);
+  BusResult<bool> startOnce(SessionBus& bus, const char* name, const base::Deadline& deadline);
 
  private:
   enum class State { untried, underWay, tried };

@@ -38,7 +38,7 @@ int keepAnswer(sd_bus_message* message, void* kept, sd_bus_error*) noexcept {
 
 }  // namespace
 
-BusResult<SessionBus> SessionBus::connect(const std::string& address, const Deadline& deadline) {
+BusResult<SessionBus> SessionBus::connect(const std::string& address, const base::Deadline& deadline) {
   const auto reachable = unixAddressesOf(address);
   if (reachable.empty()) return failure(Kind::absent);
   sd_bus* raw = nullptr;
@@ -61,7 +61,7 @@ BusResult<SessionBus> SessionBus::connect(const std::string& address, const Dead
 
 // Handles one thing that has arrived, or waits for the next. A peer that never stops talking is cut off as well as a
 // silent one.
-BusResult<void> SessionBus::step(const Deadline& deadline) {
+BusResult<void> SessionBus::step(const base::Deadline& deadline) {
   const int handled = sd_bus_process(bus_.get(), nullptr);
   if (handled == -ETIMEDOUT || deadline.passed()) return failure(Kind::timedOut);
   if (handled < 0 && handled != -EINTR && handled != -EAGAIN) return failure(Kind::broken);
@@ -72,7 +72,7 @@ BusResult<void> SessionBus::step(const Deadline& deadline) {
 }
 
 BusResult<BusMessage> SessionBus::call(const BusMethod& method, const AppendArguments& append,
-                                       const Deadline& deadline) {
+                                       const base::Deadline& deadline) {
   sd_bus_message* raw = nullptr;
   if (sd_bus_message_new_method_call(bus_.get(), &raw, method.destination, method.path.c_str(), method.interface,
                                      method.member) < 0) {

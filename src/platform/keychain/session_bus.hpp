@@ -9,7 +9,7 @@
 
 #include <systemd/sd-bus.h>
 
-#include "platform/keychain/deadline.hpp"
+#include "base/tasks/deadline.hpp"
 
 namespace platform {
 
@@ -48,11 +48,11 @@ class SessionBus {
  public:
   /// `address` as D-Bus writes it, a list parted by ';'. Only Unix sockets are tried: other transports look up host
   /// names or start programs, and neither ends by a deadline.
-  static BusResult<SessionBus> connect(const std::string& address, const Deadline& deadline);
+  static BusResult<SessionBus> connect(const std::string& address, const base::Deadline& deadline);
 
   /// Sends the call and waits for its answer. Never makes the bus start the destination. The answer's bytes are
   /// overwritten in memory when it is released.
-  BusResult<BusMessage> call(const BusMethod& method, const AppendArguments& append, const Deadline& deadline);
+  BusResult<BusMessage> call(const BusMethod& method, const AppendArguments& append, const base::Deadline& deadline);
 
  private:
   /// Nothing is flushed: whatever is still unsent is a call that nobody waits for any more.
@@ -61,7 +61,7 @@ class SessionBus {
   };
 
   explicit SessionBus(sd_bus* bus) : bus_(bus) {}
-  BusResult<void> step(const Deadline& deadline);
+  BusResult<void> step(const base::Deadline& deadline);
 
   std::unique_ptr<sd_bus, CloseBus> bus_;
 };

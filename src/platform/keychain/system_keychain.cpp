@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/keychain/file_keychain.hpp"
 #include "platform/keychain/keychain_environment.hpp"
 
 namespace platform {
@@ -26,33 +25,38 @@ KeychainStatus ofBoth(KeychainStatus service, KeychainStatus files) {
 SystemKeychain::SystemKeychain(Settings settings)
     : folderVariable_(std::move(settings.folderVariable)),
       folderBelowDataHome_(std::move(settings.folderBelowDataHome)),
-      refusals_(std::move(settings.diagnostics)),
-      secretService_(std::move(settings.secretService)) {}
+      refusals_(settings.diagnostics),
+      secretService_([&settings] {
+        settings.secretService.diagnostics = std::move(settings.diagnostics);
+        return std::move(settings.secretService);
+      }()) {}
 
-std::optional<std::filesystem::path> SystemKeychain::folderUsedAlone() const {
-  return environmentText(folderVariable_);
+std::optional<FileKeychain> SystemKeychain::folderUsedAlone() {
+  const auto folder = environmentText(folderVariable_);
+  if (!folder) return std::nullopt;
+  return FileKeychain(*folder, refusals_);
 }
 
-std::optional<std::filesystem::path> SystemKeychain::folderOfLastResort() const {
+std::optional<FileKeychain> SystemKeychain::folderOfLastResort() {
   const auto dataFolder = userDataFolder();
   if (!dataFolder) return std::nullopt;
-  return *dataFolder / folderBelowDataHome_;
+  return FileKeychain::below(*dataFolder, folderBelowDataHome_, refusals_);
 }
 
-KeychainResult SystemKeychain::copyMatching(const KeychainQuery& query) {
-  if (auto folder = folderUsedAlone()) return FileKeychain(*std::move(folder), refusals_).copyMatching(query);
-  auto result = secretService_.copyMatching(query);
+KeychainResult SystemKeychain::find(const KeychainQuery& query, base::Deadline deadline) {
+  if (auto files = folderUsedAlone()) return files->copyMatching(query, deadline);
+  auto result = secretService_.copyMatching(query, deadline);
   if (result.status != KeychainStatus::unavailable) return result;
-  if (auto folder = folderOfLastResort()) return FileKeychain(*std::move(folder), refusals_).copyMatching(query);
+  if (auto files = folderOfLastResort()) return files->copyMatching(query, deadline);
   return result;
 }
 
-KeychainStatus SystemKeychain::deleteItems(const KeychainQuery& query) {
-  if (auto folder = folderUsedAlone()) return FileKeychain(*std::move(folder), refusals_).deleteItems(query);
+KeychainStatus SystemKeychain::erase(const KeychainQuery& query, base::Deadline deadline) {
+  if (auto files = folderUsedAlone()) return files->deleteItems(query, deadline);
   // The files first: they cannot hang.
-  auto files = KeychainStatus::unavailable;
-  if (auto folder = folderOfLastResort()) files = FileKeychain(*std::move(folder), refusals_).deleteItems(query);
-  return ofBoth(secretService_.deleteItems(query), files);
+  auto status = KeychainStatus::unavailable;
+  if (auto files = folderOfLastResort()) status = files->deleteItems(query, deadline);
+  return ofBoth(secretService_.deleteItems(query, deadline), status);
 }
 
 }  // namespace platform

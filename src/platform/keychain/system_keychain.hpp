@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/keychain/file_keychain.hpp"
 #include "platform/keychain/keychain.hpp"
 #include "platform/keychain/refusals.hpp"
 #include "platform/keychain/secret_service_keychain.hpp"
@@ -19,22 +20,22 @@ class SystemKeychain final : public Keychain {
     std::string folderVariable;
     /// The folder of files below the user's data folder (`$XDG_DATA_HOME`), used where there is no Secret Service.
     std::filesystem::path folderBelowDataHome;
-    /// Told what the file store refuses, see `Refusals`.
+    /// Told what the file store refuses, see `Refusals`, and when the Secret Service does not answer.
     DiagnosticSink diagnostics;
-    SecretServiceKeychain::Settings secretService;
+    SecretServiceKeychain::Settings secretService;  // its `diagnostics` are the ones above
   };
 
   explicit SystemKeychain(Settings settings);
 
+ private:
   /// A Secret Service that is locked or does not answer is no reason to read files: what they hold may be old.
-  KeychainResult copyMatching(const KeychainQuery& query) override;
+  KeychainResult find(const KeychainQuery& query, base::Deadline deadline) override;
 
   /// Reaches both stores, so that an item deleted from one does not come back from the other.
-  KeychainStatus deleteItems(const KeychainQuery& query) override;
+  KeychainStatus erase(const KeychainQuery& query, base::Deadline deadline) override;
 
- private:
-  std::optional<std::filesystem::path> folderUsedAlone() const;
-  std::optional<std::filesystem::path> folderOfLastResort() const;
+  std::optional<FileKeychain> folderUsedAlone();
+  std::optional<FileKeychain> folderOfLastResort();
 
   std::string folderVariable_;
   std::filesystem::path folderBelowDataHome_;

@@ -96,6 +96,22 @@ TEST_F(FileKeychainTest, FollowsLinksAboveTheRoot) {
   EXPECT_EQ(linked.copyMatching(readQuery("token")).data, secret);
 }
 
+TEST_F(FileKeychainTest, ChecksEachFolderOfItsOwnAboveTheItems) {
+  auto below = FileKeychain::below(scratch.path(""), "keychain/TEAM.org.example.app", refusals);
+  fs::create_directories(group / "TEAM.org.example.app" / "org.example.app");
+  fs::permissions(group / "TEAM.org.example.app", fs::perms::owner_all);
+  fs::permissions(group / "TEAM.org.example.app" / "org.example.app", fs::perms::owner_all);
+  fs::rename(service / "token", group / "TEAM.org.example.app" / "org.example.app" / "token");
+  EXPECT_EQ(below.copyMatching(readQuery("token")).data, secret);
+  for (const auto& folder : {root, group}) {
+    fs::permissions(folder, fs::perms::group_write, fs::perm_options::add);
+    EXPECT_EQ(below.copyMatching(readQuery("token")).status, KeychainStatus::insecure) << folder;
+    fs::permissions(folder, fs::perms::owner_all);
+  }
+  EXPECT_THAT(said, ElementsAre(HasSubstr("/keychain refused: its mode is 0720"),
+                                HasSubstr("/TEAM.org.example.app refused: its mode is 0720")));
+}
+
 TEST_F(FileKeychainTest, RefusesLinkAsRootHoweverItIsWritten) {
   fs::create_directory_symlink(root, scratch.path("link"));
   for (const char* written : {"link", "link/", "link//", "link/.", "link/./"}) {

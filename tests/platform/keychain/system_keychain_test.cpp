@@ -40,7 +40,7 @@ class SystemKeychainTest : public ::testing::Test {
   static void store(const fs::path& root, const std::string& bytes) {
     const auto file = fileIn(root);
     fs::create_directories(file.parent_path());
-    for (auto folder = file.parent_path(); folder != root.parent_path(); folder = folder.parent_path()) {
+    for (auto folder = file.parent_path(); folder != root.parent_path().parent_path(); folder = folder.parent_path()) {
       fs::permissions(folder, fs::perms::owner_all);
     }
     std::ofstream(file) << bytes;
@@ -54,7 +54,7 @@ class SystemKeychainTest : public ::testing::Test {
             .secretService = {.longestCall = 20s}};
   }
 
-  std::optional<std::string> read() { return keychain.copyMatching(readQuery("token")).data; }
+  std::optional<base::SecretText> read() { return keychain.copyMatching(readQuery("token")).data; }
   fs::path defaultFile() const { return fileIn(session.dataHome() / "example" / "keychain"); }
 
   SecretServiceSession session;
