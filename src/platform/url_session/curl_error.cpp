@@ -1,5 +1,7 @@
 #include "platform/url_session/curl_error.hpp"
 
+#include <string_view>
+
 namespace platform {
 namespace {
 
@@ -45,8 +47,8 @@ Kind kindOf(CURLcode code) {
 }  // namespace
 
 TransportError transportError(CURLcode code, const char* detail) {
-  const bool hasDetail = detail != nullptr && *detail != '\0';
-  return {kindOf(code), static_cast<int>(code), hasDetail ? detail : curl_easy_strerror(code)};
+  const bool isOnCertificate = std::string_view(detail).starts_with("SSL certificate problem: ");
+  return {kindOf(code), static_cast<int>(code), isOnCertificate ? detail : curl_easy_strerror(code)};
 }
 
 }  // namespace platform

@@ -36,20 +36,20 @@ class Options {
 }  // namespace
 
 Exchange::Exchange(std::shared_ptr<PendingLoad> load, std::size_t longestBody)
-    : load_(std::move(load)), response_(longestBody, load_->limits().begin), easy_(curl_easy_init()) {}
+    : load_(std::move(load)), response_(longestBody), easy_(curl_easy_init()) {}
 
 std::unique_ptr<Exchange> Exchange::create(std::shared_ptr<PendingLoad> load, std::size_t longestBody,
-                                           const TrustedCertificates& trusted, Multiplexing multiplexing) {
+                                           const TrustedCertificates& trusted) {
   std::unique_ptr<Exchange> exchange(new Exchange(std::move(load), longestBody));
-  if (!exchange->easy_ || !exchange->setHeaders() || !exchange->setOptions(trusted, multiplexing, longestBody)) {
+  if (!exchange->easy_ || !exchange->setHeaders() || !exchange->setOptions(trusted, longestBody)) {
     return nullptr;
   }
   return exchange;
 }
 
 bool Exchange::setHeaders() {
-  for (const std::string& line : load_->headers().lines) {
-    curl_slist* const longer = curl_slist_append(headers_.get(), line.c_str());
+  for (const base::SecretText& line : load_->headers().lines) {
+    curl_slist* const longer = curl_slist_append(headers_.get(), line.cText());
     if (longer == nullptr) return false;
     (void)headers_.release();  // the longer list begins with the shorter one
     headers_.reset(longer);
@@ -57,7 +57,7 @@ bool Exchange::setHeaders() {
   return true;
 }
 
-bool Exchange::setOptions(const TrustedCertificates& trusted, Multiplexing multiplexing, std::size_t longestBody) {
+bool Exchange::setOptions(const TrustedCertificates& trusted, std::size_t longestBody) {
   Options options(easy_.get());
   options.set(CURLOPT_URL, load_->url().text().c_str())
       .set(CURLOPT_PRIVATE, static_cast<void*>(this))
@@ -67,7 +67,7 @@ bool Exchange::setOptions(const TrustedCertificates& trusted, Multiplexing multi
       .set(CURLOPT_BUFFERSIZE, receiveBufferBytes)
       // A silent resolver's thread is left to itself instead of waited for when the load is given up.
       .set(CURLOPT_QUICK_EXIT, 1L)
-      // The loop keeps the limits; the library's own five minutes for connecting must not come before them.
+      // The caller keeps the time; the library's own five minutes for connecting must not come first.
       .set(CURLOPT_CONNECTTIMEOUT_MS, 0x7fffffffL);
 
   // What is asked for, and how.
@@ -82,8 +82,12 @@ bool Exchange::setOptions(const TrustedCertificates& trusted, Multiplexing multi
       .set(CURLOPT_HTTP09_ALLOWED, 1L)
       .set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L)
       .set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(longestBody))
-      .set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS))
-      .set(CURLOPT_PIPEWAIT, multiplexing == Multiplexing::waitForConnection ? 1L : 0L);
+      .set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
+
+  // Requests that are under way at the same time share one connection over HTTP/2, so each waits until it is known what
+  // a connection that is being opened can do. A connection that no request uses is closed: what the server sends or
+  // does on it later must not reach the next request.
+  options.set(CURLOPT_PIPEWAIT, load_->url().scheme() == "https" ? 1L : 0L).set(CURLOPT_FORBID_REUSE, 1L);
 
   // One of the two is null, so that nothing else is trusted. The library parses a file once for all connections of the
   // loop, which it does only where no folder is set.
@@ -96,12 +100,6 @@ bool Exchange::setOptions(const TrustedCertificates& trusted, Multiplexing multi
         .set(CURLOPT_PROXY_CAPATH, folder);
   }
 
-  if (load_->headers().endsInLineEnd) {
-    // Servers differ in where they see this request end, so nothing else may follow it on its connection, even where
-    // the server leaves it open.
-    options.set(CURLOPT_FORBID_REUSE, 1L);
-  }
-
   options.set(CURLOPT_PREREQFUNCTION, &Exchange::onConnected)
       .set(CURLOPT_PREREQDATA, static_cast<void*>(this))
       .set(CURLOPT_HEADERFUNCTION, &Exchange::onHeader)
@@ -109,10 +107,6 @@ bool Exchange::setOptions(const TrustedCertificates& trusted, Multiplexing multi
       .set(CURLOPT_WRITEFUNCTION, &Exchange::onBody)
       .set(CURLOPT_WRITEDATA, static_cast<void*>(this));
   return options.allSet();
-}
-
-TimeLimits::Clock::time_point Exchange::deadline() const {
-  return std::min(load_->limits().idleDeadline(response_.lastByte()), load_->limits().end);
 }
 
 LoadResult Exchange::result(CURLcode code) {
@@ -138,11 +132,6 @@ LoadResult Exchange::result(CURLcode code) {
     response.statusCode = status;
   }
   return DataAndResponse{response_.takeBody(), response};
-}
-
-bool Exchange::usedHttp2() const {
-  long version = CURL_HTTP_VERSION_NONE;
-  return curl_easy_getinfo(handle(), CURLINFO_HTTP_VERSION, &version) == CURLE_OK && version == CURL_HTTP_VERSION_2_0;
 }
 
 bool Exchange::connectionSpeaksHttp2() const {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <array>
-#include <chrono>
 #include <cstddef>
 #include <memory>
 
@@ -15,19 +14,11 @@
 
 namespace platform {
 
-enum class Multiplexing {
-  /// Open a connection of its own at once: waiting for another's handshake costs two round trips where the server
-  /// turns out to speak HTTP/1.1 only.
-  ifConnected,
-  /// The origin is known to speak HTTP/2: rather wait for a connection that is being opened.
-  waitForConnection,
-};
-
 class Exchange {
  public:
   /// Null when the library refuses an option or memory runs out.
   static std::unique_ptr<Exchange> create(std::shared_ptr<PendingLoad> load, std::size_t longestBody,
-                                          const TrustedCertificates& trusted, Multiplexing multiplexing);
+                                          const TrustedCertificates& trusted);
 
   Exchange(const Exchange&) = delete;
   Exchange& operator=(const Exchange&) = delete;
@@ -35,14 +26,8 @@ class Exchange {
   CURL* handle() const { return easy_.get(); }
   PendingLoad& load() const { return *load_; }
 
-  /// When the load must be given up unless another byte comes before.
-  TimeLimits::Clock::time_point deadline() const;
-
   /// What the library's final code and the gathered response make together. Call once.
   LoadResult result(CURLcode code);
-
-  /// Whether the answer came over HTTP/2.
-  bool usedHttp2() const;
 
  private:
   struct FreeHandle {
@@ -54,7 +39,7 @@ class Exchange {
 
   Exchange(std::shared_ptr<PendingLoad> load, std::size_t longestBody);
 
-  bool setOptions(const TrustedCertificates& trusted, Multiplexing multiplexing, std::size_t longestBody);
+  bool setOptions(const TrustedCertificates& trusted, std::size_t longestBody);
   bool setHeaders();
   bool connectionSpeaksHttp2() const;
 

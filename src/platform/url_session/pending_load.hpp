@@ -1,34 +1,31 @@
-// One load as the caller and the worker thread share it: what is asked, until when, and the place where the result is
-// handed over. How the load is done is the worker's business.
+// Loads on their way between the callers' threads and the session's worker: one load as both share it, and the queue in
+// which it travels. How a load is carried out is the worker's business.
 #pragma once
 
 #include <atomic>
 #include <condition_variable>
-#include <expected>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <stop_token>
+#include <vector>
 
+#include "base/tasks/deadline.hpp"
+#include "platform/url_session/load_result.hpp"
 #include "platform/url_session/request_headers.hpp"
-#include "platform/url_session/time_limits.hpp"
-#include "platform/url_session/transport_error.hpp"
 #include "platform/url_session/url.hpp"
-#include "platform/url_session/url_response.hpp"
 
 namespace platform {
-
-using LoadResult = std::expected<DataAndResponse, TransportError>;
 
 TransportError cancelledError();
 
 class PendingLoad {
  public:
-  PendingLoad(Url url, RequestHeaders headers, TimeLimits limits);
+  PendingLoad(Url url, RequestHeaders headers, base::Deadline deadline);
 
   const Url& url() const { return url_; }
   const RequestHeaders& headers() const { return headers_; }
-  const TimeLimits& limits() const { return limits_; }
 
   /// Worker: hands over the result. Only the first counts.
   void settle(LoadResult result);
@@ -36,18 +33,54 @@ class PendingLoad {
   /// Worker: whether the caller has left and no result is wanted.
   bool isAbandoned() const { return abandoned_.load(std::memory_order_relaxed); }
 
-  /// Caller: waits for the result. On a stop request the load is abandoned, the worker is told by `wakeWorker`, and
-  /// the answer is `cancelled`.
+  /// Caller: waits for the result. Where a stop is requested or the deadline passes first, the load is abandoned, the
+  /// worker is told by `wakeWorker`, and the answer is `cancelled` or `timedOut`. It comes in time whatever the worker
+  /// is doing.
   LoadResult await(std::stop_token stop, const std::function<void()>& wakeWorker);
 
  private:
   const Url url_;
   const RequestHeaders headers_;
-  const TimeLimits limits_;
+  const base::Deadline deadline_;
   std::atomic<bool> abandoned_ = false;
   std::mutex mutex_;
   std::condition_variable settled_;
   std::optional<LoadResult> result_;
+};
+
+class LoadQueue {
+ public:
+  using Loads = std::vector<std::shared_ptr<PendingLoad>>;
+
+  // Any thread.
+
+  /// Every load that is submitted is settled: by the worker, or here once the queue is refusing.
+  void submit(std::shared_ptr<PendingLoad> load);
+  /// Makes the worker look for abandoned loads.
+  void wake();
+  /// Makes the worker end.
+  void end();
+
+  // The worker.
+
+  /// From now on `wakeWorker`, called on any thread and never by two at once, ends the worker's wait. Until the first,
+  /// nobody needs to call it: the worker looks for loads once it can wait. An empty one ends that.
+  void setWaker(std::function<void()> wakeWorker);
+  /// What was submitted since; absent when the session is ending, and whatever still came is settled with `cancelled`.
+  std::optional<Loads> take();
+  /// Settles what was submitted, and all that comes later, with this error.
+  void refuse(const TransportError& error);
+
+ private:
+  void wakeLocked() const {
+    if (wakeWorker_) wakeWorker_();
+  }
+
+  std::mutex mutex_;  // guards all below
+  Loads submitted_;
+  bool ending_ = false;
+  std::optional<TransportError> refusal_;
+  std::function<void()> wakeWorker_;
 };
 
 }  // namespace platform

@@ -23,9 +23,9 @@ std::string_view withoutLineEnd(std::string_view value) {
 }
 
 // The library reads "Name:" as an order to leave the field out, and sends "Name;" as an empty field.
-std::string fieldLine(const HeaderField& field) {
-  const bool blank = field.value.find_first_not_of(" \t\v\f\r\n") == std::string::npos;
-  return blank ? field.name + ";" : field.name + ": " + field.value;
+base::SecretText fieldLine(const HeaderField& field) {
+  const bool blank = field.value.text().find_first_not_of(" \t\v\f\r\n") == std::string_view::npos;
+  return blank ? base::SecretText{field.name, ";"} : base::SecretText{field.name, ": ", field.value.text()};
 }
 
 std::unexpected<TransportError> badHeader(std::string_view name, std::string_view why) {
@@ -37,15 +37,15 @@ std::unexpected<TransportError> badHeader(std::string_view name, std::string_vie
 
 std::expected<RequestHeaders, TransportError> RequestHeaders::encode(const std::vector<HeaderField>& fields) {
   RequestHeaders headers;
-  std::string last;
+  base::SecretText last;
   for (const HeaderField& field : fields) {
     if (!isToken(field.name)) return badHeader("header field", "the name is no token");
-    const std::string_view content = withoutLineEnd(field.value);
+    const std::string_view content = withoutLineEnd(field.value.text());
     if (content.find_first_of(std::string_view("\0\r\n", 3)) != std::string_view::npos) {
       return badHeader(field.name, "the value holds a NUL or a line end");
     }
-    std::string line = fieldLine(field);
-    if (!line.ends_with('\n') && !line.ends_with('\r')) {
+    base::SecretText line = fieldLine(field);
+    if (!line.text().ends_with('\n') && !line.text().ends_with('\r')) {
       headers.lines.push_back(std::move(line));
     } else if (last.empty()) {
       last = std::move(line);

@@ -2,17 +2,17 @@
 #pragma once
 
 #include <expected>
-#include <string>
 #include <vector>
 
-#include "platform/url_session/transport_error.hpp"
+#include "base/text/secret_text.hpp"
+#include "platform/url_session/load_result.hpp"
 #include "platform/url_session/url_request.hpp"
 
 namespace platform {
 
 struct RequestHeaders {
   /// One text a field, in the order of the wire.
-  std::vector<std::string> lines;
+  std::vector<base::SecretText> lines;
 
   /// Whether the last field's value ends in a line end. It can be sent over HTTP/1.1 only: HTTP/2 forbids it
   /// (RFC 9113, 8.2.1), and the library would split it there.

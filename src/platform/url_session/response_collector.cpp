@@ -25,7 +25,6 @@ bool isProvisional(std::string_view statusLine) {
 }  // namespace
 
 bool ResponseCollector::takeHeaderLine(std::string_view line) {
-  lastByte_ = Clock::now();
   headerLength_ += line.size();
   if (headerLength_ > longestHeader) {
     tooLarge_ = true;
@@ -41,7 +40,6 @@ bool ResponseCollector::takeHeaderLine(std::string_view line) {
 }
 
 bool ResponseCollector::append(std::string_view piece) {
-  lastByte_ = Clock::now();
   if (piece.size() > longestBody_ - body_.size()) {
     tooLarge_ = true;
     body_ = {};

@@ -1,8 +1,7 @@
-// Gathers one response as the HTTP library hands it over: where its header section ends, its body, and when the last
-// byte came. Judges nothing but whether the response is whole so far and small enough.
+// Gathers one response as the HTTP library hands it over: where its header section ends, and its body. Judges nothing
+// but whether the response is whole so far and small enough.
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -13,9 +12,7 @@ namespace platform {
 
 class ResponseCollector {
  public:
-  using Clock = std::chrono::steady_clock;
-
-  ResponseCollector(std::size_t longestBody, Clock::time_point begin) : longestBody_(longestBody), lastByte_(begin) {}
+  explicit ResponseCollector(std::size_t longestBody) : longestBody_(longestBody) {}
 
   /// One line of a header section or of a trailer, its line end included. False ends the transfer.
   bool takeHeaderLine(std::string_view line);
@@ -31,7 +28,6 @@ class ResponseCollector {
   /// HTTP/0.9; one with neither was cut off.
   bool hasWholeHeader() const { return headerIsWhole_; }
   bool isTooLarge() const { return tooLarge_; }
-  Clock::time_point lastByte() const { return lastByte_; }
 
   /// Whether no byte of a body has come.
   bool isEmpty() const { return body_.empty(); }
@@ -43,7 +39,6 @@ class ResponseCollector {
   void makeRoom(std::optional<std::size_t> expectedLength);
 
   const std::size_t longestBody_;
-  Clock::time_point lastByte_;
   std::string body_;
   std::size_t headerLength_ = 0;
   bool headerIsProvisional_ = false;

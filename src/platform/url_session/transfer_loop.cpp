@@ -1,37 +1,18 @@
 #include "platform/url_session/transfer_loop.hpp"
 
 #include <algorithm>
-#include <chrono>
 #include <limits>
 
 #include <curl/curl.h>
-#include <openssl/ssl.h>
 
-#include "platform/url_session/curl_error.hpp"
+#include "platform/url_session/http_library.hpp"
 
 namespace platform {
-namespace {
-
-// A session talks to a handful of origins; past this many, what was learnt is forgotten rather than kept for ever.
-constexpr std::size_t mostRememberedOrigins = 64;
-
-// Loaded once for the life of the process and never unloaded: other code in the process may use the library too. Left
-// to itself, the TLS library takes itself down before those sessions that were made before it was loaded, which then
-// close their connections without it.
-bool libraryIsLoaded() {
-  static const bool loaded =
-      OPENSSL_init_ssl(OPENSSL_INIT_NO_ATEXIT, nullptr) == 1 && curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
-  return loaded;
-}
-
-std::string originOf(const Url& url) {
-  return url.scheme().value_or("") + "://" + url.host().value_or("") + ":" + url.port().value_or("");
-}
-
-}  // namespace
 
 TransferLoop::TransferLoop(LoadQueue& queue, const TransferSettings& settings) : queue_(queue), settings_(settings) {
-  if (libraryIsLoaded()) multi_.reset(curl_multi_init());
+  if (httpLibraryIsReady()) multi_.reset(curl_multi_init());
+  // Without descriptors for it nobody could wake the loop.
+  if (multi_ && curl_multi_wakeup(multi_.get()) != CURLM_OK) multi_.reset();
   if (multi_) queue_.setWaker([multi = multi_.get()] { curl_multi_wakeup(multi); });
 }
 
@@ -43,8 +24,9 @@ void TransferLoop::run() {
     int running = 0;
     curl_multi_perform(multi_.get(), &running);
     collectFinished();
-    giveUpOverdueAndAbandoned();
-    curl_multi_poll(multi_.get(), nullptr, 0, waitMilliseconds(), nullptr);
+    dropAbandoned();
+    constexpr int untilWoken = std::numeric_limits<int>::max();  // the library shortens it to its own timers
+    curl_multi_poll(multi_.get(), nullptr, 0, untilWoken, nullptr);
   }
   cancelAll();
 }
@@ -60,9 +42,7 @@ bool TransferLoop::takeSubmitted() {
 }
 
 void TransferLoop::begin(const std::shared_ptr<PendingLoad>& load) {
-  const auto multiplexing =
-      originsWithHttp2_.contains(originOf(load->url())) ? Multiplexing::waitForConnection : Multiplexing::ifConnected;
-  auto exchange = Exchange::create(load, settings_.longestBody, trustedFor(load->url()), multiplexing);
+  auto exchange = Exchange::create(load, settings_.longestBody, trustedFor(load->url()));
   if (!exchange || curl_multi_add_handle(multi_.get(), exchange->handle()) != CURLM_OK) {
     load->settle(std::unexpected(TransportError{TransportError::Kind::other, 0, "the transfer could not be set up"}));
     return;
@@ -77,20 +57,14 @@ void TransferLoop::collectFinished() {
     const CURLcode code = message->data.result;  // the message is gone once its handle is removed
     Exchange* exchange = nullptr;
     curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &exchange);
-    if (code == CURLE_OK) rememberProtocol(*exchange);
     finish(*exchange, exchange->result(code));
   }
 }
 
-void TransferLoop::giveUpOverdueAndAbandoned() {
-  const auto now = Clock::now();
+void TransferLoop::dropAbandoned() {
   for (std::size_t i = exchanges_.size(); i-- > 0;) {  // from the end, as `finish` erases
     Exchange& exchange = *exchanges_[i];
-    if (exchange.load().isAbandoned()) {
-      finish(exchange, std::unexpected(cancelledError()));
-    } else if (exchange.deadline() <= now) {
-      finish(exchange, std::unexpected(TransportError{TransportError::Kind::timedOut, 0, "the time-out passed"}));
-    }
+    if (exchange.load().isAbandoned()) finish(exchange, std::unexpected(cancelledError()));
   }
 }
 
@@ -101,37 +75,15 @@ void TransferLoop::finish(Exchange& exchange, LoadResult result) {
   std::erase_if(exchanges_, [&exchange](const auto& each) { return each.get() == &exchange; });
 }
 
-void TransferLoop::rememberProtocol(const Exchange& exchange) {
-  const Url& url = exchange.load().url();
-  if (url.scheme() != "https") return;
-  if (!exchange.usedHttp2()) {
-    originsWithHttp2_.erase(originOf(url));
-    return;
-  }
-  if (originsWithHttp2_.size() >= mostRememberedOrigins) originsWithHttp2_.clear();
-  originsWithHttp2_.insert(originOf(url));
-}
-
 void TransferLoop::cancelAll() {
   while (!exchanges_.empty()) finish(*exchanges_.back(), std::unexpected(cancelledError()));
 }
 
-// Plain HTTP needs no look at the system's certificates. A chosen file holds for a proxy with TLS too.
-const TrustedCertificates& TransferLoop::trustedFor(const Url& url) {
-  static const TrustedCertificates defaults;
-  if (url.scheme() != "https" && settings_.trustedRootsFile.empty()) return defaults;
-  if (!trusted_) trusted_ = TrustedCertificates::choose(settings_.trustedRootsFile, settings_.trustedRootsFolder);
-  return *trusted_;
-}
-
-// Until the next deadline, a millisecond late rather than early; the library shortens it to its own timers.
-int TransferLoop::waitMilliseconds() const {
-  auto next = Clock::time_point::max();
-  for (const auto& exchange : exchanges_) next = std::min(next, exchange->deadline());
-  constexpr int longest = std::numeric_limits<int>::max();
-  const auto wait = next - std::min(next, Clock::now());
-  return static_cast<int>(std::min<std::chrono::milliseconds::rep>(
-      std::chrono::duration_cast<std::chrono::milliseconds>(wait).count() + 1, longest));
+// Looked at for each load, as the files may change. Plain HTTP needs no look at the system's certificates; a chosen
+// file holds for a proxy with TLS too.
+TrustedCertificates TransferLoop::trustedFor(const Url& url) const {
+  if (url.scheme() != "https" && settings_.trustedRootsFile.empty()) return {};
+  return TrustedCertificates::choose(settings_.trustedRootsFile, settings_.trustedRootsFolder);
 }
 
 }  // namespace platform

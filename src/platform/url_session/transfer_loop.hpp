@@ -1,16 +1,14 @@
-// Drives every transfer of a session on one thread, sharing connections between them, and keeps the loads' limits. It
-// sleeps until a socket, a caller or a deadline needs it.
+// Drives every transfer of a session on one thread. Transfers that run at the same time may share a connection. It
+// sleeps until a socket or a caller needs it.
 #pragma once
 
 #include <cstddef>
 #include <memory>
-#include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "platform/url_session/exchange.hpp"
-#include "platform/url_session/load_queue.hpp"
+#include "platform/url_session/pending_load.hpp"
 #include "platform/url_session/trusted_certificates.hpp"
 
 namespace platform {
@@ -37,7 +35,6 @@ class TransferLoop {
   void run();
 
  private:
-  using Clock = TimeLimits::Clock;
   using Exchanges = std::vector<std::unique_ptr<Exchange>>;
 
   struct FreeMulti {
@@ -47,19 +44,15 @@ class TransferLoop {
   bool takeSubmitted();
   void begin(const std::shared_ptr<PendingLoad>& load);
   void collectFinished();
-  void giveUpOverdueAndAbandoned();
+  void dropAbandoned();
   void finish(Exchange& exchange, LoadResult result);
-  void rememberProtocol(const Exchange& exchange);
   void cancelAll();
-  const TrustedCertificates& trustedFor(const Url& url);
-  int waitMilliseconds() const;
+  TrustedCertificates trustedFor(const Url& url) const;
 
   LoadQueue& queue_;
   const TransferSettings& settings_;
   std::unique_ptr<CURLM, FreeMulti> multi_;
   Exchanges exchanges_;
-  std::set<std::string> originsWithHttp2_;
-  std::optional<TrustedCertificates> trusted_;
 };
 
 }  // namespace platform

@@ -5,7 +5,7 @@
 #include <thread>
 #include <utility>
 
-#include "platform/url_session/load_queue.hpp"
+#include "platform/url_session/pending_load.hpp"
 #include "platform/url_session/transfer_loop.hpp"
 
 namespace platform {

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <memory>
 #include <string_view>
+#include <system_error>
 
 #include <curl/curl.h>
 #include <dirent.h>
@@ -38,7 +40,10 @@ bool holdsHashedNames(const std::string& folder) {
 }  // namespace
 
 TrustedCertificates TrustedCertificates::choose(const std::string& chosenFile, const std::string& hashedFolder) {
-  if (!chosenFile.empty()) return {.file = chosenFile, .folder = {}};
+  if (!chosenFile.empty()) {
+    std::error_code error;
+    return {.file = std::filesystem::is_regular_file(chosenFile, error) ? chosenFile : "/dev/null", .folder = {}};
+  }
   if (!hashedFolder.empty() && holdsHashedNames(hashedFolder)) return {.file = {}, .folder = hashedFolder};
   return {};
 }

@@ -7,7 +7,7 @@
 
 namespace platform {
 
-void UrlRequest::setValue(std::string value, std::string_view field) {
+void UrlRequest::setValue(base::SecretText value, std::string_view field) {
   const auto found = std::find_if(headers.begin(), headers.end(), [&](const HeaderField& header) {
     return ascii::equalsIgnoringCase(header.name, field);
   });

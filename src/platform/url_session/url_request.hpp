@@ -7,6 +7,8 @@
 
 #include <absl/time/time.h>
 
+#include "base/tasks/deadline.hpp"
+#include "base/text/secret_text.hpp"
 #include "platform/url_session/url.hpp"
 
 namespace platform {
@@ -19,7 +21,7 @@ enum class CachePolicy {
 
 struct HeaderField {
   std::string name;
-  std::string value;
+  base::SecretText value;  // may hold a credential
 
   bool operator==(const HeaderField&) const = default;
 };
@@ -28,14 +30,18 @@ struct UrlRequest {
   Url url;
   CachePolicy cachePolicy = CachePolicy::useProtocolCachePolicy;
 
-  /// Longest wait without a byte from the server. The session's own limit holds where it is shorter.
+  /// Longest wait without a byte from the server, at least as long as the session's limit for the whole load, which
+  /// therefore always comes first.
   absl::Duration timeoutInterval = absl::Seconds(60);
+
+  /// When the load must be over, where that comes before the session's limit.
+  base::Deadline deadline = base::Deadline::never();
 
   std::vector<HeaderField> headers;
 
   /// Sets a field, replacing the value of one with this name in any case of letters. The value is sent exactly as it
   /// is; one that HTTP cannot carry makes the load fail with `badHeader`.
-  void setValue(std::string value, std::string_view field);
+  void setValue(base::SecretText value, std::string_view field);
 };
 
 }  // namespace platform

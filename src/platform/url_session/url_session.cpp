@@ -1,5 +1,7 @@
 #include "platform/url_session/url_session.hpp"
 
+#include <algorithm>
+#include <cassert>
 #include <cstdlib>
 #include <utility>
 
@@ -22,7 +24,9 @@ UrlSessionConfiguration UrlSessionConfiguration::ephemeral() {
   return configuration;
 }
 
-UrlSession::UrlSession(UrlSessionConfiguration configuration) : configuration_(std::move(configuration)) {}
+UrlSession::UrlSession(UrlSessionConfiguration configuration) : configuration_(std::move(configuration)) {
+  assert(configuration_.timeoutIntervalForRequest >= configuration_.timeoutIntervalForResource);
+}
 
 UrlSession::~UrlSession() = default;
 
@@ -35,7 +39,13 @@ TransferWorker* UrlSession::worker() const {
   return worker_.get();
 }
 
-std::expected<DataAndResponse, TransportError> UrlSession::data(const UrlRequest& request, std::stop_token stop) const {
+base::Deadline UrlSession::deadlineOf(const UrlRequest& request) const {
+  assert(request.timeoutInterval >= configuration_.timeoutIntervalForResource);
+  const auto whole = absl::ToChronoNanoseconds(configuration_.timeoutIntervalForResource);
+  return std::min(base::Deadline::after(whole), request.deadline);
+}
+
+LoadResult UrlSession::data(const UrlRequest& request, std::stop_token stop) const {
   using Kind = TransportError::Kind;
   if (!canBeLoaded(request.url)) {
     return std::unexpected(TransportError{Kind::unsupportedUrl, 0, "not an http or https URL with a host"});
@@ -43,10 +53,7 @@ std::expected<DataAndResponse, TransportError> UrlSession::data(const UrlRequest
   auto headers = RequestHeaders::encode(request.headers);
   if (!headers) return std::unexpected(std::move(headers).error());
   // Shared, because a cancelled caller leaves at once, while the worker still lets go of what it had begun.
-  const auto load = std::make_shared<PendingLoad>(
-      request.url, *std::move(headers),
-      TimeLimits::from(std::min(request.timeoutInterval, configuration_.timeoutIntervalForRequest),
-                       configuration_.timeoutIntervalForResource));
+  const auto load = std::make_shared<PendingLoad>(request.url, *std::move(headers), deadlineOf(request));
   if (stop.stop_requested()) return std::unexpected(cancelledError());
   TransferWorker* const transfers = worker();
   if (transfers == nullptr) return std::unexpected(TransportError{Kind::other, 0, "no thread could be started"});

@@ -1,9 +1,9 @@
-// An ephemeral HTTP session: GET requests over HTTP/1.1 and HTTP/2, connections shared between loads, nothing kept on
-// disk, no cookies, no redirects. What an answer's status means is left to the caller.
+// An ephemeral HTTP session: GET requests over HTTP/1.1 and HTTP/2, nothing kept on disk, no cookies, no redirects.
+// Requests that run at the same time share one connection over HTTP/2; no connection outlives the requests on it. What
+// an answer's status means is left to the caller.
 #pragma once
 
 #include <cstddef>
-#include <expected>
 #include <memory>
 #include <mutex>
 #include <stop_token>
@@ -11,9 +11,8 @@
 
 #include <absl/time/time.h>
 
-#include "platform/url_session/transport_error.hpp"
+#include "platform/url_session/load_result.hpp"
 #include "platform/url_session/url_request.hpp"
-#include "platform/url_session/url_response.hpp"
 
 namespace platform {
 
@@ -24,12 +23,12 @@ enum class CookieAcceptPolicy {
 };
 
 struct UrlSessionConfiguration {
-  /// Longest wait without a byte from the server; each byte of an answer starts it anew. Name look-up, connecting and
-  /// the TLS handshake count as waiting.
+  /// Longest wait without a byte from the server. No shorter than the limit for the whole load, which therefore always
+  /// comes first: a session keeps that one only.
   absl::Duration timeoutIntervalForRequest = absl::Seconds(60);
 
   /// Longest time for a whole load, from the call to the last byte.
-  absl::Duration timeoutIntervalForResource = absl::Hours(7 * 24);
+  absl::Duration timeoutIntervalForResource = absl::Seconds(60);
 
   CookieAcceptPolicy cookieAcceptPolicy = CookieAcceptPolicy::never;
 
@@ -37,7 +36,7 @@ struct UrlSessionConfiguration {
   bool shouldSetCookies = false;
 
   /// A longer body ends its load with `tooLarge`.
-  std::size_t longestBody = std::size_t{64} << 20;
+  std::size_t longestBody = std::size_t{16} << 20;
 
   /// A file of trusted root certificates (PEM), which are then the only ones; empty for the system's.
   std::string trustedRootsFile;
@@ -68,12 +67,13 @@ class UrlSession {
 
   /// Loads and waits for the whole answer. Any number of threads may load at once. A stop request ends the load with
   /// `cancelled` in whatever phase it is.
-  std::expected<DataAndResponse, TransportError> data(const UrlRequest& request, std::stop_token stop = {}) const;
+  LoadResult data(const UrlRequest& request, std::stop_token stop = {}) const;
 
   const UrlSessionConfiguration& configuration() const { return configuration_; }
 
  private:
   TransferWorker* worker() const;
+  base::Deadline deadlineOf(const UrlRequest& request) const;
 
   const UrlSessionConfiguration configuration_;
   mutable std::once_flag workerOnce_;

@@ -40,7 +40,7 @@ TEST(RequestHeaders, RefusesWhatCouldBecomeAnotherFieldOrCannotBeCarried) {
            {{"A\r\nB", "x"}},
        }) {
     const auto headers = RequestHeaders::encode(fields);
-    ASSERT_FALSE(headers) << fields[0].name << ": " << fields[0].value;
+    ASSERT_FALSE(headers) << fields[0].name << ": " << fields[0].value.text();
     EXPECT_EQ(headers.error().kind, Kind::badHeader);
   }
 }

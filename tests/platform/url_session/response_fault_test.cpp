@@ -107,8 +107,8 @@ TEST(Response, MayBeAsLongAsTheLimitAndNoLonger) {
   }
 }
 
-TEST(Response, IsLimitedTo64MiBUnlessConfiguredOtherwise) {
-  EXPECT_EQ(UrlSessionConfiguration::ephemeral().longestBody, std::size_t{64} * 1024 * 1024);
+TEST(Response, IsLimitedTo16MiBUnlessConfiguredOtherwise) {
+  EXPECT_EQ(UrlSessionConfiguration::ephemeral().longestBody, std::size_t{16} * 1024 * 1024);
 }
 
 TEST(Response, WithAnEndlessHeaderIsATransportError) {

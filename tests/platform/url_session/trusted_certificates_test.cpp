@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "loading.hpp"
 #include "support/nginx_server.hpp"
@@ -17,8 +18,21 @@ using support::TemporaryFolder;
 TEST(TrustedCertificates, AreTheChosenFileAlone) {
   const TemporaryFolder folder;
   folder.write("0a5ed36f.0", "");
-  EXPECT_EQ(TrustedCertificates::choose("/mine.pem", folder.path("")),
-            (TrustedCertificates{.file = "/mine.pem", .folder = {}}));
+  folder.write("mine.pem", "");
+  EXPECT_EQ(TrustedCertificates::choose(folder.path("mine.pem"), folder.path("")),
+            (TrustedCertificates{.file = folder.path("mine.pem"), .folder = {}}));
+}
+
+TEST(TrustedCertificates, AreNoneWhereTheChosenFileIsNoRegularFile) {
+  const TemporaryFolder folder;
+  folder.write("0a5ed36f.0", "");
+  ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
+  for (const std::string& chosen :
+       {folder.path("pipe"), folder.path(""), folder.path("missing"), std::string("/dev/zero")}) {
+    EXPECT_EQ(TrustedCertificates::choose(chosen, folder.path("")),
+              (TrustedCertificates{.file = "/dev/null", .folder = {}}))
+        << chosen;
+  }
 }
 
 TEST(TrustedCertificates, AreTheFolderWhereItHoldsAHashedName) {
@@ -42,6 +56,7 @@ TEST(TrustedCertificates, AreTheLibrarysDefaultsWhereThereIsNoSuchFolder) {
 class TrustInSetsThatDiffer : public testing::Test {
  protected:
   TrustInSetsThatDiffer() {
+    EXPECT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     for (const auto& [file, folder] :
          {std::pair{serversFile, serversFolder}, std::pair{strangersFile, strangersFolder}}) {
       std::filesystem::create_directory(folder);
@@ -72,13 +87,16 @@ class TrustInSetsThatDiffer : public testing::Test {
   const std::string strangersFile = stranger_.authorityFile();
   const std::string serversFolder = scratch_.path("servers");
   const std::string strangersFolder = scratch_.path("strangers");
+  const std::string pipe = scratch_.path("pipe");  // nobody writes to it
 };
 
 TEST_F(TrustInSetsThatDiffer, IsInTheFileAloneWhereOneIsNamed) {
   for (const std::string& folder : {std::string(), serversFolder, strangersFolder}) {
     EXPECT_TRUE(trusts(serversFile, folder)) << folder;
     EXPECT_FALSE(trusts(strangersFile, folder)) << folder;
-    EXPECT_FALSE(trusts("/nonexistent.pem", folder)) << folder;
+    for (const std::string& unusable : {strangersFolder, std::string("/nonexistent.pem"), pipe}) {
+      EXPECT_FALSE(trusts(unusable, folder)) << unusable;
+    }
   }
 }
 

@@ -1,9 +1,26 @@
-// Why a load ended without a response. An answer with an error status is no transport error.
+// What a load gives: an answer of the server, or the reason why there is none. An answer with an error status is an
+// answer.
 #pragma once
 
+#include <cstdint>
+#include <expected>
+#include <optional>
 #include <string>
 
 namespace platform {
+
+struct UrlResponse {
+  /// Absent when the exchange ended properly but without an HTTP status, as an HTTP/0.9 answer does.
+  std::optional<std::int64_t> statusCode;
+
+  bool operator==(const UrlResponse&) const = default;
+};
+
+struct DataAndResponse {
+  /// The body as it came. Its capacity reaches some bytes past its end, for parsers that read ahead in blocks.
+  std::string data;
+  UrlResponse response;
+};
 
 struct TransportError {
   enum class Kind {
@@ -33,5 +50,7 @@ struct TransportError {
 
   bool operator==(const TransportError&) const = default;
 };
+
+using LoadResult = std::expected<DataAndResponse, TransportError>;
 
 }  // namespace platform
