@@ -29,7 +29,7 @@ fs::path ItemFolder::fileOf(const std::string& account) const {
 
 void ItemFolder::store(const std::string& account, const std::string& bytes) const {
   const auto file = fileOf(account);
-  for (const auto& folder : {root_, file.parent_path().parent_path(), file.parent_path()}) {
+  for (const auto& folder : {root_.parent_path(), root_, file.parent_path().parent_path(), file.parent_path()}) {
     fs::create_directories(folder);
     fs::permissions(folder, fs::perms::owner_all);
   }

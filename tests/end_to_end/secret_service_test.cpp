@@ -1,13 +1,10 @@
 // The token in a real keyring: gnome-keyring-daemon on a bus of the test's own.
-#include <chrono>
-
 #include "end_to_end/extension_fixture.hpp"
 #include "support/secret_service_session.hpp"
 
 namespace end_to_end {
 namespace {
 
-using std::chrono::steady_clock;
 using support::SecretServiceSession;
 
 SecretServiceSession::Attributes attributesOf(const std::string& account) {
@@ -42,11 +39,10 @@ TEST_F(ExtensionSecretServiceTest, LockedKeyringAsksToSignIn) {
   EXPECT_EQ(service.connectionCount(), 0);
 }
 
-TEST_F(ExtensionSecretServiceTest, FrozenKeyringIsAnsweredWithinThreeSeconds) {
+TEST_F(ExtensionSecretServiceTest, FrozenKeyringIsGivenUpAndSaysSo) {
   session.keyring().freeze();
-  const auto begin = steady_clock::now();
   EXPECT_EQ(loadSentence(), signIn);
-  EXPECT_LT(steady_clock::now() - begin, within(3s));
+  EXPECT_THAT(extension().diagnostics(), testing::HasSubstr("the Secret Service does not answer"));
   session.keyring().thaw();
 }
 

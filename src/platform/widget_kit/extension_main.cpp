@@ -2,13 +2,15 @@
 
 #include <cstdlib>
 
+#include <poll.h>
+
 #include "platform/widget_kit/request_server.hpp"
 #include "protocol/json_rpc/line_reader.hpp"
 #include "protocol/json_rpc/line_writer.hpp"
 
 namespace platform {
 
-int extensionMain(const WidgetBundle& bundle, base::TaskGroup& tasks, ExtensionStreams streams) {
+int extensionMain(const WidgetBundle& bundle, base::TaskGroup& tasks, const ExtensionStreams& streams) {
   using Status = protocol::json_rpc::LineReader::Status;
   protocol::json_rpc::LineReader reader(streams.requests);
   protocol::json_rpc::LineWriter writer(streams.answers);
@@ -21,10 +23,14 @@ int extensionMain(const WidgetBundle& bundle, base::TaskGroup& tasks, ExtensionS
       hostListens = server.serve(line);
     } else if (status == Status::tooLong) {
       hostListens = server.refuseLongLine();
+    } else if (status == Status::wouldBlock) {
+      pollfd waited{streams.requests, POLLIN, 0};
+      poll(&waited, 1, -1);  // an error is the next reading's
     } else {
       break;
     }
   }
+  streams.inputEnded();
   server.close();
   tasks.cancelAll();
   tasks.waitForAll();

@@ -6,7 +6,7 @@
 #include <string>
 #include <variant>
 
-#include "platform/url_session/transport_error.hpp"
+#include "platform/url_session/load_result.hpp"
 #include "widzety/texts/jezyk.hpp"
 
 namespace widzety {
@@ -45,6 +45,9 @@ class BladApi {
   /// The sentence for the user. That of `serwer` is Polish in every language, on purpose; the others are translated.
   std::string opis() const { return opis(biezacyJezyk()); }
   std::string opis(Jezyk jezyk) const;
+
+  /// The cause in English, one line for a log. Holds no secret and no address.
+  std::string przyczyna() const;
 
  private:
   explicit BladApi(Przypadek przypadek) : przypadek_(std::move(przypadek)) {}

@@ -4,7 +4,10 @@
 
 namespace widzety {
 
-std::string KlientApi::adresBazowy() const { return pek_.czytaj(kontoAdresu).value_or(std::string(adresDomyslny)); }
+std::string KlientApi::adresBazowy() const {
+  const auto adres = pek_.czytaj(kontoAdresu);
+  return std::string(adres ? adres->text() : adresDomyslny);
+}
 
 std::expected<platform::UrlRequest, BladApi> KlientApi::przygotuj(std::string_view sciezka) const {
   const auto token = pek_.czytaj(kontoTokenu);
@@ -15,8 +18,9 @@ std::expected<platform::UrlRequest, BladApi> KlientApi::przygotuj(std::string_vi
 
   platform::UrlRequest zapytanie{.url = std::move(*url),
                                  .cachePolicy = platform::CachePolicy::useProtocolCachePolicy,
-                                 .timeoutInterval = absl::Seconds(60)};
-  zapytanie.setValue("Bearer " + *token, "Authorization");
+                                 .timeoutInterval = absl::Seconds(60),
+                                 .deadline = termin_};
+  zapytanie.setValue({"Bearer ", token->text()}, "Authorization");
   zapytanie.setValue("application/json", "Accept");
   return zapytanie;
 }

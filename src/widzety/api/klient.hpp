@@ -24,7 +24,8 @@ using BladPobrania = std::variant<BladApi, platform::DecodingError>;
 
 class KlientApi {
  public:
-  explicit KlientApi(PekKluczy pek) : pek_(pek) {}
+  /// No request lasts past `termin`.
+  explicit KlientApi(PekKluczy pek, base::Deadline termin = base::Deadline::never()) : pek_(pek), termin_(termin) {}
 
   /// Fetches `sciezka` (which begins with "/") below the effective base address and decodes the body as `Wynik`. Reads
   /// the keychain anew. On 401 the device token is deleted. Blocks; a stop ends the transfer, which comes out as
@@ -50,6 +51,7 @@ class KlientApi {
   std::string adresBazowy() const;
 
   PekKluczy pek_;
+  base::Deadline termin_;
 };
 
 }  // namespace widzety

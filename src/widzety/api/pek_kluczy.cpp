@@ -18,16 +18,18 @@ platform::KeychainQuery PekKluczy::zapytanie(std::string_view konto) {
           {KeychainKey::accessGroup, grupaDostepu}};
 }
 
-std::optional<std::string> PekKluczy::czytaj(std::string_view konto) const {
+std::optional<base::SecretText> PekKluczy::czytaj(std::string_view konto) const {
   auto query = zapytanie(konto);
   query.emplace_back(platform::KeychainKey::returnData, true);
   query.emplace_back(platform::KeychainKey::matchLimit, platform::MatchLimit::one);
-  auto [status, data] = magazyn_->copyMatching(query);
+  auto [status, data] = magazyn_->copyMatching(query, termin_);
   if (status != platform::KeychainStatus::success || !data) return std::nullopt;
-  if (!base::isUtf8(*data)) return std::nullopt;
+  if (!base::isUtf8(data->text())) return std::nullopt;
   return std::move(data);
 }
 
-void PekKluczy::usun(std::string_view konto) const { magazyn_->deleteItems(zapytanie(konto)); }
+void PekKluczy::usun(std::string_view konto) const {
+  magazyn_->deleteItems(zapytanie(konto), termin_.plus(std::chrono::milliseconds(250)));
+}
 
 }  // namespace widzety

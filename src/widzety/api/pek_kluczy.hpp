@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/tasks/deadline.hpp"
+#include "base/text/secret_text.hpp"
 #include "platform/keychain/keychain.hpp"
 
 namespace widzety {
@@ -17,20 +19,23 @@ inline constexpr std::string_view kontoAdresu = "adres-api";
 
 class PekKluczy {
  public:
-  explicit PekKluczy(platform::Keychain& magazyn) : magazyn_(&magazyn) {}
+  /// No operation waits past `termin`, except that a deletion is given a quarter of a second more.
+  explicit PekKluczy(platform::Keychain& magazyn, base::Deadline termin = base::Deadline::never())
+      : magazyn_(&magazyn), termin_(termin) {}
 
   /// The query that identifies an item: class, service, account, access group.
   static platform::KeychainQuery zapytanie(std::string_view konto);
 
   /// The item's text exactly as stored (an item of no bytes is the empty text). Absent where there is none, where its
   /// bytes are not UTF-8, and whatever else goes wrong: no fault of the keychain is told from another.
-  std::optional<std::string> czytaj(std::string_view konto) const;
+  std::optional<base::SecretText> czytaj(std::string_view konto) const;
 
   /// Deletes the item; one that is already gone is fine, and a failure is silent.
   void usun(std::string_view konto) const;
 
  private:
   platform::Keychain* magazyn_;
+  base::Deadline termin_;
 };
 
 }  // namespace widzety

@@ -1,17 +1,22 @@
 // What the timeline needs of the world outside, handed in where the program starts; a test hands in its own.
 #pragma once
 
+#include <functional>
+#include <string_view>
+
 #include "base/tasks/task_group.hpp"
 #include "platform/calendar/clock.hpp"
 #include "platform/keychain/keychain.hpp"
 
 namespace widzety {
 
-/// References to things that live as long as the process.
+/// What it refers to lives as long as the process.
 struct Otoczenie {
   const platform::Clock& zegar;
   platform::Keychain& magazyn;
   base::TaskGroup& taski;  ///< where asynchronous answers run
+  /// Told why a day was not loaded: one line, without a line end, that holds no secret. Called on any thread.
+  std::function<void(std::string_view)> diagnostyka = [](std::string_view) {};
 };
 
 }  // namespace widzety

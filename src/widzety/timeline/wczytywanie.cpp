@@ -1,5 +1,8 @@
 #include "widzety/timeline/wczytywanie.hpp"
 
+#include <chrono>
+#include <exception>
+
 #include "base/tasks/child_task.hpp"
 #include "base/tasks/starting_line.hpp"
 #include "widzety/api/klient.hpp"
@@ -10,9 +13,8 @@
 namespace widzety {
 namespace {
 
-Wpis wpisZBledem(const platform::Clock& zegar, std::string blad) {
-  return {.date = zegar.now(), .blad = std::move(blad)};
-}
+/// From the call to the last byte of the last answer.
+constexpr auto najdluzszeWczytywanie = std::chrono::seconds(12);
 
 struct Zdanie {
   std::string operator()(const BladApi& blad) const { return blad.opis(); }
@@ -20,6 +22,28 @@ struct Zdanie {
     return tlumacz("Nie udało się odświeżyć.", biezacyJezyk());
   }
 };
+
+struct Przyczyna {
+  std::string operator()(const BladApi& blad) const { return blad.przyczyna(); }
+  std::string operator()(const platform::DecodingError& blad) const {
+    std::string przyczyna = "the answer is malformed";
+    if (!blad.codingPath.empty()) przyczyna += " at " + blad.codingPath;
+    // What is corrupted may be quoted, and is the service's text.
+    if (blad.kind != platform::DecodingError::Kind::dataCorrupted) przyczyna += ": " + blad.description;
+    return przyczyna;
+  }
+};
+
+bool anulowano(const BladPobrania& blad) {
+  const auto* api = std::get_if<BladApi>(&blad);
+  const auto* siec = api == nullptr ? nullptr : std::get_if<BladApi::Siec>(&api->przypadek());
+  return siec != nullptr && siec->blad.kind == platform::TransportError::Kind::cancelled;
+}
+
+Wpis wpisZBledem(const Otoczenie& otoczenie, const char* zasob, const BladPobrania& blad) {
+  if (!anulowano(blad)) otoczenie.diagnostyka(std::string(zasob) + ": " + std::visit(Przyczyna{}, blad));
+  return {.date = otoczenie.zegar.now(), .blad = std::visit(Zdanie{}, blad)};
+}
 
 /// Requests that run beside each other. Each reads the keychain for itself, and all have read it before the first is
 /// sent: a quick 401 deletes the token, and its siblings would find the device signed out instead of expired.
@@ -43,33 +67,28 @@ class Pobierania {
 
 }  // namespace
 
-Wpis wczytajWpis(const Otoczenie& otoczenie, std::stop_token stop) {
+Wpis wczytajWpis(const Otoczenie& otoczenie, std::stop_token stop) try {
+  const auto termin = base::Deadline::after(najdluzszeWczytywanie);
   // The HTTP library is made ready while the keychain answers.
   wspolnaSesja().prepare();
-  const PekKluczy pek(otoczenie.magazyn);
-  const auto token = pek.czytaj(kontoTokenu);
-  if (!token || token->empty()) {
-    return wpisZBledem(otoczenie.zegar, tlumacz("Zaloguj się w aplikacji Vamba.", biezacyJezyk()));
+  const PekKluczy pek(otoczenie.magazyn, termin);
+  if (const auto token = pek.czytaj(kontoTokenu); !token || token->empty()) {
+    return wpisZBledem(otoczenie, "signed out", BladApi::brakPoswiadczenia());
   }
 
-  const KlientApi klient(pek);
+  const KlientApi klient(pek, termin);
   Pobierania pobierania(klient, 3, std::move(stop));
   auto pobieranieZadan = pobierania.zacznij<std::vector<ZadanieMoje>>("/moje/zadania");
   auto pobieranieSkrzynki = pobierania.zacznij<Skrzynka>("/skrzynka");
   auto pobieranieSpotkan = pobierania.zacznij<std::vector<SpotkaniePlanowane>>("/spotkania-planowane");
 
-  // While the three are under way, what their answers will need: the first use of a time zone reads and unfolds its
-  // file.
-  static_cast<void>(wspolnyDekoder());
-  static_cast<void>(otoczenie.zegar.calendar());
-
   // The order of waiting decides whose failure is told; leaving cancels what was not awaited and waits for it.
   auto zadania = pobieranieZadan.await();
-  if (!zadania) return wpisZBledem(otoczenie.zegar, std::visit(Zdanie{}, zadania.error()));
+  if (!zadania) return wpisZBledem(otoczenie, "tasks", zadania.error());
   auto skrzynka = pobieranieSkrzynki.await();
-  if (!skrzynka) return wpisZBledem(otoczenie.zegar, std::visit(Zdanie{}, skrzynka.error()));
+  if (!skrzynka) return wpisZBledem(otoczenie, "inbox", skrzynka.error());
   auto spotkania = pobieranieSpotkan.await();
-  if (!spotkania) return wpisZBledem(otoczenie.zegar, std::visit(Zdanie{}, spotkania.error()));
+  if (!spotkania) return wpisZBledem(otoczenie, "meetings", spotkania.error());
 
   const absl::Time teraz = otoczenie.zegar.now();
   const platform::Calendar kalendarz = otoczenie.zegar.calendar();
@@ -77,6 +96,9 @@ Wpis wczytajWpis(const Otoczenie& otoczenie, std::stop_token stop) {
           .zadania = wybierzZadania(std::move(*zadania), teraz, kalendarz),
           .spotkania = wybierzSpotkania(std::move(*spotkania), teraz, kalendarz),
           .doDecyzji = std::ssize(skrzynka->zadania)};
+} catch (const std::exception& blad) {  // no thread or no memory could be had
+  otoczenie.diagnostyka(blad.what());
+  return {.date = otoczenie.zegar.now(), .blad = tlumacz("Nie udało się odświeżyć.", biezacyJezyk())};
 }
 
 }  // namespace widzety

@@ -3,12 +3,11 @@
 #include <csignal>
 #include <cstdio>
 
-#include <malloc.h>
-
 #include "base/tasks/task_group.hpp"
 #include "platform/calendar/clock.hpp"
 #include "platform/keychain/system_keychain.hpp"
 #include "platform/widget_kit/extension_main.hpp"
+#include "platform/widget_kit/extension_process.hpp"
 #include "widzety/widget/pakiet_widzetow.hpp"
 
 namespace {
@@ -20,14 +19,15 @@ void napiszDlaCzlowieka(std::string_view linia) {
 }  // namespace
 
 int main() {
-  // One heap for all threads: each of a load's short-lived threads would make one of its own before it does any work.
-  mallopt(M_ARENA_MAX, 1);
+  platform::keepProcessPrivate();
   std::signal(SIGPIPE, SIG_IGN);
   const platform::SystemClock zegar;
   platform::SystemKeychain magazyn({.folderVariable = "VAMBA_KEYCHAIN_DIR",
                                     .folderBelowDataHome = "vamba/keychain",
                                     .diagnostics = napiszDlaCzlowieka});
   base::TaskGroup taski;
-  const widzety::PakietWidzetow pakiet({zegar, magazyn, taski});
-  return platform::extensionMain(pakiet, taski);
+  const widzety::PakietWidzetow pakiet({zegar, magazyn, taski, napiszDlaCzlowieka});
+  // A second is what a host may wait for the end, whatever a load hangs in.
+  const auto koniecWejscia = [] { platform::endProcessAfter(std::chrono::milliseconds(900)); };
+  return platform::extensionMain(pakiet, taski, {.inputEnded = koniecWejscia});
 }

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <thread>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -49,6 +50,7 @@ class ExtensionMain : public testing::Test {
     if (main_.joinable()) main_.join();
     return status_;
   }
+  void makeInputNonBlocking() const { ASSERT_EQ(fcntl(requests_[0], F_SETFL, O_NONBLOCK), 0); }
   void closeInput() {
     if (requests_[1] >= 0) ::close(std::exchange(requests_[1], -1));
   }
@@ -163,6 +165,17 @@ TEST_F(ExtensionMain, AnswersNoNotification) {
        "\n");
   request(9, "widgets", json::object());
   EXPECT_EQ(answer()["id"], 9);
+}
+
+// Another process that shares a terminal may have made it so.
+TEST_F(ExtensionMain, WaitsForANonBlockingInput) {
+  makeInputNonBlocking();
+  request(1, "placeholder", smallSample);
+  EXPECT_EQ(answer()["id"], 1);
+  request(2, "placeholder", smallSample);
+  EXPECT_EQ(answer()["id"], 2);
+  closeInput();
+  EXPECT_EQ(status(), 0);
 }
 
 TEST_F(ExtensionMain, EndsWithItsInputAfterTheAnswersToWhatItRead) {
