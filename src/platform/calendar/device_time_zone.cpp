@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace platform {
@@ -53,15 +54,30 @@ std::string nameBehindLink(const char* path) {
   return at == std::string_view::npos ? std::string{} : std::string(text.substr(at + folder.size()));
 }
 
+/// The file that the C library and the zone loader open for a name.
+std::string zoneFile(std::string_view name) {
+  if (name.starts_with('/')) return std::string(name);
+  const char* const folder = std::getenv("TZDIR");
+  return (folder == nullptr ? "/usr/share/zoneinfo" : std::string(folder)).append("/").append(name);
+}
+
+/// Whether opening or reading the file could wait for another process. A folder only fails to be read.
+bool isPipeOrDevice(const std::string& file) {
+  struct stat status{};
+  return stat(file.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
 }  // namespace
 
 absl::TimeZone deviceTimeZone() {
   if (const char* value = std::getenv("TZ")) {
     std::string_view name(value);
     if (name.starts_with(':')) name.remove_prefix(1);
+    if (isPipeOrDevice(zoneFile(name))) return absl::UTCTimeZone();
     if (const auto zone = loadByName(name)) return *zone;
     return zoneOfTheCLibrary();
   }
+  if (isPipeOrDevice(localTimeFile)) return absl::UTCTimeZone();
   if (const auto zone = loadByName(nameBehindLink(localTimeFile))) return *zone;
   return zoneOfTheCLibrary();
 }

@@ -6,9 +6,11 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "platform/calendar/calendar.hpp"
 #include "support/environment.hpp"
+#include "support/temporary_folder.hpp"
 
 namespace platform {
 namespace {
@@ -45,6 +47,20 @@ INSTANTIATE_TEST_SUITE_P(Values, DeviceTimeZone,
                                          "NZST-12NZDT,M9.5.0,M4.1.0/3", "No/Such/Zone", "localtime",
                                          "Fixed/UTC+05:00:00", "libc:localtime", "/usr/share/zoneinfo/Asia/Beirut",
                                          ":/usr/share/zoneinfo/Asia/Beirut", "../zoneinfo/Europe/Warsaw"));
+
+// Whoever opened the pipe would wait for its other end.
+TEST(DeviceTimeZoneFile, OfAPipeOrADeviceIsUtcAndIsNotWaitedFor) {
+  const support::TemporaryFolder folder;
+  ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
+  support::ScopedEnvironment environment;
+  for (const std::string& file : {folder.path("pipe"), ":" + folder.path("pipe"), std::string("/dev/zero")}) {
+    environment.set("TZ", file);
+    EXPECT_EQ(deviceTimeZone(), absl::UTCTimeZone()) << file;
+  }
+  environment.set("TZDIR", folder.path(""));
+  environment.set("TZ", "pipe");
+  EXPECT_EQ(deviceTimeZone(), absl::UTCTimeZone());
+}
 
 struct RuleOfAZone {
   const char* rule;
