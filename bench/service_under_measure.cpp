@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <stdexcept>
+#include <utility>
 
 namespace bench {
 namespace {
@@ -24,8 +25,9 @@ std::string list(int count, const Record& record) {
 
 std::map<std::string, std::string> aDay() {
   const auto task = [](int i) {
-    return "\"numer\":" + std::to_string(100 + i) +
-           R"(,"tytul":"Przygotować zestawienie kosztów","termin":null,"status":"otwarte","projekt_nazwa":"Pracownia")";
+    return "\"numer\":" + std::to_string(100 + i) + R"(,"tytul":"Przygotować zestawienie kosztów","termin":)" +
+           (i % 2 == 0 ? "null" : "\"2025-03-" + std::to_string(10 + i) + "\"") +
+           R"(,"status":"otwarte","projekt_nazwa":"Pracownia")";
   };
   const auto meeting = [](int i) {
     return R"("tytul":"Narada","kiedy":"2030-03-14T12:0)" + std::to_string(i % 10) +
@@ -76,6 +78,20 @@ Command ServiceUnderMeasure::client(const std::string& trustedFile) const {
   if (!trustedFile.empty()) command.words.insert(command.words.end(), {"--cacert", trustedFile});
   for (const char* path : paths) command.words.insert(command.words.end(), {"-o", "/dev/null", server_.url(path)});
   return command;
+}
+
+// Programs from the system's folders alone, in an environment as plain as the extension's.
+Command ServiceUnderMeasure::peer(std::vector<std::string> words) const {
+  return {.words = std::move(words),
+          .environment = {"PATH=/usr/bin:/bin", "HOME=" + folder_.path("home"), "LANG=C.UTF-8"}};
+}
+
+Command ServiceUnderMeasure::clientAndJq() const {
+  return peer({VAMBA_BENCH_PEERS "/day.sh", VAMBA_BENCH_PEERS "/day.jq", folder_.path(""), token, server_.url("/api")});
+}
+
+Command ServiceUnderMeasure::pythonScript() const {
+  return peer({"/usr/bin/python3", VAMBA_BENCH_PEERS "/day.py", token, server_.url("/api")});
 }
 
 std::string ServiceUnderMeasure::timelineRequest() {

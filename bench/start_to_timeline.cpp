@@ -1,6 +1,6 @@
-// From the start of the extension to its answered timeline, beside a plain HTTP client that fetches the same three
-// addresses as a whole process. The two run in turn, so that what else the machine does meets both alike; medians and
-// ratios are told, never a verdict: whoever reads them knows what the machine was busy with.
+// From the start of the extension to its answered timeline, beside programs that fetch the same three addresses as
+// whole processes: curl alone, and two that select and sort the day as well. Two programs run in turn, so that what
+// else the machine does affects both alike. Medians and ratios are printed, never a verdict.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -61,10 +61,12 @@ void print(const char* name, const Series& series) {
 
 void measureAll(const std::string& program, int pairs) {
   using enum support::NginxProtocol;
-  std::printf("%d pairs, medians in ms             extension:  wall    curl   ratio       cpu     curl    ratio\n",
+  std::printf("%d pairs, medians in ms             extension:  wall    peer   ratio       cpu     peer    ratio\n",
               pairs);
   const ServiceUnderMeasure plain(plainHttp1);
-  print("http", measure(plain.extension(program, {}), plain.client({}), pairs));
+  print("http, beside curl", measure(plain.extension(program, {}), plain.client({}), pairs));
+  print("http, beside curl and jq", measure(plain.extension(program, {}), plain.clientAndJq(), pairs));
+  print("http, beside a Python script", measure(plain.extension(program, {}), plain.pythonScript(), pairs));
 
   const ServiceUnderMeasure http2(tlsHttp2);
   const ServiceUnderMeasure http1(tlsHttp1);
