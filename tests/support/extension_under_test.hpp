@@ -34,6 +34,7 @@ class ExtensionUnderTest {
   bool writeLine(std::string_view line) { return write(std::string(line) + "\n"); }
   void closeInput() { input_.reset(); }
   void kill();
+  pid_t id() const { return process_; }
 
   /// The next line of its output, as written; absent at the output's end and when the time is over.
   std::optional<std::string> line(Duration patience = longPatience);

@@ -1,4 +1,4 @@
-// Remembers that a service did not answer, so that those who ask next need not wait for it too.
+// Remembers that a service did not answer, so that the next calls need not wait for it too.
 #pragma once
 
 #include <chrono>

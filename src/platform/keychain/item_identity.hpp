@@ -1,4 +1,4 @@
-// The part of a keychain query that says which item is meant. What a store does with it is the store's own affair.
+// The attributes of a keychain query that identify an item.
 #pragma once
 
 #include <optional>
@@ -14,7 +14,7 @@ struct ItemIdentity {
   std::string account;
   std::string accessGroup;
 
-  /// No item of either store can bear an attribute with a NUL byte: both cut the text there, and would find another.
+  /// False where an attribute holds a NUL byte. Both stores cut the text there and would find another item.
   bool canExist() const;
 };
 

@@ -19,7 +19,7 @@ enum class KeychainKey { itemClass, service, account, accessGroup, returnData, m
 enum class MatchLimit { one };
 using KeychainValue = std::variant<std::string, bool, MatchLimit>;
 
-/// What to look for, in the order written. A search names all four attributes of an item (class, service, account,
+/// What to look for, in the given order. A search names all four attributes of an item (class, service, account,
 /// access group) as texts; `returnData` (bool) asks for its bytes, `matchLimit` allows for one item only.
 using KeychainQuery = std::vector<std::pair<KeychainKey, KeychainValue>>;
 

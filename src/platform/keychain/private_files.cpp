@@ -74,7 +74,7 @@ class WipedBuffer {
   bool isFull() const { return filled_ == size_; }
   base::SecretText text() const { return std::string_view(bytes_.get(), filled_); }
 
-  // As read(2), behind what is filled.
+  // Like read(2); appends to what is filled.
   ssize_t readFrom(int file) {
     const ssize_t count = read(file, bytes_.get() + filled_, size_ - filled_);
     if (count > 0) filled_ += static_cast<std::size_t>(count);
@@ -108,8 +108,8 @@ std::expected<base::SecretText, FileRefusal> readPrivateFile(const base::FileDes
   if (auto fault = ownershipFault(status, 0177, "0600")) return insecure(*std::move(fault));
   if (status.st_nlink != 1) return insecure("it has " + std::to_string(status.st_nlink) + " names");
 
-  // One byte more than allowed tells a file that is too large. The size that fstat gave is not relied on: a file that
-  // grows meanwhile is read to its end.
+  // One byte more than allowed shows that the file is too large. The size that fstat gave is not relied on, because the
+  // file may grow while it is read.
   WipedBuffer buffer(sizeLimit + 1);
   while (!buffer.isFull()) {
     const ssize_t count = buffer.readFrom(file.get());
@@ -125,8 +125,7 @@ std::expected<void, FileRefusal> removeFile(const base::FileDescriptor& folder, 
     if (errno == EISDIR) return insecure("it is not a regular file");
     return failure(errno);
   }
-  // The name is gone for this and every other process already; a file system that cannot sync a folder (EINVAL) is no
-  // reason to tell the caller that it is not.
+  // The file is already gone for every process. A file system that cannot sync a folder (EINVAL) does not change that.
   fsync(folder.get());
   return {};
 }

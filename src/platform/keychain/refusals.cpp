@@ -8,7 +8,7 @@
 namespace platform {
 namespace {
 
-// A process asks for a handful of items; past this many different refusals something is odd, and memory matters more.
+// A process asks for a handful of items. This bounds the memory if something asks for many.
 constexpr std::size_t mostRefusals = 64;
 
 std::string printable(std::string_view text) {

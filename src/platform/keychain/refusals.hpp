@@ -1,4 +1,4 @@
-// Says what a store refused and why: each refusal once, however often the item is asked for.
+// Reports what a store refused and why, each refusal once.
 #pragma once
 
 #include <functional>
@@ -18,7 +18,7 @@ class Refusals {
  public:
   explicit Refusals(DiagnosticSink sink);
 
-  /// Control characters of the path are written as `\x1b`, so that a folder's name cannot steer a terminal.
+  /// Control characters of the path are written as `\x1b`, so that a folder's name cannot send escape sequences.
   void report(std::string_view path, std::string_view fault);
 
  private:

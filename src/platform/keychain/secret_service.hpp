@@ -39,7 +39,7 @@ class SecretService {
   /// in on it can ask for the item too. `broken` when it holds more than `largestItem` bytes.
   BusResult<base::SecretText> secretOf(const std::string& item);
 
-  /// A question that the service wants to ask first is dismissed unseen.
+  /// A prompt that the service wants to show first is dismissed.
   BusResult<Deletion> deleteItem(const std::string& item);
 
  private:

@@ -28,8 +28,8 @@ KeychainStatus statusOf(const BusFailure& failure) {
   return KeychainStatus::failed;
 }
 
-// gnome-keyring answers a new client's call so, about once in a thousand, while other clients come and go: it has not
-// yet made the object that it is to answer for.
+// gnome-keyring answers about one call in a thousand of a new client this way while other clients come and go: it has
+// not yet created the object that is called.
 bool isWorthAnotherTry(const BusFailure& failure) {
   return failure.errorName == "org.freedesktop.DBus.Error.UnknownMethod";
 }
@@ -84,8 +84,8 @@ BusResult<KeychainStatus> removeItems(SecretService& service, const ItemIdentity
   return status;
 }
 
-// Runs `work` on a connection of its own: once more when nobody served the name and the bus could start somebody who
-// does, and once more for a service that had not made its objects yet.
+// Runs `work` on a connection of its own. Tries again once if nobody served the name and the bus could start a service
+// that does, and once if the service had not created its objects yet.
 template <class Work>
 auto converse(const SecretServiceKeychain::Settings& settings, ServiceActivation& activation, base::Deadline deadline,
               const Work& work) -> decltype(work(std::declval<SecretService&>())) {
@@ -121,7 +121,8 @@ SecretServiceKeychain::SecretServiceKeychain(Settings settings)
 
 SecretServiceKeychain::~SecretServiceKeychain() = default;
 
-// A service that the caller's own deadline cut short may well answer the next call.
+// Only the keychain's own limit counts against the service. If the caller's deadline came first, the service may still
+// answer the next call.
 KeychainStatus SecretServiceKeychain::statusOfFailure(const BusFailure& failure, base::Deadline deadline) {
   const auto status = statusOf(failure);
   if (status == KeychainStatus::timedOut && !deadline.passed()) {

@@ -1,9 +1,9 @@
 // Keychain items in the session's Secret Service (org.freedesktop.secrets), as gnome-keyring, KWallet and KeePassXC
 // offer it. An item bears the attributes `class`, `service`, `account` and `access-group`.
 //
-// Reads must never show a dialog and never hold a caller up. Hence one private connection for each call, one deadline
-// over all of its steps, no Unlock and no Prompt, and no search while every collection is locked: a search alone
-// makes some services ask for the password.
+// Reads never show a dialog and never block for long: each call has a private connection and one deadline for all of
+// its steps, and it uses neither Unlock nor Prompt. It does not search while every collection is locked, because some
+// services ask for the password then.
 #pragma once
 
 #include <chrono>

@@ -1,5 +1,5 @@
-// Asks the bus once to start a service that nobody has started yet. Keyrings that the log-in started without a desktop
-// that knows them appear on the bus only when asked for.
+// Asks the bus once to start a service. On desktops that do not know the keyring, one that the login started appears on
+// the bus only when it is activated.
 #pragma once
 
 #include <condition_variable>

@@ -47,7 +47,7 @@ BusResult<SessionBus> SessionBus::connect(const std::string& address, const base
   if (sd_bus_set_address(raw, reachable.c_str()) < 0) return failure(Kind::absent);
   if (sd_bus_set_bus_client(raw, 1) < 0) return failure(Kind::broken);
   if (const int started = sd_bus_start(raw); started < 0) {
-    // A full queue of connections that nobody accepts is a bus that hangs, not one that is missing.
+    // EAGAIN: the socket's queue is full. The bus hangs; it is not missing.
     return failure(started == -EAGAIN ? Kind::timedOut : Kind::absent);
   }
   while (sd_bus_is_ready(raw) == 0) {
@@ -59,8 +59,8 @@ BusResult<SessionBus> SessionBus::connect(const std::string& address, const base
   return bus;
 }
 
-// Handles one thing that has arrived, or waits for the next. A peer that never stops talking is cut off as well as a
-// silent one.
+// Handles one message that has arrived, or waits for the next. The deadline also holds for a peer that never stops
+// sending.
 BusResult<void> SessionBus::step(const base::Deadline& deadline) {
   const int handled = sd_bus_process(bus_.get(), nullptr);
   if (handled == -ETIMEDOUT || deadline.passed()) return failure(Kind::timedOut);

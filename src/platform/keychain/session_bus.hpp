@@ -43,7 +43,7 @@ struct BusMethod {
 /// Appends a call's arguments; the result is negative where sd-bus fails.
 using AppendArguments = std::function<int(sd_bus_message*)>;
 
-/// Used by one thread. Signals that arrive meanwhile only cut a wait short, which then goes on.
+/// Used by one thread. A signal interrupts a wait, which is then resumed.
 class SessionBus {
  public:
   /// `address` as D-Bus writes it, a list parted by ';'. Only Unix sockets are tried: other transports look up host
@@ -55,7 +55,7 @@ class SessionBus {
   BusResult<BusMessage> call(const BusMethod& method, const AppendArguments& append, const base::Deadline& deadline);
 
  private:
-  /// Nothing is flushed: whatever is still unsent is a call that nobody waits for any more.
+  /// Does not flush: nobody waits for the answer to a call that was not sent.
   struct CloseBus {
     void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
   };

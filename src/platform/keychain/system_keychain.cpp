@@ -11,7 +11,7 @@ bool hasNothing(KeychainStatus status) {
   return status == KeychainStatus::itemNotFound || status == KeychainStatus::unavailable;
 }
 
-// A store that could not delete matters more than one that did; one that did, more than one that had nothing.
+// A failure of either store is reported first, then a success, then that there was nothing to delete.
 KeychainStatus ofBoth(KeychainStatus service, KeychainStatus files) {
   for (const auto status : {service, files}) {
     if (status != KeychainStatus::success && !hasNothing(status)) return status;

@@ -1,5 +1,5 @@
 // The keychain of this machine's user: the Secret Service where the session has one, else private files. Chosen anew
-// at each use; making one touches nothing.
+// at each use. Constructing one reads nothing.
 #pragma once
 
 #include <filesystem>
@@ -28,7 +28,7 @@ class SystemKeychain final : public Keychain {
   explicit SystemKeychain(Settings settings);
 
  private:
-  /// A Secret Service that is locked or does not answer is no reason to read files: what they hold may be old.
+  /// Does not fall back to files where the Secret Service is locked or does not answer: they may hold an old token.
   KeychainResult find(const KeychainQuery& query, base::Deadline deadline) override;
 
   /// Reaches both stores, so that an item deleted from one does not come back from the other.

@@ -15,7 +15,7 @@ namespace {
 
 constexpr long receiveBufferBytes = 64 * 1024;
 
-// Sets options until one fails, and remembers that.
+// Sets options until one fails.
 class Options {
  public:
   explicit Options(CURL* handle) : handle_(handle) {}
@@ -65,12 +65,12 @@ bool Exchange::setOptions(const TrustedCertificates& trusted, std::size_t longes
       .set(CURLOPT_NOSIGNAL, 1L)
       .set(CURLOPT_NOPROGRESS, 1L)
       .set(CURLOPT_BUFFERSIZE, receiveBufferBytes)
-      // A silent resolver's thread is left to itself instead of waited for when the load is given up.
+      // Does not wait for the resolver's thread when the load is given up.
       .set(CURLOPT_QUICK_EXIT, 1L)
-      // The caller keeps the time; the library's own five minutes for connecting must not come first.
+      // The caller enforces the deadline; the library's own limit of five minutes for connecting does not apply.
       .set(CURLOPT_CONNECTTIMEOUT_MS, 0x7fffffffL);
 
-  // What is asked for, and how.
+  // The request.
   options.set(CURLOPT_PROTOCOLS_STR, "http,https")
       .set(CURLOPT_PATH_AS_IS, 1L)
       .set(CURLOPT_HTTPGET, 1L)
@@ -118,11 +118,11 @@ LoadResult Exchange::result(CURLcode code) {
   if (repeats_) {
     return std::unexpected(TransportError{Kind::connectionLost, code, "the connection ended before an answer began"});
   }
-  // The library counts no byte of a 101 and then says that nothing came; its header was whole all the same.
+  // After a 101 the library reports that nothing was received, although the header was complete.
   const bool nothingButHeader = code == CURLE_GOT_NOTHING && response_.hasWholeHeader();
   if (code != CURLE_OK && !nothingButHeader) return std::unexpected(transportError(code, errorText_.data()));
   if (!response_.hasWholeHeader() && response_.isEmpty()) {
-    // The library calls an answer that was cut inside its header section a success.
+    // The library reports success for an answer that was cut inside its header section.
     return std::unexpected(TransportError{Kind::connectionLost, code, "the connection ended inside the header"});
   }
   UrlResponse response;
@@ -139,7 +139,7 @@ bool Exchange::connectionSpeaksHttp2() const {
   const curl_tlssessioninfo* tls = nullptr;
   if (curl_easy_getinfo(handle(), CURLINFO_TLS_SSL_PTR, &tls) != CURLE_OK || tls == nullptr ||
       tls->backend != CURLSSLBACKEND_OPENSSL || tls->internals == nullptr) {
-    return true;  // cannot be told, so the careful answer
+    return true;  // unknown: assume that it does
   }
   const unsigned char* protocol = nullptr;
   unsigned int length = 0;
@@ -165,7 +165,7 @@ std::size_t Exchange::onBody(char* bytes, std::size_t size, std::size_t count, v
 
 int Exchange::onConnected(void* self, char*, char*, int, int) {
   auto& exchange = *static_cast<Exchange*>(self);
-  // The library repeats a request whose connection was used before and ends without an answer.
+  // The library would repeat a request if its connection was used before and closes without an answer.
   exchange.repeats_ = std::exchange(exchange.sent_, true);
   exchange.headerCannotBeSent_ = exchange.load_->headers().endsInLineEnd && exchange.connectionSpeaksHttp2();
   return exchange.repeats_ || exchange.headerCannotBeSent_ ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;

@@ -1,5 +1,5 @@
 // One load on the worker thread: the HTTP library's handle with every option set, and the response that it gathers.
-// When it starts, is driven and is given up is decided by the transfer loop.
+// The transfer loop decides when it starts and when it is given up.
 #pragma once
 
 #include <array>
@@ -26,7 +26,7 @@ class Exchange {
   CURL* handle() const { return easy_.get(); }
   PendingLoad& load() const { return *load_; }
 
-  /// What the library's final code and the gathered response make together. Call once.
+  /// The result of the library's final code and the response gathered so far. Call once.
   LoadResult result(CURLcode code);
 
  private:
@@ -50,8 +50,8 @@ class Exchange {
   const std::shared_ptr<PendingLoad> load_;
   ResponseCollector response_;
   bool headerCannotBeSent_ = false;
-  bool sent_ = false;     ///< the request is about to be, or was
-  bool repeats_ = false;  ///< the library was about to send it again, and was kept from it
+  bool sent_ = false;     ///< the request was sent, or is about to be
+  bool repeats_ = false;  ///< the library was about to send it again and was stopped
   std::array<char, CURL_ERROR_SIZE> errorText_{};
   // The handle refers to the members above, so it goes first.
   std::unique_ptr<curl_slist, FreeList> headers_;

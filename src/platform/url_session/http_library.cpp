@@ -18,7 +18,7 @@ void wipeAndFree(void* bytes) noexcept {
   std::free(bytes);
 }
 
-// A grown block would leave its bytes where it was.
+// std::realloc may move a block and leave its bytes behind.
 void* moveToLarger(void* bytes, std::size_t size) noexcept {
   if (bytes == nullptr) return std::malloc(size);
   void* const larger = std::malloc(size);
@@ -31,8 +31,8 @@ void* moveToLarger(void* bytes, std::size_t size) noexcept {
 }  // namespace
 
 bool httpLibraryIsReady() {
-  // Left to itself, the TLS library would take itself down at exit before the sessions that were made before it, which
-  // then close their connections without it.
+  // Without NO_ATEXIT the TLS library would be torn down at exit before sessions that were constructed earlier, which
+  // still have to close their connections.
   static const bool ready = OPENSSL_init_ssl(OPENSSL_INIT_NO_ATEXIT, nullptr) == 1 &&
                             curl_global_init_mem(CURL_GLOBAL_DEFAULT, std::malloc, wipeAndFree, moveToLarger, strdup,
                                                  std::calloc) == CURLE_OK;

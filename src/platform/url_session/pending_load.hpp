@@ -1,5 +1,4 @@
-// Loads on their way between the callers' threads and the session's worker: one load as both share it, and the queue in
-// which it travels. How a load is carried out is the worker's business.
+// What the callers' threads share with the session's worker: a load that is pending, and the queue of loads.
 #pragma once
 
 #include <atomic>
@@ -34,8 +33,8 @@ class PendingLoad {
   bool isAbandoned() const { return abandoned_.load(std::memory_order_relaxed); }
 
   /// Caller: waits for the result. Where a stop is requested or the deadline passes first, the load is abandoned, the
-  /// worker is told by `wakeWorker`, and the answer is `cancelled` or `timedOut`. It comes in time whatever the worker
-  /// is doing.
+  /// worker is told by `wakeWorker`, and the answer is `cancelled` or `timedOut`. The answer does not
+  /// depend on the worker being responsive.
   LoadResult await(std::stop_token stop, const std::function<void()>& wakeWorker);
 
  private:
@@ -54,7 +53,7 @@ class LoadQueue {
 
   // Any thread.
 
-  /// Every load that is submitted is settled: by the worker, or here once the queue is refusing.
+  /// Every submitted load is settled: by the worker, or here once the queue refuses loads.
   void submit(std::shared_ptr<PendingLoad> load);
   /// Makes the worker look for abandoned loads.
   void wake();
@@ -63,12 +62,13 @@ class LoadQueue {
 
   // The worker.
 
-  /// From now on `wakeWorker`, called on any thread and never by two at once, ends the worker's wait. Until the first,
-  /// nobody needs to call it: the worker looks for loads once it can wait. An empty one ends that.
+  /// `wakeWorker` has to end the worker's wait. It is called on any thread, never by two at once. An empty function
+  /// means that the worker no longer waits.
   void setWaker(std::function<void()> wakeWorker);
-  /// What was submitted since; absent when the session is ending, and whatever still came is settled with `cancelled`.
+  /// What was submitted since the last call. Absent when the session is ending; the rest is then settled with
+  /// `cancelled`.
   std::optional<Loads> take();
-  /// Settles what was submitted, and all that comes later, with this error.
+  /// Settles what was submitted, and everything submitted later, with this error.
   void refuse(const TransportError& error);
 
  private:

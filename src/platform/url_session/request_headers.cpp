@@ -22,7 +22,7 @@ std::string_view withoutLineEnd(std::string_view value) {
   return value;
 }
 
-// The library reads "Name:" as an order to leave the field out, and sends "Name;" as an empty field.
+// libcurl takes "Name:" as an order to omit the field, and sends "Name;" as an empty one.
 base::SecretText fieldLine(const HeaderField& field) {
   const bool blank = field.value.text().find_first_not_of(" \t\v\f\r\n") == std::string_view::npos;
   return blank ? base::SecretText{field.name, ";"} : base::SecretText{field.name, ": ", field.value.text()};

@@ -19,10 +19,10 @@ struct RequestHeaders {
   bool endsInLineEnd = false;
 
   /// `badHeader` for a name that is no token (RFC 9110, 5.1) and for a value with a NUL or with anything behind a line
-  /// end. A value may end in one line end (CR LF, LF or CR). Such a field is moved to the end, where a server that
-  /// takes the bare line end for the end of the field meets only the blank line that ends the header section; a second
-  /// one would be followed by another field, so it is `badHeader`. What such a server has left over must not become the
-  /// beginning of a next request either, so the connection is asked to be closed behind this one.
+  /// end. A value may end in one line end (CR LF, LF or CR). Such a field is sent last: a server that treats
+  /// the line end as the end of the field then sees the blank line that ends the header section, and no injected field.
+  /// A second such field would be followed by another, so it is `badHeader`. The server is also asked to close the
+  /// connection, so that left-over bytes cannot become the beginning of another request.
   static std::expected<RequestHeaders, TransportError> encode(const std::vector<HeaderField>& fields);
 };
 

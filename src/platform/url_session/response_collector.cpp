@@ -7,10 +7,10 @@
 namespace platform {
 namespace {
 
-// A header section has no limit of its own in HTTP; no honest service comes near this one.
+// HTTP sets no limit for a header section. Real services stay far below this one.
 constexpr std::size_t longestHeader = std::size_t{1} << 20;
 
-// What block-wise parsers read past the end of a text.
+// Parsers that read in blocks may read this far past the end.
 constexpr std::size_t spareCapacity = 64;
 
 // "HTTP/1.1 103 Early Hints" is followed by another header section. 101 is not: it is the answer itself, as no upgrade
@@ -30,7 +30,7 @@ bool ResponseCollector::takeHeaderLine(std::string_view line) {
     tooLarge_ = true;
     return false;
   }
-  if (headerIsWhole_) return true;  // a trailer, whatever its fields are called
+  if (headerIsWhole_) return true;  // a trailer
   if (ascii::equalsIgnoringCase(line.substr(0, 5), "HTTP/")) {
     headerIsProvisional_ = isProvisional(line);
   } else if (line == "\r\n" || line == "\n") {

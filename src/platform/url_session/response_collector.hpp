@@ -1,5 +1,5 @@
-// Gathers one response as the HTTP library hands it over: where its header section ends, and its body. Judges nothing
-// but whether the response is whole so far and small enough.
+// Collects one response as the HTTP library delivers it, and checks that its header section is complete and its size
+// within the limits.
 #pragma once
 
 #include <cstddef>

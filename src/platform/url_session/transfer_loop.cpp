@@ -11,7 +11,7 @@ namespace platform {
 
 TransferLoop::TransferLoop(LoadQueue& queue, const TransferSettings& settings) : queue_(queue), settings_(settings) {
   if (httpLibraryIsReady()) multi_.reset(curl_multi_init());
-  // Without descriptors for it nobody could wake the loop.
+  // Without its wake-up descriptors the loop would never notice a new load.
   if (multi_ && curl_multi_wakeup(multi_.get()) != CURLM_OK) multi_.reset();
   if (multi_) queue_.setWaker([multi = multi_.get()] { curl_multi_wakeup(multi); });
 }
@@ -68,7 +68,7 @@ void TransferLoop::dropAbandoned() {
   }
 }
 
-// The caller is told first: what the library then does to its connection is no time of theirs.
+// Settles first, so that the caller does not wait while the library closes the connection.
 void TransferLoop::finish(Exchange& exchange, LoadResult result) {
   exchange.load().settle(std::move(result));
   curl_multi_remove_handle(multi_.get(), exchange.handle());
@@ -79,8 +79,8 @@ void TransferLoop::cancelAll() {
   while (!exchanges_.empty()) finish(*exchanges_.back(), std::unexpected(cancelledError()));
 }
 
-// Looked at for each load, as the files may change. Plain HTTP needs no look at the system's certificates; a chosen
-// file holds for a proxy with TLS too.
+// Chosen anew for each load, because the files may change. Plain HTTP does not need the system's certificates; a chosen
+// file also applies to a proxy with TLS.
 TrustedCertificates TransferLoop::trustedFor(const Url& url) const {
   if (url.scheme() != "https" && settings_.trustedRootsFile.empty()) return {};
   return TrustedCertificates::choose(settings_.trustedRootsFile, settings_.trustedRootsFolder);

@@ -6,7 +6,7 @@
 namespace platform {
 namespace {
 
-// Signals sent to the process are for the program's own threads, and a broken connection must not raise SIGPIPE.
+// Signals to the process are handled by the program's own threads, and a broken connection must not raise SIGPIPE here.
 // A new thread inherits the mask.
 class AllSignalsBlocked {
  public:

@@ -216,6 +216,7 @@ TEST(Http2, AnswerThatIsCutIsATransportError) {
     const auto loaded = session.data(requestFor(server.url(path)));
     EXPECT_FALSE(loaded) << path << ": " << summary(loaded);
   }
+  EXPECT_EQ(behind.requests().size(), 2U) << "a request was sent twice";
 }
 
 }  // namespace
