@@ -184,7 +184,7 @@ TEST_F(ExtensionProtocolTest, AnswersNoNotification) {
   extension().writeLine(R"({"jsonrpc":"2.0","method":"nothing"})");
   extension().writeLine(R"({"jsonrpc":"2.0","method":"placeholder","params":{}})");
   extension().writeLine(R"({"jsonrpc":"2.0","id":"after","method":"widgets"})");
-  EXPECT_EQ(extension().answer()["id"], "after");
+  EXPECT_EQ(extension().answer(100s)["id"], "after");
   extension().closeInput();
   EXPECT_EQ(extension().exitStatus(), 0);
   EXPECT_EQ(extension().line(), std::nullopt);
@@ -195,9 +195,9 @@ TEST_F(ExtensionProtocolTest, ReadsALineOfSixtyFourMebibytesAndReadsPastALongerO
   const std::string end = "\"}}";
   const std::size_t longest = std::size_t{64} << 20;
   ASSERT_TRUE(extension().writeLine(begin + std::string(longest - begin.size() - end.size(), 'x') + end));
-  EXPECT_TRUE(extension().answer().contains("result"));
+  EXPECT_TRUE(extension().answer(100s).contains("result"));
   ASSERT_TRUE(extension().writeLine(begin + std::string(longest + 1 - begin.size() - end.size(), 'x') + end));
-  EXPECT_TRUE(isError(extension().answer(), -32600, nullptr));
+  EXPECT_TRUE(isError(extension().answer(100s), -32600, nullptr));
   EXPECT_TRUE(extension().call("widgets").contains("result"));
 }
 
