@@ -6,7 +6,7 @@ export NINJA_STATUS='[%f/%t, %es] '
 export CLICOLOR_FORCE=0
 
 # Copies of the checkout share compiled objects; without a home folder the cache lives in the checkout.
-export CCACHE_BASEDIR="$root" CCACHE_NOHASHDIR=true
+export CCACHE_BASEDIR="$root" CCACHE_NOHASHDIR=true CCACHE_SLOPPINESS=pch_defines,time_macros
 if [ -z "${CCACHE_DIR:-}" ] && ! { [ -n "${HOME:-}" ] && [ -w "$HOME" ]; }; then
   export CCACHE_DIR="$root/build/ccache"
 fi

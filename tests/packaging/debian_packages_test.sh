@@ -10,8 +10,8 @@ trap 'rm -rf -- "$place"' EXIT
 packages=("$place"/vamba-widget_*.deb "$place"/vamba-widget-desktop_*.deb)
 for package in "${packages[@]}"; do [ -s "$package" ] || { ls "$place" >&2; exit 1; }; done
 
-# Native packages of a project that chose no licence and keeps no Debian bug for its first upload.
-lintian --fail-on error,warning --suppress-tags "${suppressed:-initial-upload-closes-no-bugs}" "${packages[@]}" || exit 1
+# The command of the desktop entry is in the package that the desktop's one depends on.
+lintian --allow-root --fail-on error,warning --suppress-tags desktop-command-not-in-package "${packages[@]}"
 
 depends=$(dpkg-deb -f "${packages[0]}" Depends)
 for library in libcurl4 libsimdjson tzdata; do
