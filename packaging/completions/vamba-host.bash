@@ -1,37 +1,30 @@
-# Completion of vamba-host for bash.
+# Completion of vamba-host for bash. The program itself says what may come next.
 _vamba_host() {
-  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} word command=
-  for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
-    case "$word" in gallery | placeholder | snapshot | timeline | show | watch | desktop | autostart) command=$word ;; esac
+  local word line joined='' words=() offered=()
+  # bash parts words at "=": --family=small arrives as three.
+  for word in "${COMP_WORDS[@]:1:COMP_CWORD}"; do
+    if [[ $word == '=' && ${#words[@]} -gt 0 ]]; then
+      words[-1]+='='
+      joined=yes
+    elif [[ -n $joined ]]; then
+      words[-1]+=$word
+      joined=''
+    else
+      words+=("$word")
+    fi
   done
-  local words
-  case "$previous" in
-    --family) words='small medium large' ;;
-    --format) if [ "$command" = watch ]; then words='text json waybar'; else words='text json svg png pdf'; fi ;;
-    --appearance) words='light dark' ;;
-    --extension | --output)
-      mapfile -t COMPREPLY < <(compgen -f -- "$current")
-      return
-      ;;
-    --entry)
-      mapfile -t COMPREPLY < <(compgen -f -W 'timeline snapshot preview placeholder -' -- "$current")
-      return
-      ;;
-    --scale) return ;;
-    *)
-      case "$command" in
-        '') words='gallery placeholder snapshot timeline show watch desktop autostart --extension --help --version' ;;
-        gallery) words='--json --help' ;;
-        snapshot) words='--preview --family --help' ;;
-        placeholder | timeline) words='--family --help' ;;
-        show) words='--family --entry --format --output --scale --appearance --outlines --help' ;;
-        watch) words='--family --format --help' ;;
-        desktop) words='--verbose --part-of-desktop --help' ;;
-        autostart) words='on off status --help' ;;
-        *) words='--help' ;;
-      esac
-      ;;
-  esac
-  mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
+  local current=${words[-1]-}
+  [[ $current == --*=* ]] && local before=${current%%=*}=
+  COMPREPLY=()
+  mapfile -t offered < <("${COMP_WORDS[0]}" --complete "${words[@]}" 2>/dev/null)
+  for line in "${offered[@]}"; do
+    if [[ $line == ':files' ]]; then
+      compopt -o filenames 2>/dev/null
+      mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -f -- "${current#"${before-}"}")
+    else
+      line=${line%%$'\t'*}
+      COMPREPLY+=("${line#"${before-}"}")
+    fi
+  done
 }
-complete -o filenames -F _vamba_host vamba-host
+complete -F _vamba_host vamba-host

@@ -15,7 +15,7 @@ host::CommandResult run(const host::CommandLine& line, char* const* argv) {
   if (command == Command::desktop) return host::become("vamba-desktop", argv);
   if (command == Command::show && host::isPicture(line.format)) return host::become("vamba-picture", argv);
   if (command == Command::autostart) return host::autostart(line);
-  host::ExtensionSettings settings{.program = host::extensionProgram(line)};
+  host::ExtensionSettings settings{.program = host::extensionProgram(line), .verbose = line.verbose};
   if (command == Command::watch) return host::watch(settings, line);
   host::ExtensionClient extension(settings);
   switch (command) {

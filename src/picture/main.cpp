@@ -12,7 +12,7 @@ host::CommandResult showPicture(const host::CommandLine& line) {
     return std::unexpected(host::CommandFailure{host::exit_status::wrongCommandLine,
                                                 "a terminal can't show a picture; name a file with --output"});
   }
-  host::ExtensionClient extension({.program = host::extensionProgram(line)});
+  host::ExtensionClient extension({.program = host::extensionProgram(line), .verbose = line.verbose});
   return host::show(extension, line, picture::drawPicture);
 }
 

@@ -185,6 +185,12 @@ class Fake {
            const std::string block(1 << 16, 'x');
            while (true) writeRaw(block);
          }},
+        {"many values",
+         [](Fake& fake, const Request&) {
+           std::string values;
+           for (int i = 0; i < 2'000'000; ++i) values += "0,";
+           fake.write(R"({"jsonrpc":"2.0","id":1,"result":[)" + values + "0]}");
+         }},
         {"notifications",
          [](Fake&, const Request&) {
            while (true) writeRaw("{\"jsonrpc\":\"2.0\",\"method\":\"changed\"}\n");
@@ -256,7 +262,7 @@ class Fake {
         {"large answer",
          [](Fake& fake, const Request& request) {
            json result = resultOf(request);
-           result["entry"]["tytul"] = std::string(std::size_t{20} << 20, 't');
+           result["entry"]["tytul"] = std::string(std::size_t{10} << 20, 't');
            fake.answer(request, std::move(result));
          }},
         {"drip",

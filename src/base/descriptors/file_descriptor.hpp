@@ -21,6 +21,9 @@ class FileDescriptor {
   int get() const { return descriptor_; }
   bool isOpen() const { return descriptor_ >= 0; }
 
+  /// Closes it now. False, with errno set, where the system could not keep what was written to it.
+  bool close() { return ::close(std::exchange(descriptor_, -1)) == 0; }
+
   /// Closes it and takes another in its place, or none.
   void reset(int descriptor = -1) {
     const int before = std::exchange(descriptor_, descriptor);

@@ -1,11 +1,13 @@
 #include "base/files/replace_file.hpp"
 
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <optional>
 #include <system_error>
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -27,6 +29,8 @@ void syncFolder(const std::filesystem::path& folder) {
   close(descriptor);
 }
 
+constexpr std::string_view temporaryMark = ".new-";
+
 /// A new file that nobody else writes to. Its descriptor is below 0, with errno set, where there is none.
 struct NewFile {
   std::string path;
@@ -35,7 +39,7 @@ struct NewFile {
 
 /// Opened by its final rights, so that the kernel itself applies the umask.
 NewFile newFileBeside(const std::filesystem::path& target, mode_t rights) {
-  const std::string start = target.string() + ".new-" + std::to_string(getpid()) + "-";
+  const std::string start = target.string() + std::string(temporaryMark) + std::to_string(getpid()) + "-";
   constexpr int attempts = 1000;  // left over by processes that were killed and whose id this one has now
   for (int i = 0; i < attempts; ++i) {
     std::string path = start + std::to_string(i);
@@ -80,6 +84,21 @@ std::expected<void, std::string> makeFolders(const std::filesystem::path& folder
   return reason(error == EEXIST ? ENOTDIR : error);
 }
 
+void removeLeftovers(const std::filesystem::path& file) {
+  const std::string start = file.filename().string() + std::string(temporaryMark);
+  std::error_code error;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(file.has_parent_path() ? file.parent_path() : ".", error)) {
+    const std::string name = entry.path().filename().string();
+    if (!name.starts_with(start)) continue;
+    pid_t writer = 0;
+    const char* const end = name.data() + name.size();
+    const auto [rest, fault] = std::from_chars(name.data() + start.size(), end, writer);
+    const bool ours = fault == std::errc{} && writer > 0 && rest != end && *rest == '-';
+    if (ours && kill(writer, 0) != 0 && errno == ESRCH) std::filesystem::remove(entry.path(), error);
+  }
+}
+
 std::expected<void, std::string> replaceFile(const std::filesystem::path& file, std::string_view bytes,
                                              Durability durability, Rights rights) {
   const auto target = behindLinks(file);
@@ -88,6 +107,7 @@ std::expected<void, std::string> replaceFile(const std::filesystem::path& file, 
   const bool exists = stat(target->c_str(), &old) == 0;
   if (exists && !S_ISREG(old.st_mode)) return std::unexpected("it is not a regular file");
 
+  removeLeftovers(*target);
   const NewFile fresh = newFileBeside(*target, rights.file);
   if (fresh.descriptor < 0) return reason(errno);
   bool done = !writeAll(fresh.descriptor, bytes) && (!exists || takeOver(fresh.descriptor, old)) &&

@@ -27,6 +27,9 @@ struct Rights {
 std::expected<void, std::string> replaceFile(const std::filesystem::path& file, std::string_view bytes,
                                              Durability durability, Rights rights = {});
 
+/// Removes what processes that were killed while they replaced the file left beside it. `replaceFile` does it too.
+void removeLeftovers(const std::filesystem::path& file);
+
 /// Makes the folder and those above it that are missing.
 std::expected<void, std::string> makeFolders(const std::filesystem::path& folder, Rights rights = {});
 

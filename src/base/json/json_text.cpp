@@ -15,6 +15,8 @@ using nlohmann::json;
 // "[" would otherwise cost some sixty bytes for each of its bytes.
 class BoundedBuilder : public nlohmann::json_sax<json> {
  public:
+  explicit BoundedBuilder(std::size_t mostValues) : left_(mostValues) {}
+
   json take() { return std::move(root_); }
   const std::string& fault() const { return fault_; }
 
@@ -54,13 +56,21 @@ class BoundedBuilder : public nlohmann::json_sax<json> {
     return &slot;
   }
 
+  bool count() {
+    if (left_-- > 0) return true;
+    fault_ = "too many values";
+    return false;
+  }
+
   template <typename Value>
   bool put(Value&& value) {
+    if (!count()) return false;
     place(std::forward<Value>(value));
     return true;
   }
 
   bool open(json container) {
+    if (!count()) return false;
     if (open_.size() == maximumNesting) {
       fault_ = "nested deeper than " + std::to_string(maximumNesting) + " levels";
       return false;
@@ -74,6 +84,7 @@ class BoundedBuilder : public nlohmann::json_sax<json> {
     return true;
   }
 
+  std::size_t left_;  ///< values that may still come
   json root_;
   // Pointers stay good: only the innermost container grows, and none of these lies inside it.
   std::vector<json*> open_;
@@ -92,12 +103,12 @@ std::string withControlsEscaped(std::string_view text) {
 
 }  // namespace
 
-std::expected<json, std::string> parseJson(std::string_view text) {
+std::expected<json, std::string> parseJson(std::string_view text, std::size_t mostValues) {
   // The library takes a NUL for the end of its input and would ignore whatever follows.
   if (const auto nul = text.find('\0'); nul != std::string_view::npos) {
     return std::unexpected("not JSON at byte " + std::to_string(nul + 1));
   }
-  BoundedBuilder builder;
+  BoundedBuilder builder(mostValues);
   if (!json::sax_parse(text, &builder)) return std::unexpected(builder.fault());
   return builder.take();
 }

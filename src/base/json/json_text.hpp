@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <expected>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -16,7 +17,9 @@ inline constexpr std::size_t maximumNesting = 512;
 
 /// Reads one JSON value (RFC 8259; strictly UTF-8; nothing but white space around it). Integers of 64 bits are exact,
 /// of equal keys the last counts. The error is a short sentence for a person.
-std::expected<nlohmann::json, std::string> parseJson(std::string_view text);
+/// A text of more than `mostValues` values is refused too.
+std::expected<nlohmann::json, std::string> parseJson(std::string_view text,
+                                                     std::size_t mostValues = std::numeric_limits<std::size_t>::max());
 
 /// Compact text without line ends or any other control character. Bytes of a string that are not UTF-8 become U+FFFD.
 std::string toText(const nlohmann::json& value);

@@ -1,13 +1,16 @@
 #include "host/command_line/command_line.hpp"
 
-#include <sstream>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 #include <absl/strings/ascii.h>
+#include <absl/strings/str_cat.h>
+#include <absl/strings/str_join.h>
 
+#include "host/command_line/completion.hpp"
+#include "host/command_line/nearest_word.hpp"
 #include "host/command_line/outcome.hpp"
 
 namespace host {
@@ -18,8 +21,9 @@ template <typename Value>
 using Words = std::vector<std::pair<std::string, Value>>;
 
 const Words<std::string> families{{"small", "systemSmall"}, {"medium", "systemMedium"}, {"large", "systemLarge"}};
-const Words<Format> boardFormats{
-    {"text", Format::text}, {"json", Format::json}, {"svg", Format::svg}, {"png", Format::png}, {"pdf", Format::pdf}};
+const Words<Format> boardFormats{{"text", Format::text}, {"json", Format::json}, {"waybar", Format::waybar},
+                                 {"line", Format::line}, {"svg", Format::svg},   {"png", Format::png},
+                                 {"pdf", Format::pdf}};
 const Words<Format> streamFormats{
     {"text", Format::text}, {"json", Format::json}, {"waybar", Format::waybar}, {"line", Format::line}};
 const Words<AutostartAction> autostartActions{
@@ -34,23 +38,32 @@ std::optional<Value> meaning(const Words<Value>& words, std::string_view wanted)
   return std::nullopt;
 }
 
+/// A mistake in the command line, in words for a person.
+struct Mistake {
+  std::string what;
+};
+
+std::string suggestion(std::string_view given, const std::vector<std::string>& words) {
+  const auto nearest = nearestWord(given, words);
+  return nearest ? absl::StrCat("; did you mean \"", *nearest, "\"?") : std::string();
+}
+
 /// An option that takes one of the words and keeps what it means in `value`.
 template <typename Value, typename Kept>
 void addChoice(CLI::App& app, const std::string& name, Kept& value, const Words<Value>& words, const char* help) {
-  std::string names;
-  for (const auto& [word, meant] : words) names += (names.empty() ? "" : "|") + word;
-  const auto keep = [&value, &words, name, names](const CLI::results_t& given) {
+  std::vector<std::string> names;
+  for (const auto& [word, meant] : words) names.push_back(word);
+  const std::string all = absl::StrJoin(names, "|");
+  const auto keep = [&value, &words, name, names, all](const CLI::results_t& given) {
     const auto& word = given.back();
     const auto meant = meaning(words, word);
-    if (!meant) throw CLI::ValidationError(name, word + " is not one of " + names);
+    if (!meant) {
+      throw Mistake{absl::StrCat(name, ": \"", word, "\" is not one of ", all, suggestion(word, names))};
+    }
     value = *meant;
     return true;
   };
-  app.add_option(name, keep, help)->type_name(names)->take_last();
-}
-
-void addFamily(CLI::App& app, CommandLine& line) {
-  addChoice(app, "--family", line.family, families, "the board's size (default: medium)");
+  app.add_option(name, keep, help)->type_name(all)->take_last();
 }
 
 /// An empty text for a scale that pictures are drawn at, else what is wrong with it ("nan" is a number as well).
@@ -60,76 +73,197 @@ std::string reasonableScale(const std::string& text) {
   return reasonable ? std::string() : text + " is not a number from 0.25 to 8";
 }
 
-/// The format that a file's name asks for; text where it asks for none.
+/// The format that a file's suffix asks for; text for "board" and "board.txt".
 Format formatOf(const std::filesystem::path& file) {
   const std::string suffix = absl::AsciiStrToLower(file.extension().string());
-  return meaning(boardFormats, suffix.empty() ? suffix : suffix.substr(1)).value_or(Format::text);
+  if (suffix.empty() || suffix == ".txt") return Format::text;
+  if (const auto format = meaning(boardFormats, suffix.substr(1))) return *format;
+  throw Mistake{absl::StrCat("--output: no format has the suffix \"", suffix, "\"; name one with --format")};
+}
+
+/// `vamba-host` with its commands and options, bound to the values that they set.
+class Parser {
+ public:
+  Parser() {
+    app_.set_version_flag("--version", version);
+    app_.add_option("--extension", line_.extension, "the extension's program")->type_name("PATH");
+    app_.fallthrough();
+    app_.require_subcommand(0, 1);
+    app_.footer("Without a command: desktop where a display is reachable, else show.");
+    addEntries();
+    addShow();
+    addWatch();
+    addDesktop();
+    addHelp();
+  }
+
+  /// Throws `Mistake` or what CLI11 throws.
+  CommandLine read(int argc, const char* const* argv) {
+    app_.parse(argc, argv);
+    finish();
+    return line_;
+  }
+
+  /// What is wrong, the nearest right word, and where help is.
+  std::string explain(const CLI::ParseError& error) const {
+    const auto extra = app_.remaining(true);
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr || extra.empty()) return error.what();
+    const std::string& word = extra.front();
+    if (command() == nullptr && !word.starts_with('-')) {
+      return absl::StrCat("there is no command \"", word, "\"", suggestion(word, commandNames()));
+    }
+    return absl::StrCat("\"", word, "\" was not expected", suggestion(word, optionNames()));
+  }
+
+  std::string hint() const {
+    const auto* const chosen = command();
+    return absl::StrCat("Run \"vamba-host ", chosen == nullptr ? "" : chosen->get_name() + " ", "--help\" for help.");
+  }
+
+  /// The help of the command that "help" names, else the program's.
+  std::string help() const {
+    if (helpFor_.empty()) return app_.get_formatter()->make_help(&app_, app_.get_name(), CLI::AppFormatMode::Normal);
+    for (const auto* each : app_.get_subcommands({})) {
+      if (each->get_name() == helpFor_) return each->help("vamba-host");
+    }
+    throw Mistake{absl::StrCat("there is no command \"", helpFor_, "\"", suggestion(helpFor_, commandNames()))};
+  }
+  bool helpAsked() const { return app_.got_subcommand("help"); }
+
+  const CLI::App& app() const { return app_; }
+
+ private:
+  CLI::App& add(const char* name, Command command, const char* help) {
+    CLI::App* subcommand = app_.add_subcommand(name, help);
+    subcommand->set_version_flag("--version", version);
+    subcommand->callback([this, command] { line_.command = command; });
+    return *subcommand;
+  }
+
+  void addFamily(CLI::App& command) {
+    addChoice(command, "--family", line_.family, families, "the board's size (default: medium)");
+  }
+
+  void addEntries() {
+    auto& gallery = add("gallery", Command::gallery, "List the extension's widgets: name, description, sizes.");
+    gallery.add_flag("--json", line_.galleryAsJson, "as JSON");
+    addFamily(add("placeholder", Command::placeholder, "Print the widget's placeholder entry as JSON."));
+    auto& snapshot = add("snapshot", Command::snapshot, "Print a single entry as JSON.");
+    addFamily(snapshot);
+    snapshot.add_flag("--preview", line_.preview, "the sample of the gallery instead of your day");
+    addFamily(add("timeline", Command::timeline, "Print the timeline with its reload date as JSON."));
+  }
+
+  void addShow() {
+    auto& show = add("show", Command::show, "Show one board, once.");
+    addFamily(show);
+    show.add_option("--entry", line_.entry,
+                    "timeline, snapshot, preview, placeholder, or a file with one entry (- for standard input)")
+        ->type_name("ENTRY");
+    addChoice(show, "--format", format_, boardFormats, "default: by the output's suffix, else text");
+    show.add_option("--output", line_.output, "where to write it (- is standard output)")->type_name("FILE");
+    show.add_option("--scale", line_.scale, "pixels of a picture for each point, 0.25 to 8 (default: 1)")
+        ->check(reasonableScale)
+        ->type_name("N");
+    addChoice(show, "--appearance", line_.appearance, appearances, "of a picture (default: light)");
+    show.add_flag("--outlines", line_.outlines, "letters of an SVG as outlines, for where the font is missing");
+    show.add_flag("--verbose", line_.verbose, "say on standard error what is asked");
+  }
+
+  void addWatch() {
+    auto& watch = add("watch", Command::watch, "Show the board again at each reload, until interrupted.");
+    addFamily(watch);
+    addChoice(watch, "--format", format_, streamFormats, "default: text");
+    watch.add_flag("--verbose", line_.verbose, "say on standard error what is asked, and when next");
+  }
+
+  void addDesktop() {
+    auto& desktop = add("desktop", Command::desktop, "Show the widgets on the desktop, until you quit.");
+    desktop.add_flag("--verbose", line_.verbose, "say on standard error how and when windows are shown");
+    desktop.add_flag("--part-of-desktop", line_.partOfDesktop,
+                     "on X11: stay when the desktop is shown, though a file manager's icons may cover the widgets");
+    auto& autostart = add("autostart", Command::autostart, "Start the widgets at login.");
+    addChoice(autostart, "action", line_.autostart, autostartActions, "turn on, turn off, or show the status");
+    autostart.get_option("action")->required();
+  }
+
+  void addHelp() {
+    app_.add_subcommand("help", "Explain a command.")
+        ->add_option("command", helpFor_, "the command to explain")
+        ->type_name(absl::StrJoin(commandNames(), "|"));
+  }
+
+  /// What the options say together; one that would have no effect is a mistake.
+  void finish() {
+    if (line_.output == "-") line_.output.reset();
+    line_.format = format_ ? *format_ : line_.output ? formatOf(*line_.output) : Format::text;
+    const auto* const chosen = command();
+    if (chosen == nullptr) return;
+    const auto given = [chosen](const char* option) {
+      const auto* const found = chosen->get_option_no_throw(option);
+      return found != nullptr && found->count() > 0;
+    };
+    for (const char* option : {"--scale", "--appearance", "--outlines"}) {
+      if (given(option) && !isPicture(line_.format)) {
+        throw Mistake{absl::StrCat(option, " has an effect on pictures only; name one with --format or --output")};
+      }
+    }
+    if (line_.outlines && line_.format != Format::svg) throw Mistake{"--outlines has an effect on SVG only"};
+  }
+
+  const CLI::App* command() const {
+    const auto chosen = app_.get_subcommands();
+    return chosen.empty() ? nullptr : chosen.front();
+  }
+
+  std::vector<std::string> commandNames() const {
+    std::vector<std::string> names;
+    for (const auto* each : app_.get_subcommands({})) names.push_back(each->get_name());
+    return names;
+  }
+
+  std::vector<std::string> optionNames() const {
+    std::vector<std::string> names;
+    for (const auto* from : {command(), &app_}) {
+      if (from == nullptr) continue;
+      for (const auto* option : from->get_options()) names.push_back(option->get_name());
+    }
+    return names;
+  }
+
+  static inline const std::string version = std::string("vamba-host ") + VAMBA_VERSION;
+
+  CommandLine line_;
+  std::optional<Format> format_;
+  std::string helpFor_;
+  CLI::App app_{"The Vamba day widget's host: asks the widget for your day and shows it.", "vamba-host"};
+};
+
+Exit refused(const Parser& parser, const std::string& what) {
+  return {exit_status::wrongCommandLine, {}, "vamba-host: " + what + "\n" + parser.hint() + "\n"};
 }
 
 }  // namespace
 
 std::variant<CommandLine, Exit> parseCommandLine(int argc, const char* const* argv) {
-  CommandLine line;
-  std::optional<Format> format;
-  CLI::App app("The Vamba day widget's host: asks the widget for your day and shows it.", "vamba-host");
-  app.set_version_flag("--version", std::string("vamba-host ") + VAMBA_VERSION);
-  app.add_option("--extension", line.extension, "the extension's program")->type_name("PATH");
-  app.fallthrough();
-  app.require_subcommand(0, 1);
-  app.footer("Without a command: desktop where a display is reachable, else show.");
-
-  const auto add = [&](const char* name, Command command, const char* help) -> CLI::App& {
-    CLI::App* subcommand = app.add_subcommand(name, help);
-    subcommand->set_version_flag("--version", std::string("vamba-host ") + VAMBA_VERSION);
-    subcommand->callback([&line, command] { line.command = command; });
-    return *subcommand;
-  };
-  auto& gallery = add("gallery", Command::gallery, "the extension's widgets: name, description, sizes");
-  gallery.add_flag("--json", line.galleryAsJson, "as JSON");
-  addFamily(add("placeholder", Command::placeholder, "the widget's placeholder entry, as JSON"), line);
-  auto& snapshot = add("snapshot", Command::snapshot, "a single entry, as JSON");
-  addFamily(snapshot, line);
-  snapshot.add_flag("--preview", line.preview, "the sample of the gallery instead of your day");
-  addFamily(add("timeline", Command::timeline, "the timeline with its reload date, as JSON"), line);
-
-  auto& show = add("show", Command::show, "one board, once");
-  addFamily(show, line);
-  show.add_option("--entry", line.entry,
-                  "timeline, snapshot, preview, placeholder, or a file with one entry (- for standard input)")
-      ->type_name("ENTRY");
-  addChoice(show, "--format", format, boardFormats, "default: by the output's suffix, else text");
-  show.add_option("--output", line.output, "where to write it (- is standard output)")->type_name("FILE");
-  show.add_option("--scale", line.scale, "pixels of a picture for each point, 0.25 to 8 (default: 1)")
-      ->check(reasonableScale)
-      ->type_name("N");
-  addChoice(show, "--appearance", line.appearance, appearances, "of a picture (default: light)");
-  show.add_flag("--outlines", line.outlines, "letters of an SVG as outlines, for where the font is missing");
-
-  auto& watch = add("watch", Command::watch, "the board again at each reload, until interrupted");
-  addFamily(watch, line);
-  addChoice(watch, "--format", format, streamFormats, "default: text");
-  watch.add_flag("--verbose", line.verbose, "say on standard error what is asked, and when next");
-
-  auto& desktop = add("desktop", Command::desktop, "the widgets on the desktop, until you quit");
-  desktop.add_flag("--verbose", line.verbose, "say on standard error how and when windows are shown");
-  desktop.add_flag("--part-of-desktop", line.partOfDesktop,
-                   "on X11: stay when the desktop is shown, though a file manager's icons may cover the widgets");
-
-  auto& autostart = add("autostart", Command::autostart, "whether the widgets come up with your session");
-  addChoice(autostart, "action", line.autostart, autostartActions, "have it so, or not, or tell");
-  autostart.get_option("action")->required();
-
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    std::ostringstream out;
-    std::ostringstream err;
-    const bool asked = app.exit(error, out, err) == 0;
-    return Exit{asked ? exit_status::shown : exit_status::wrongCommandLine, out.str(), err.str()};
+  Parser parser;
+  // Asked by the completions of the shells; not for people, and so not in the help.
+  if (argc > 1 && std::string_view(argv[1]) == "--complete") {
+    return Exit{exit_status::shown, completions(parser.app(), {argv + 2, argv + argc}), {}};
   }
-  if (line.output == "-") line.output.reset();
-  line.format = format.value_or(line.output ? formatOf(*line.output) : Format::text);
-  return line;
+  try {
+    auto line = parser.read(argc, argv);
+    if (parser.helpAsked()) return Exit{exit_status::shown, parser.help(), {}};
+    return line;
+  } catch (const CLI::CallForHelp&) {
+    return Exit{exit_status::shown, parser.app().help(), {}};
+  } catch (const CLI::CallForVersion& version) {
+    return Exit{exit_status::shown, absl::StrCat(version.what(), "\n"), {}};
+  } catch (const CLI::ParseError& error) {
+    return refused(parser, parser.explain(error));
+  } catch (const Mistake& mistake) {
+    return refused(parser, mistake.what);
+  }
 }
 
 }  // namespace host

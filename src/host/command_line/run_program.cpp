@@ -2,10 +2,28 @@
 
 #include <csignal>
 #include <cstdio>
+#include <new>
+#include <system_error>
 
 #include "base/descriptors/standard_streams.hpp"
+#include "host/diagnostics/diagnostics.hpp"
 
 namespace host {
+
+namespace {
+
+/// A limit on memory or threads (setrlimit(2)) is met with a sentence as any other failure is.
+CommandResult runWithinLimits(const CommandLine& line, absl::FunctionRef<CommandResult(const CommandLine&)> command) {
+  try {
+    return command(line);
+  } catch (const std::bad_alloc&) {
+    return std::unexpected(CommandFailure{exit_status::noAnswer, "there is not enough memory"});
+  } catch (const std::system_error& error) {
+    return std::unexpected(CommandFailure{exit_status::noAnswer, error.code().message()});
+  }
+}
+
+}  // namespace
 
 int runProgram(int argc, char** argv, absl::FunctionRef<CommandResult(const CommandLine&)> command) {
   base::fillStandardStreams();
@@ -16,9 +34,9 @@ int runProgram(int argc, char** argv, absl::FunctionRef<CommandResult(const Comm
     std::fputs(exit->standardError.c_str(), stderr);
     return exit->status;
   }
-  const auto result = command(std::get<CommandLine>(parsed));
-  if (result) return exit_status::shown;
-  std::fprintf(stderr, "vamba-host: %s\n", result.error().message.c_str());
+  const auto result = runWithinLimits(std::get<CommandLine>(parsed), command);
+  if (result) return result->status;
+  say(Priority::error, result.error().message);
   return result.error().status;
 }
 

@@ -16,7 +16,8 @@ std::string sentence(const std::optional<AutostartStatus>& status) {
   const bool unit = status->means == StartMeans::systemdUnit;
   std::string text = unit ? "on: systemd user unit " : "on: XDG autostart file ";
   text += status->file.string();
-  if (!status->programThere) text += ", but " + status->program.string() + " is not there any more";
+  if (!status->programThere)
+    text += ", but " + status->program.string() + " is gone; run \"vamba-host autostart on\" again";
   return text + "\n";
 }
 
@@ -43,6 +44,7 @@ CommandResult autostart(const CommandLine& line) {
     now = *status;
   }
   if (const auto written = writeStandardOutput(sentence(now)); !written) return failure(written.error());
+  if (line.autostart == AutostartAction::status && !now) return CommandDone{exit_status::off};
   return {};
 }
 

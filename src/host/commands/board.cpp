@@ -8,27 +8,26 @@
 #include "host/command_line/outcome.hpp"
 #include "host/commands/output.hpp"
 #include "host/commands/persistence.hpp"
-#include "host/feed/entry.hpp"
 
 namespace host {
 namespace {
 
 using nlohmann::json;
 
-std::expected<json, CommandFailure> entryOf(std::expected<json, ExtensionFailure> answer) {
+std::expected<Entry, CommandFailure> orFailure(std::expected<Entry, ExtensionFailure> answer) {
   if (!answer) return std::unexpected(asCommandFailure(answer.error()));
-  return (*answer)["entry"];
+  return *std::move(answer);
 }
 
-std::expected<json, CommandFailure> entryInFile(const std::string& name) {
+std::expected<Entry, CommandFailure> entryInFile(const std::string& name) {
   const auto wrong = [](const std::string& message) {
     return std::unexpected(CommandFailure{exit_status::wrongCommandLine, message});
   };
   const auto text = readAll(name);
   if (!text) return wrong(text.error());
   auto entry = base::parseJson(*text);
-  if (!entry) return wrong((name == "-" ? "standard input" : name) + " holds no entry: " + entry.error());
-  return std::move(*entry);
+  if (!entry) return wrong((name == "-" ? "standard input" : name) + " does not hold an entry: " + entry.error());
+  return entryFrom(*entry);
 }
 
 }  // namespace
@@ -47,18 +46,18 @@ std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& exte
   return *widget;
 }
 
-std::expected<json, CommandFailure> entryFor(ExtensionClient& extension, const std::string& kind,
-                                             const CommandLine& line) {
+std::expected<Entry, CommandFailure> entryFor(ExtensionClient& extension, const std::string& kind,
+                                              const CommandLine& line) {
   if (line.entry == "timeline") {
     auto timeline = askPatiently([&] { return extension.timeline(kind, line.family); });
     if (!timeline) return std::unexpected(asCommandFailure(timeline.error()));
-    return entryAt(*timeline, absl::Now());
+    return entryAt(timeline->entries, absl::Now());
   }
   if (line.entry == "placeholder")
-    return entryOf(askPatiently([&] { return extension.placeholder(kind, line.family); }));
+    return orFailure(askPatiently([&] { return extension.placeholder(kind, line.family); }));
   if (line.entry == "snapshot" || line.entry == "preview") {
     const bool preview = line.entry == "preview";
-    return entryOf(askPatiently([&] { return extension.snapshot(kind, line.family, preview); }));
+    return orFailure(askPatiently([&] { return extension.snapshot(kind, line.family, preview); }));
   }
   return entryInFile(line.entry);
 }

@@ -18,7 +18,7 @@ CommandFailure asCommandFailure(const ExtensionFailure& failure);
 std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& extension, const std::string& family);
 
 /// The entry that `--entry` names.
-std::expected<nlohmann::json, CommandFailure> entryFor(ExtensionClient& extension, const std::string& kind,
-                                                       const CommandLine& line);
+std::expected<Entry, CommandFailure> entryFor(ExtensionClient& extension, const std::string& kind,
+                                              const CommandLine& line);
 
 }  // namespace host

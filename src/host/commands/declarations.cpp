@@ -60,15 +60,10 @@ CommandResult printAnswer(ExtensionClient& extension, const CommandLine& line) {
   const auto widget = widgetFor(extension, line.family);
   if (!widget) return std::unexpected(widget.error());
   const std::string& kind = widget->kind;
-  if (line.command == Command::placeholder) {
-    return printJson(askPatiently([&] { return extension.placeholder(kind, line.family); }));
-  }
-  if (line.command == Command::snapshot) {
-    return printJson(askPatiently([&] { return extension.snapshot(kind, line.family, line.preview); }));
-  }
-  const auto timeline = askPatiently([&] { return extension.timeline(kind, line.family); });
-  if (!timeline) return std::unexpected(asCommandFailure(timeline.error()));
-  return printJson(timeline->result);
+  const std::string method = line.command == Command::placeholder ? "placeholder"
+                             : line.command == Command::snapshot  ? "snapshot"
+                                                                  : "timeline";
+  return printJson(askPatiently([&] { return extension.resultOf(method, kind, line.family, line.preview); }));
 }
 
 }  // namespace host

@@ -7,6 +7,7 @@
 #include <absl/functional/function_ref.h>
 
 #include "host/command_line/command_line.hpp"
+#include "host/extension/entry.hpp"
 #include "protocol/view_tree/node.hpp"
 
 namespace host {
@@ -16,6 +17,7 @@ struct Board {
   protocol::Node view;  ///< as the extension answered it
   std::string title;    ///< the widget's name
   bool sample = false;  ///< a placeholder: pictures draw bars in place of its texts
+  BoardHolds holds = BoardHolds::day;
 };
 
 /// The bytes to write, or why there are none, as a sentence without its full stop.
@@ -24,7 +26,7 @@ using Drawing = std::expected<std::string, std::string>;
 /// Draws the board in the line's format.
 using Draw = absl::FunctionRef<Drawing(const Board& board, const CommandLine& line)>;
 
-/// Text and JSON.
+/// Text, JSON and the forms for status bars.
 Drawing drawText(const Board& board, const CommandLine& line);
 
 }  // namespace host

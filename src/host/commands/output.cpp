@@ -5,9 +5,11 @@
 #include <cstring>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/descriptors/file_descriptor.hpp"
 #include "base/descriptors/write_all.hpp"
 #include "base/files/replace_file.hpp"
 
@@ -19,10 +21,10 @@ std::unexpected<std::string> fault(const std::string& what) {
 }
 
 std::expected<void, std::string> writeInPlace(const std::filesystem::path& file, std::string_view bytes) {
-  const int descriptor = open(file.c_str(), O_WRONLY | O_CLOEXEC);
-  if (descriptor < 0) return fault("can't write " + file.string());
-  const bool written = !base::writeAll(descriptor, bytes);
-  if (!written || close(descriptor) != 0) return fault("can't write " + file.string());
+  base::FileDescriptor descriptor(open(file.c_str(), O_WRONLY | O_CLOEXEC));
+  if (!descriptor.isOpen() || base::writeAll(descriptor.get(), bytes) || !descriptor.close()) {
+    return fault("can't write " + file.string());
+  }
   return {};
 }
 
@@ -45,19 +47,22 @@ std::expected<void, std::string> writeFile(const std::filesystem::path& file, st
 std::expected<std::string, std::string> readAll(const std::string& fileOrDash) {
   const bool standardInput = fileOrDash == "-";
   const std::string name = standardInput ? "standard input" : fileOrDash;
-  const int descriptor = standardInput ? STDIN_FILENO : open(fileOrDash.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) return fault("can't read " + name);
+  const base::FileDescriptor file(standardInput ? -1 : open(fileOrDash.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!standardInput && !file.isOpen()) return fault("can't read " + name);
+  const int descriptor = standardInput ? STDIN_FILENO : file.get();
   std::string bytes;
   std::array<char, 65536> buffer{};
   ssize_t count = 0;
   while ((count = read(descriptor, buffer.data(), buffer.size())) != 0) {
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) break;
-    bytes.append(buffer.data(), static_cast<std::size_t>(count));
+    if (count > 0) {
+      bytes.append(buffer.data(), static_cast<std::size_t>(count));
+    } else if (errno == EAGAIN) {
+      pollfd more{.fd = descriptor, .events = POLLIN, .revents = 0};
+      ::poll(&more, 1, -1);
+    } else if (errno != EINTR) {
+      return fault("can't read " + name);
+    }
   }
-  const auto failure = fault("can't read " + name);
-  if (!standardInput) close(descriptor);
-  if (count < 0) return failure;
   return bytes;
 }
 

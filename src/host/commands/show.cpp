@@ -10,7 +10,7 @@ CommandResult show(ExtensionClient& extension, const CommandLine& line, Draw dra
   if (!widget) return std::unexpected(widget.error());
   const auto entry = entryFor(extension, widget->kind, line);
   if (!entry) return std::unexpected(entry.error());
-  const auto view = askPatiently([&] { return extension.render(widget->kind, line.family, *entry); });
+  const auto view = askPatiently([&] { return extension.render(widget->kind, line.family, entry->json); });
   if (!view) {
     auto failure = asCommandFailure(view.error());
     // An entry that the extension refuses to draw came from the file on the command line.
@@ -18,7 +18,8 @@ CommandResult show(ExtensionClient& extension, const CommandLine& line, Draw dra
     return std::unexpected(std::move(failure));
   }
 
-  const Board board{.view = *view, .title = widget->displayName, .sample = line.entry == "placeholder"};
+  const Board board{
+      .view = *view, .title = widget->displayName, .sample = line.entry == "placeholder", .holds = entry->holds};
   const auto drawing = draw(board, line);
   if (!drawing) return std::unexpected(CommandFailure{exit_status::wrongCommandLine, drawing.error()});
   if (auto written = write(line.output, *drawing); !written) {

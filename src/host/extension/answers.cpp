@@ -25,6 +25,41 @@ WidgetDeclaration declarationIn(const JsonObject& object) {
           .families = object.texts("families")};
 }
 
+/// A view's nodes, or why it has too many of them.
+std::expected<std::size_t, std::string> countNodes(const json& view, std::size_t depth) {
+  if (depth > deepestNode) return std::unexpected("more than " + std::to_string(deepestNode) + " nodes in one another");
+  std::size_t count = 1;
+  const auto children = view.is_object() ? view.find("children") : view.end();
+  if (!view.is_object() || children == view.end() || !children->is_array()) return count;
+  for (const json& child : *children) {
+    const auto below = countNodes(child, depth + 1);
+    if (!below) return below;
+    count += *below;
+    if (count > mostNodes) return std::unexpected("more than " + std::to_string(mostNodes) + " nodes");
+  }
+  return count;
+}
+
+/// Cut before the character that passes the limit.
+void cut(std::string& text) {
+  if (text.size() <= longestText) return;
+  std::size_t end = longestText;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+  text.resize(end);
+  text += "…";
+}
+
+void cutTexts(protocol::Node& node) {
+  if (auto* text = std::get_if<protocol::TextNode>(&node.kind)) {
+    if (auto* verbatim = std::get_if<protocol::Verbatim>(&text->content)) cut(verbatim->text);
+    if (auto* key = std::get_if<protocol::LocalizedKey>(&text->content)) cut(key->key);
+  } else if (auto* column = std::get_if<protocol::VStackNode>(&node.kind)) {
+    for (auto& child : column->children) cutTexts(child);
+  } else if (auto* row = std::get_if<protocol::HStackNode>(&node.kind)) {
+    for (auto& child : row->children) cutTexts(child);
+  }
+}
+
 }  // namespace
 
 std::expected<std::vector<WidgetDeclaration>, std::string> readWidgets(const json& result) {
@@ -48,25 +83,27 @@ std::expected<json, std::string> readEntryAnswer(json result) {
   return result;
 }
 
-std::expected<TimelineAnswer, std::string> readTimeline(json result) {
-  auto timeline = base::readObject(result, "result", [](const JsonObject& answer) {
+std::expected<TimelineAnswer, std::string> readTimeline(const json& result) {
+  return base::readObject(result, "result", [](const JsonObject& answer) {
     const auto entries = answer.objects("entries");
     if (entries.empty()) answer.refuse("entries", "empty");
     for (const JsonObject& entry : entries) instantIn(entry, "date");
     const auto policy = answer.optionalObject("policy");
     if (!policy) answer.refuse("policy", "missing");
     if (policy->text("type") != "after") policy->refuse("type", "not a known value");
-    return TimelineAnswer{.entries = answer.find("entries")->get<std::vector<json>>(),
-                          .reload = instantIn(*policy, "date")};
+    TimelineAnswer timeline{.entries = {}, .reload = instantIn(*policy, "date")};
+    for (const json& entry : *answer.find("entries")) timeline.entries.push_back(entryFrom(entry));
+    return timeline;
   });
-  if (timeline) timeline->result = std::move(result);
-  return timeline;
 }
 
 std::expected<protocol::Node, std::string> readView(const json& result) {
   const auto view = result.is_object() ? result.find("view") : result.end();
   if (!result.is_object() || view == result.end()) return std::unexpected("view: missing");
-  return protocol::nodeFromJson(*view);
+  if (const auto nodes = countNodes(*view, 1); !nodes) return std::unexpected("view: " + nodes.error());
+  auto node = protocol::nodeFromJson(*view);
+  if (node) cutTexts(*node);
+  return node;
 }
 
 }  // namespace host

@@ -9,6 +9,7 @@
 #include <absl/time/time.h>
 #include <nlohmann/json.hpp>
 
+#include "host/extension/entry.hpp"
 #include "protocol/view_tree/node.hpp"
 
 namespace host {
@@ -23,16 +24,22 @@ struct WidgetDeclaration {
 };
 
 struct TimelineAnswer {
-  nlohmann::json result;                ///< as it came
-  std::vector<nlohmann::json> entries;  ///< one or more, each with a date
-  absl::Time reload;                    ///< ask again at or after
+  std::vector<Entry> entries;  ///< one or more, each with a date
+  absl::Time reload;           ///< ask again at or after
 };
+
+/// The largest view that a host draws: nodes, and how deep they lie in one another.
+inline constexpr std::size_t mostNodes = 5000;
+inline constexpr std::size_t deepestNode = 64;
+/// Bytes of a text that are drawn; the rest is an ellipsis.
+inline constexpr std::size_t longestText = std::size_t{64} << 10;
 
 // The error of each is a sentence that names the field at fault.
 std::expected<std::vector<WidgetDeclaration>, std::string> readWidgets(const nlohmann::json& result);
 /// The result of `placeholder` and `snapshot`, checked and handed back as it came.
 std::expected<nlohmann::json, std::string> readEntryAnswer(nlohmann::json result);
-std::expected<TimelineAnswer, std::string> readTimeline(nlohmann::json result);
+std::expected<TimelineAnswer, std::string> readTimeline(const nlohmann::json& result);
+/// Texts longer than `longestText` are cut.
 std::expected<protocol::Node, std::string> readView(const nlohmann::json& result);
 
 }  // namespace host

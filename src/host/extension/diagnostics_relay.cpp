@@ -5,11 +5,12 @@
 #include <cerrno>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <poll.h>
 #include <unistd.h>
 
-#include "host/extension/printable.hpp"
+#include "host/diagnostics/diagnostics.hpp"
 
 namespace host {
 namespace {
@@ -20,6 +21,9 @@ constexpr std::size_t blockSize = 4096;
 constexpr int mostBlocksAtOnce = 64;
 
 }  // namespace
+
+DiagnosticsRelay::DiagnosticsRelay(int to)
+    : to_(to), linePrefix_(leadsToJournal(to) ? prefixOf(Priority::warning) : std::string_view()) {}
 
 bool DiagnosticsRelay::pump(int from) {
   std::array<char, blockSize> block;
@@ -36,12 +40,18 @@ void DiagnosticsRelay::write(const char* bytes, std::size_t count) {
   const std::size_t allowed = std::min(count, most - written_);
   if (to_ < 0 || allowed == 0) return;
   written_ += allowed;
-  std::string text = printable(std::string_view(bytes, allowed));
-  if (written_ == most) text += "\n";
-  pollfd entry{.fd = to_, .events = POLLOUT, .revents = 0};
-  if (::poll(&entry, 1, 0) == 1 && (entry.revents & POLLOUT) != 0) {
+  std::string shown = printable_.pass(std::string_view(bytes, allowed));
+  if (written_ == most) shown += printable_.finish() + "\n";
+  std::string text;
+  for (const char c : shown) {
+    if (std::exchange(atLineStart_, c == '\n')) text += linePrefix_;
+    text += c;
+  }
+  for (std::string_view rest = text; !rest.empty(); rest.remove_prefix(std::min(rest.size(), blockSize))) {
+    pollfd entry{.fd = to_, .events = POLLOUT, .revents = 0};
     // Diagnostics that nobody takes are no reason to fail.
-    [[maybe_unused]] const ssize_t ignored = ::write(to_, text.data(), text.size());
+    if (::poll(&entry, 1, 0) != 1 || (entry.revents & POLLOUT) == 0) return;
+    [[maybe_unused]] const ssize_t ignored = ::write(to_, rest.data(), std::min(rest.size(), blockSize));
   }
 }
 

@@ -1,7 +1,11 @@
-// Hands on what an extension writes for a person, within bounds: so much a process, and never waiting for a reader.
+// Passes on what an extension writes for a person, within bounds: so much for each process, never waiting for a reader,
+// nothing that a terminal obeys, and in a journal each line with its priority.
 #pragma once
 
 #include <cstddef>
+#include <string_view>
+
+#include "host/extension/printable.hpp"
 
 namespace host {
 
@@ -11,7 +15,7 @@ class DiagnosticsRelay {
   static constexpr std::size_t most = std::size_t{16} << 10;
 
   /// `to` may be -1: everything is dropped. Owns neither descriptor.
-  explicit DiagnosticsRelay(int to) : to_(to) {}
+  explicit DiagnosticsRelay(int to);
 
   /// Moves what is there now; `from` is non-blocking. False at its end.
   bool pump(int from);
@@ -20,6 +24,9 @@ class DiagnosticsRelay {
   void write(const char* bytes, std::size_t count);
 
   int to_;
+  PrintableStream printable_;
+  std::string_view linePrefix_;  ///< for the journal
+  bool atLineStart_ = true;
   std::size_t written_ = 0;
 };
 

@@ -24,6 +24,7 @@ struct ExtensionSettings {
   absl::Duration timeToLeave = absl::Milliseconds(500);  ///< from the end of its input until it is killed
   int interruption = -1;  ///< a descriptor: once it is readable, a call gives up with `interrupted`
   int diagnostics = 2;    ///< where the extension's standard error goes, within bounds; -1: nowhere
+  bool verbose = false;   ///< say on standard error what is asked and how long the answer took
 };
 
 /// For one thread, which lives as long as the client. The program ignores SIGPIPE. The first call starts the process,
@@ -41,11 +42,17 @@ class ExtensionClient {
   Answer<std::vector<WidgetDeclaration>> widgets();
   Answer<nlohmann::json> widgetsJson();  ///< as it came
 
-  // `family` as the protocol spells it; the first two answer {"entry": ENTRY}.
-  Answer<nlohmann::json> placeholder(const std::string& kind, const std::string& family);
-  Answer<nlohmann::json> snapshot(const std::string& kind, const std::string& family, bool isPreview);
+  // `family` as the protocol spells it.
+  Answer<Entry> placeholder(const std::string& kind, const std::string& family);
+  Answer<Entry> snapshot(const std::string& kind, const std::string& family, bool isPreview);
   Answer<TimelineAnswer> timeline(const std::string& kind, const std::string& family);
-  Answer<protocol::Node> render(const std::string& kind, const std::string& family, const nlohmann::json& entry);
+
+  /// The result of one of these three methods as it came, once it is checked.
+  Answer<nlohmann::json> resultOf(const std::string& method, const std::string& kind, const std::string& family,
+                                  bool isPreview = false);
+
+  /// `entry` is JSON.
+  Answer<protocol::Node> render(const std::string& kind, const std::string& family, const std::string& entry);
 
   bool running() const;
 
@@ -53,9 +60,12 @@ class ExtensionClient {
   void stop();
 
  private:
-  Answer<nlohmann::json> ask(const std::string& method, const nlohmann::json& params, absl::Duration deadline);
+  /// `params` is JSON.
+  Answer<nlohmann::json> ask(const std::string& method, const std::string& params, absl::Duration deadline);
   template <typename Result, typename Read>
-  Answer<Result> askFor(const std::string& method, const nlohmann::json& params, absl::Duration deadline, Read read);
+  Answer<Result> askFor(const std::string& method, const std::string& params, absl::Duration deadline, Read read);
+
+  absl::Duration deadlineOf(const std::string& method, bool isPreview) const;
 
   ExtensionSettings settings_;
   std::unique_ptr<class ExtensionSession> session_;

@@ -10,6 +10,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "base/json/json_text.hpp"
 #include "host/extension/printable.hpp"
 #include "protocol/json_rpc/message.hpp"
 
@@ -25,6 +26,8 @@ using std::chrono::steady_clock;
 constexpr int mostUnknownIds = 3;
 // The protocol has no notifications yet and a host is to pass over what it does not know, but not without end.
 constexpr int mostNotifications = 1000;
+// Each value takes up to a hundred bytes of memory, whatever the line's length.
+constexpr std::size_t mostValues = 1'000'000;
 // A process that ends closes its streams a moment before its end can be told.
 constexpr auto timeToEnd = std::chrono::milliseconds(100);
 
@@ -46,16 +49,19 @@ ExtensionFailure nonsense(std::string message) { return {.kind = Kind::nonsense,
 }  // namespace
 
 ExtensionSession::ExtensionSession(ExtensionProcess process, int interruption, int diagnostics)
-    : process_(std::move(process)), reader_(process_.output()), relay_(diagnostics), interruption_(interruption) {}
+    : process_(std::move(process)),
+      reader_(process_.output(), longestAnswer),
+      relay_(diagnostics),
+      interruption_(interruption) {}
 
-ExtensionSession::Answer ExtensionSession::ask(const std::string& method, const json& params, TimePoint deadline) {
+ExtensionSession::Answer ExtensionSession::ask(const std::string& method, const std::string& params,
+                                               TimePoint deadline) {
   ++lastId_;
-  const std::string line =
-      protocol::json_rpc::toLine(protocol::json_rpc::Request{.id = lastId_, .method = method, .params = params});
-  if (line.size() > protocol::json_rpc::maximumLineLength) {
+  const std::string text = R"({"id":)" + std::to_string(lastId_) + R"(,"jsonrpc":"2.0","method":)" +
+                           base::toText(method) + (params.empty() ? "" : R"(,"params":)" + params) + "}\n";
+  if (text.size() > protocol::json_rpc::maximumLineLength) {
     return std::unexpected(ExtensionFailure{Kind::refused, "the request is longer than an extension reads"});
   }
-  const std::string text = line + '\n';
   std::string_view rest = text;
   while (true) {
     if (auto written = writeSome(rest); !written) return std::unexpected(written.error());
@@ -108,11 +114,11 @@ std::optional<ExtensionSession::Answer> ExtensionSession::readAnswer(const std::
     const auto read = reader_.next();
     if (read.status == Status::wouldBlock) return std::nullopt;
     if (read.status == Status::tooLong) {
-      return std::unexpected(nonsense("the extension wrote a line that is longer than 64 MiB"));
+      return std::unexpected(nonsense("the extension wrote a line that is longer than 16 MiB"));
     }
     if (read.status != Status::line) return std::unexpected(died("output"));
 
-    auto response = protocol::json_rpc::parseResponse(read.text);
+    auto response = protocol::json_rpc::parseResponse(read.text, mostValues);
     // An error without an id is about a line that could not be understood, and only one is under way.
     const bool isOurs = response && (response->id == lastId_ || (response->id.is_null() && !response->outcome));
     if (isOurs) {
@@ -132,9 +138,9 @@ std::optional<ExtensionSession::Answer> ExtensionSession::readAnswer(const std::
 }
 
 std::expected<void, ExtensionFailure> ExtensionSession::judgeStray(std::string_view line) {
-  const auto notification = protocol::json_rpc::parseRequest(line);
+  const auto notification = protocol::json_rpc::parseRequest(line, mostValues);
   if (!notification || !notification->isNotification) {
-    return std::unexpected(nonsense("the extension wrote a line that is no answer" + quoted(line)));
+    return std::unexpected(nonsense("the extension wrote a line that is not an answer" + quoted(line)));
   }
   if (++notifications_ > mostNotifications) {
     return std::unexpected(nonsense("the extension sends notifications without end"));

@@ -18,6 +18,9 @@
 
 namespace host {
 
+/// The longest line that a host reads, in bytes without the line end: a day of real size has some thousands.
+inline constexpr std::size_t longestAnswer = std::size_t{16} << 20;
+
 class ExtensionSession {
  public:
   using TimePoint = std::chrono::steady_clock::time_point;
@@ -27,8 +30,9 @@ class ExtensionSession {
   ExtensionSession(const ExtensionSession&) = delete;
   ExtensionSession& operator=(const ExtensionSession&) = delete;
 
-  /// The result to a request. After any failure but `refused` the session is good for nothing but `end`.
-  std::expected<nlohmann::json, ExtensionFailure> ask(const std::string& method, const nlohmann::json& params,
+  /// The result of a method; `params` is JSON, empty for none. After any failure but `refused` the session is good for
+  /// nothing but `end`.
+  std::expected<nlohmann::json, ExtensionFailure> ask(const std::string& method, const std::string& params,
                                                       TimePoint deadline);
 
   bool ended() const { return process_.ended(); }

@@ -6,8 +6,6 @@
 namespace host {
 namespace {
 
-using nlohmann::json;
-
 constexpr Wait atOnce{.until = std::nullopt, .pause = absl::ZeroDuration()};
 
 }  // namespace
@@ -59,7 +57,7 @@ std::expected<Wait, ExtensionFailure> Feed::load() {
   if (!timeline) return std::unexpected(std::move(timeline).error());
   // The clock that the reload date is by may be set before the boards are drawn.
   const absl::Time answered = time_.now();
-  if (auto drawn = draw(entryAt(*timeline, answered), BoardOrigin::load); !drawn) {
+  if (auto drawn = draw(entryAt(timeline->entries, answered), BoardOrigin::load); !drawn) {
     return std::unexpected(std::move(drawn).error());
   }
   timeline_ = *std::move(timeline);
@@ -86,13 +84,13 @@ Feed::Result Feed::showPlaceholders() {
   if (auto found = findWidget(); !found) return found;
   const auto answer = extension_.placeholder(widget_.kind, families_.front());
   if (!answer) return std::unexpected(answer.error());
-  return draw(answer->at("entry"), BoardOrigin::placeholder);
+  return draw(*answer, BoardOrigin::placeholder);
 }
 
-Feed::Result Feed::draw(const json& entry, BoardOrigin origin) {
-  FeedBoards boards{.views = {}, .holds = holdingOf(entry), .origin = origin};
+Feed::Result Feed::draw(const Entry& entry, BoardOrigin origin) {
+  FeedBoards boards{.views = {}, .holds = entry.holds, .origin = origin};
   for (const auto& family : families_) {
-    auto view = extension_.render(widget_.kind, family, entry);
+    auto view = extension_.render(widget_.kind, family, entry.json);
     if (!view) return std::unexpected(std::move(view).error());
     boards.views.emplace(family, *std::move(view));
   }
@@ -104,7 +102,7 @@ Feed::Result Feed::draw(const json& entry, BoardOrigin origin) {
 void Feed::redraw() {
   if (!timeline_) return;
   const bool wasRunning = extension_.running();
-  const auto drawn = draw(entryAt(*timeline_, time_.now()), BoardOrigin::redraw);
+  const auto drawn = draw(entryAt(timeline_->entries, time_.now()), BoardOrigin::redraw);
   if (!drawn) return failed(drawn.error());
   if (!wasRunning) extension_.stop();
   planRedraw();
@@ -117,7 +115,7 @@ FeedBoards Feed::previews() {
     for (const auto& family : widget_.families) {
       const auto answer = extension_.snapshot(widget_.kind, family, true);
       if (!answer) break;
-      auto view = extension_.render(widget_.kind, family, answer->at("entry"));
+      auto view = extension_.render(widget_.kind, family, answer->json);
       if (!view) break;
       boards.views.emplace(family, *std::move(view));
     }
@@ -146,7 +144,7 @@ void Feed::plan(const Wait& wait) {
 void Feed::planRedraw() {
   const absl::Time now = time_.now();
   std::optional<absl::Time> next = time_.nextMidnight();
-  if (const auto entry = timeline_ ? nextEntryAfter(*timeline_, now) : std::nullopt; entry) {
+  if (const auto entry = timeline_ ? nextEntryAfter(timeline_->entries, now) : std::nullopt; entry) {
     next = std::min(next.value_or(*entry), *entry);
   }
   if (next) next = std::max(*next, std::min(lastDrawn_, now) + shortestPause);

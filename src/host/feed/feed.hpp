@@ -12,7 +12,6 @@
 #include <absl/time/time.h>
 
 #include "host/extension/extension_client.hpp"
-#include "host/feed/entry.hpp"
 #include "host/schedule/reload_schedule.hpp"
 #include "host/schedule/timekeeper.hpp"
 #include "protocol/view_tree/node.hpp"
@@ -76,7 +75,7 @@ class Feed {
   std::expected<Wait, ExtensionFailure> load();
   Result findWidget();
   Result showPlaceholders();
-  Result draw(const nlohmann::json& entry, BoardOrigin origin);
+  Result draw(const Entry& entry, BoardOrigin origin);
   void redraw();
   void failed(const ExtensionFailure& failure);
   void plan(const Wait& wait);

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/feed/entry.hpp"
+#include "host/extension/entry.hpp"
 #include "host/texts/texts.hpp"
 #include "protocol/view_tree/node.hpp"
 

@@ -37,13 +37,13 @@ Error makeError(ErrorCode code, std::string message) {
   return {.code = static_cast<int>(code), .message = std::move(message)};
 }
 
-std::expected<Request, Response> parseRequest(std::string_view line) {
+std::expected<Request, Response> parseRequest(std::string_view line, std::size_t mostValues) {
   json id;
   const auto refuse = [&id](ErrorCode code, std::string message) {
     return std::unexpected(Response{.id = id, .outcome = std::unexpected(makeError(code, std::move(message)))});
   };
 
-  auto parsed = base::parseJson(line);
+  auto parsed = base::parseJson(line, mostValues);
   if (!parsed) return refuse(ErrorCode::parseError, parsed.error());
   json& object = *parsed;
   if (!object.is_object()) return refuse(ErrorCode::invalidRequest, "a request is one object");
@@ -70,8 +70,8 @@ std::expected<Request, Response> parseRequest(std::string_view line) {
   return request;
 }
 
-std::expected<Response, std::string> parseResponse(std::string_view line) {
-  auto parsed = base::parseJson(line);
+std::expected<Response, std::string> parseResponse(std::string_view line, std::size_t mostValues) {
+  auto parsed = base::parseJson(line, mostValues);
   if (!parsed) return std::unexpected(parsed.error());
   json& object = *parsed;
   if (!object.is_object() || !isVersionTwo(object)) return std::unexpected("not a JSON-RPC 2.0 object");

@@ -2,7 +2,9 @@
 // parameters mean is left to the two sides.
 #pragma once
 
+#include <cstddef>
 #include <expected>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -43,10 +45,13 @@ struct Response {
 
 /// A line that is no request comes back as the response it is owed: parseError or invalidRequest, with the request's
 /// id where the line has a usable one.
-std::expected<Request, Response> parseRequest(std::string_view line);
+/// `mostValues` as of `parseJson`.
+std::expected<Request, Response> parseRequest(std::string_view line,
+                                              std::size_t mostValues = std::numeric_limits<std::size_t>::max());
 
 /// The error is a short sentence for a person.
-std::expected<Response, std::string> parseResponse(std::string_view line);
+std::expected<Response, std::string> parseResponse(std::string_view line,
+                                                   std::size_t mostValues = std::numeric_limits<std::size_t>::max());
 
 /// One line without its line end, always valid UTF-8.
 std::string toLine(const Request& request);

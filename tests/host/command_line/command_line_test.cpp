@@ -3,7 +3,10 @@
 #include <initializer_list>
 #include <vector>
 
+#include <absl/strings/str_split.h>
 #include <gtest/gtest.h>
+
+#include "host/command_line/nearest_word.hpp"
 
 namespace host {
 namespace {
@@ -33,13 +36,13 @@ TEST(CommandLineTest, ShowsTheMediumBoardOfTheDayByDefault) {
 }
 
 TEST(CommandLineTest, ReadsEveryOption) {
-  const auto show = line({"--extension", "/x", "show", "--family", "small", "--entry", "-", "--format", "png",
-                          "--output", "a.svg", "--scale", "1.5", "--appearance", "dark", "--outlines"});
+  const auto show = line({"--extension", "/x", "show", "--family", "small", "--entry", "-", "--format", "svg",
+                          "--output", "a.png", "--scale", "1.5", "--appearance", "dark", "--outlines"});
   EXPECT_EQ(show.extension, "/x");
   EXPECT_EQ(show.family, "systemSmall");
   EXPECT_EQ(show.entry, "-");
-  EXPECT_EQ(show.format, Format::png);
-  EXPECT_EQ(show.output, "a.svg");
+  EXPECT_EQ(show.format, Format::svg);
+  EXPECT_EQ(show.output, "a.png");
   EXPECT_EQ(show.scale, 1.5);
   EXPECT_EQ(show.appearance, Appearance::dark);
   EXPECT_TRUE(show.outlines);
@@ -51,7 +54,7 @@ TEST(CommandLineTest, ReadsEveryOption) {
 TEST(CommandLineTest, TakesTheFormatFromTheOutputsSuffix) {
   const std::pair<const char*, Format> cases[] = {
       {"a.png", Format::png},   {"a.PNG", Format::png},  {"b/c.svg", Format::svg}, {"d.pdf", Format::pdf},
-      {"e.json", Format::json}, {"f.txt", Format::text}, {"g", Format::text},      {"h.waybar", Format::text}};
+      {"e.json", Format::json}, {"f.txt", Format::text}, {"g", Format::text},      {"h.waybar", Format::waybar}};
   for (const auto& [file, format] : cases) EXPECT_EQ(line({"show", "--output", file}).format, format) << file;
   EXPECT_EQ(line({"show", "--output", "a.png", "--format", "json"}).format, Format::json);
 }
@@ -65,7 +68,12 @@ TEST(CommandLineTest, RefusesAWrongLineWithStatus2AndSaysWhy) {
   const std::initializer_list<const char*> wrong[] = {
       {"shwo"},
       {"show", "--family", "extralarge"},
-      {"show", "--format", "waybar"},
+      {"show", "--format", "bmp"},
+      {"show", "--output", "a.bmp"},
+      {"show", "--scale", "2"},
+      {"show", "--appearance", "dark", "--output", "a.txt"},
+      {"show", "--outlines", "--format", "png"},
+      {"help", "shwo"},
       {"watch", "--format", "png"},
       {"show", "--scale", "0"},
       {"show", "--scale", "nan"},
@@ -98,6 +106,76 @@ TEST(CommandLineTest, TakesOneActionOfAutostart) {
     EXPECT_EQ(line->command, Command::autostart);
     EXPECT_EQ(line->autostart, action);
   }
+}
+
+TEST(CommandLineTest, NamesTheProgramTheNearestRightWordAndTheHelp) {
+  const std::pair<std::initializer_list<const char*>, const char*> cases[] = {
+      {{"shwo"},
+       "vamba-host: there is no command \"shwo\"; did you mean \"show\"?\nRun \"vamba-host --help\" for help.\n"},
+      {{"frobnicate"}, "vamba-host: there is no command \"frobnicate\"\nRun \"vamba-host --help\" for help.\n"},
+      {{"show", "--familly", "small"},
+       "vamba-host: \"--familly\" was not expected; did you mean \"--family\"?\n"
+       "Run \"vamba-host show --help\" for help.\n"},
+      {{"watch", "--format", "wayber"},
+       "vamba-host: --format: \"wayber\" is not one of text|json|waybar|line; did you mean \"waybar\"?\n"
+       "Run \"vamba-host watch --help\" for help.\n"},
+      {{"autostart", "onn"},
+       "vamba-host: action: \"onn\" is not one of on|off|status; did you mean \"on\"?\n"
+       "Run \"vamba-host autostart --help\" for help.\n"},
+      {{"show", "--output", "a.bmp"},
+       "vamba-host: --output: no format has the suffix \".bmp\"; name one with --format\n"
+       "Run \"vamba-host show --help\" for help.\n"},
+      {{"help", "wach"},
+       "vamba-host: there is no command \"wach\"; did you mean \"watch\"?\nRun \"vamba-host help --help\" for help.\n"},
+  };
+  for (const auto& [arguments, said] : cases) {
+    const auto parsed = parse(arguments);
+    ASSERT_TRUE(std::holds_alternative<Exit>(parsed)) << said;
+    EXPECT_EQ(std::get<Exit>(parsed).standardError, said);
+  }
+}
+
+std::string printed(std::initializer_list<const char*> arguments) {
+  const auto parsed = parse(arguments);
+  const auto* exit = std::get_if<Exit>(&parsed);
+  return exit == nullptr || exit->status != 0 ? "no text" : exit->standardOutput;
+}
+
+TEST(CommandLineTest, ExplainsACommandAsItsOwnHelpDoes) {
+  EXPECT_EQ(printed({"help", "show"}), printed({"show", "--help"}));
+  EXPECT_EQ(printed({"help"}), printed({"--help"}));
+}
+
+TEST(CommandLineTest, CompletesCommandsOptionsAndTheirValues) {
+  const auto words = [](std::initializer_list<const char*> arguments) {
+    std::string all;
+    for (const auto& line : std::vector<std::string>(absl::StrSplit(printed(arguments), '\n'))) {
+      all += (all.empty() ? "" : " ") + line.substr(0, line.find('\t'));
+    }
+    return all;
+  };
+  EXPECT_EQ(words({"--complete", "s"}), "snapshot show ");
+  EXPECT_EQ(words({"--complete", "show", "--f"}), "--family --format ");
+  EXPECT_EQ(words({"--complete", "show", "--family", ""}), "small medium large ");
+  EXPECT_EQ(words({"--complete", "show", "--family=l"}), "--family=large ");
+  EXPECT_EQ(words({"--complete", "show", "--entry", "p"}), "preview placeholder :files ");
+  EXPECT_EQ(words({"--complete", "show", "--output", ""}), ":files ");
+  EXPECT_EQ(words({"--complete", "--extension", "show", "w"}), "watch ");
+  EXPECT_EQ(words({"--complete", "autostart", "o"}), "on off ");
+  EXPECT_EQ(words({"--complete", "watch", "--format", "w"}), "waybar ");
+  EXPECT_EQ(words({"--complete", "help", "wat"}), "watch ");
+  EXPECT_EQ(words({"--complete", "show", "x"}), "");
+}
+
+TEST(NearestWord, IsAtMostAThirdOfTheLettersAway) {
+  const std::vector<std::string> words{"show", "snapshot", "watch", "--family"};
+  EXPECT_EQ(nearestWord("shwo", words), "show");
+  EXPECT_EQ(nearestWord("snapshto", words), "snapshot");
+  EXPECT_EQ(nearestWord("wach", words), "watch");
+  EXPECT_EQ(nearestWord("--familly", words), "--family");
+  EXPECT_EQ(nearestWord("frob", words), std::nullopt);
+  EXPECT_EQ(nearestWord("", words), std::nullopt);
+  EXPECT_EQ(nearestWord(std::string(1000, 'w'), words), std::nullopt);
 }
 
 TEST(CommandLineTest, ExplainsItselfEverywhere) {

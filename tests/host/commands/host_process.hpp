@@ -13,6 +13,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "base/descriptors/file_descriptor.hpp"
 #include "support/environment.hpp"
 #include "support/temporary_folder.hpp"
 
@@ -25,30 +26,13 @@ class HostProcess {
  public:
   HostProcess(std::vector<std::string> arguments, Onto onto = Onto::pipe, const std::string& input = "",
               const std::string& program = VAMBA_FAKE_EXTENSION) {
-    std::string inputFile = folder_.path("input");
     folder_.write("input", input);
-    int output[2] = {-1, -1};
-    if (onto == Onto::terminal) {
-      winsize size{.ws_row = 40, .ws_col = 50, .ws_xpixel = 0, .ws_ypixel = 0};
-      EXPECT_EQ(openpty(&output[0], &output[1], nullptr, nullptr, &size), 0);
-    } else {
-      EXPECT_EQ(pipe2(output, O_CLOEXEC), 0);
-    }
-    arguments.insert(arguments.begin(), {VAMBA_HOST, "--extension", program});
-    process_ = fork();
-    if (process_ == 0) {
-      dup2(open(inputFile.c_str(), O_RDONLY), STDIN_FILENO);
-      dup2(output[1], STDOUT_FILENO);
-      dup2(open(folder_.path("errors").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
-      close(output[0]);
-      std::vector<char*> argv;
-      for (auto& argument : arguments) argv.push_back(argument.data());
-      argv.push_back(nullptr);
-      execv(VAMBA_HOST, argv.data());
-      _exit(127);
-    }
-    close(output[1]);
-    output_ = output[0];
+    const base::FileDescriptor file(open(folder_.path("input").c_str(), O_RDONLY | O_CLOEXEC));
+    start(std::move(arguments), onto, file.get(), program);
+  }
+  /// With a standard input of the test's own.
+  HostProcess(std::vector<std::string> arguments, int input) {
+    start(std::move(arguments), Onto::pipe, input, VAMBA_FAKE_EXTENSION);
   }
 
   HostProcess(const HostProcess&) = delete;
@@ -108,6 +92,31 @@ class HostProcess {
   }
 
  private:
+  void start(std::vector<std::string> arguments, Onto onto, int input, const std::string& program) {
+    int output[2] = {-1, -1};
+    if (onto == Onto::terminal) {
+      winsize size{.ws_row = 40, .ws_col = 50, .ws_xpixel = 0, .ws_ypixel = 0};
+      EXPECT_EQ(openpty(&output[0], &output[1], nullptr, nullptr, &size), 0);
+    } else {
+      EXPECT_EQ(pipe2(output, O_CLOEXEC), 0);
+    }
+    arguments.insert(arguments.begin(), {VAMBA_HOST, "--extension", program});
+    process_ = fork();
+    if (process_ == 0) {
+      dup2(input, STDIN_FILENO);
+      dup2(output[1], STDOUT_FILENO);
+      dup2(open(folder_.path("errors").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
+      close(output[0]);
+      std::vector<char*> argv;
+      for (auto& argument : arguments) argv.push_back(argument.data());
+      argv.push_back(nullptr);
+      execv(VAMBA_HOST, argv.data());
+      _exit(127);
+    }
+    close(output[1]);
+    output_ = output[0];
+  }
+
   bool readMore() {
     pollfd polled{.fd = output_, .events = POLLIN, .revents = 0};
     constexpr int longest = 60'000;

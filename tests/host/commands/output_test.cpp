@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 
+#include "support/file_content.hpp"
 #include "support/temporary_folder.hpp"
 
 namespace host {
@@ -55,6 +57,28 @@ TEST_F(WriteFile, SaysWhyItCannotAndLosesNothing) {
   const auto missing = folder_.path("no/folder");
   EXPECT_EQ(writeFile(missing, "x").error(), "can't write " + missing + ": No such file or directory");
   EXPECT_EQ(filesIn(folder_.path("")), 0U);
+}
+
+TEST_F(WriteFile, LeavesNoDescriptorOpenWhereItFails) {
+  const auto before = filesIn("/proc/self/fd");
+  EXPECT_FALSE(writeFile("/dev/full", "x"));
+  EXPECT_FALSE(readAll(folder_.path("")));
+  EXPECT_EQ(filesIn("/proc/self/fd"), before);
+}
+
+TEST_F(WriteFile, ClearsWhatAKilledSaveLeftAndNothingElse) {
+  const pid_t gone = fork();
+  if (gone == 0) _exit(0);
+  ASSERT_EQ(waitpid(gone, nullptr, 0), gone);
+  const std::string ours = "board.png.new-" + std::to_string(getpid()) + "-7";
+  folder_.write("board.png.new-" + std::to_string(gone) + "-0", "half");
+  for (const auto& kept : {ours, std::string("board.png.new-idea"), "other.png.new-" + std::to_string(gone) + "-0"}) {
+    folder_.write(kept, "kept");
+  }
+  ASSERT_TRUE(writeFile(folder_.path("board.png"), "whole"));
+  EXPECT_EQ(
+      support::namesIn(folder_.path("")),
+      (std::set<std::string>{"board.png", ours, "board.png.new-idea", "other.png.new-" + std::to_string(gone) + "-0"}));
 }
 
 TEST_F(WriteFile, ReadsAWholeFileBackOrSaysWhyNot) {

@@ -1,7 +1,13 @@
+#include <array>
+#include <cstdio>
+
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include "base/descriptors/file_descriptor.hpp"
+#include "base/descriptors/write_all.hpp"
 #include "host/commands/host_process.hpp"
+#include "support/waiting.hpp"
 
 namespace host {
 namespace {
@@ -55,6 +61,57 @@ TEST_F(HostCommands, ShowAsJsonPrintsTheView) {
   EXPECT_EQ(view["text"], "timeline systemMedium");
 }
 
+TEST_F(HostCommands, ShowSpeaksToStatusBarsAndPrompts) {
+  const auto bar = json::parse(runHost({"show", "--format", "waybar"}).output);
+  EXPECT_EQ(bar, (json{{"text", "timeline systemMedium"}, {"tooltip", "timeline systemMedium"}, {"class", {"ok"}}}));
+  EXPECT_EQ(runHost({"show", "--format", "line"}).output, "timeline systemMedium\n");
+  const auto failing =
+      runHost({"show", "--entry", "-", "--format", "line"}, R"({"tytul": "No connection.", "blad": "x"})");
+  EXPECT_EQ(failing.output, "⚠ No connection. systemMedium\n");
+}
+
+TEST_F(HostCommands, ShowWaitsForANonBlockingStandardInput) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
+  const base::FileDescriptor reading(ends[0]);
+  base::FileDescriptor writing(ends[1]);
+  ASSERT_EQ(fcntl(reading.get(), F_SETFL, O_NONBLOCK), 0);
+  HostProcess host({"show", "--entry", "-", "--format", "line"}, reading.get());
+  // It finds the pipe empty once at least: the second half comes when the first is read.
+  ASSERT_FALSE(base::writeAll(writing.get(), R"({"tytul": )"));
+  ASSERT_TRUE(support::eventually([&] {
+    int waiting = 0;
+    return ioctl(reading.get(), FIONREAD, &waiting) == 0 && waiting == 0;
+  }));
+  ASSERT_FALSE(base::writeAll(writing.get(), R"("late"})"));
+  writing.reset();
+  EXPECT_EQ(host.rest(), "late systemMedium\n") << host.errors();
+  EXPECT_EQ(host.status(), 0);
+}
+
+TEST_F(HostCommands, VerboseSaysWhatIsAsked) {
+  const auto errors = runHost({"show", "--verbose"}).errors;
+  EXPECT_THAT(errors, HasSubstr("vamba-host: starting " VAMBA_FAKE_EXTENSION "\n"));
+  EXPECT_THAT(errors, HasSubstr("vamba-host: \"timeline\" was answered after "));
+}
+
+TEST_F(HostCommands, TooFewDescriptorsAreASentenceAndAStatus) {
+  for (const std::string command : {"show", "watch", "gallery"}) {
+    for (int descriptors = 3; descriptors < 20; ++descriptors) {
+      const std::string shell = "(ulimit -n " + std::to_string(descriptors) +
+                                "; exec " VAMBA_HOST " --extension " VAMBA_FAKE_EXTENSION " " + command +
+                                ") 2>&1 | head -n 3";
+      FILE* const host = popen(shell.c_str(), "r");
+      std::array<char, 4096> text{};
+      const std::string said(text.data(), fread(text.data(), 1, text.size(), host));
+      pclose(host);
+      EXPECT_THAT(said, testing::AnyOf(HasSubstr("vamba-host: "), HasSubstr("Fake"), HasSubstr("timeline systemMedium"),
+                                       HasSubstr("error while loading shared libraries")))
+          << command << descriptors;
+    }
+  }
+}
+
 TEST_F(HostCommands, ShowWritesToAFile) {
   const auto file = folder_.path("board.txt");
   const auto [status, output, errors] = runHost({"show", "--output", file});
@@ -70,7 +127,7 @@ TEST_F(HostCommands, BadInputIsTurnedAwayWithASentence) {
   EXPECT_EQ(runHost({"show", "--entry", "/no/such/file"}).status, 2);
   const auto broken = runHost({"show", "--entry", "-"}, "{broken");
   EXPECT_EQ(broken.status, 2);
-  EXPECT_THAT(broken.errors, HasSubstr("standard input holds no entry: "));
+  EXPECT_THAT(broken.errors, HasSubstr("standard input does not hold an entry: "));
   const auto unwritable = runHost({"show", "--output", "/dev/full"});
   EXPECT_EQ(unwritable.status, 2);
   EXPECT_EQ(unwritable.errors, "vamba-host: can't write /dev/full: No space left on device\n");

@@ -51,7 +51,6 @@ TEST(ReadTimeline, ReadsEntriesAndReloadDate) {
                                   R"("policy":{"type":"after","date":"2025-03-14T09:45:00Z"}})");
   const auto timeline = readTimeline(result);
   ASSERT_TRUE(timeline);
-  EXPECT_EQ(timeline->result, result);
   EXPECT_EQ(timeline->entries.size(), 2U);
   EXPECT_EQ(timeline->reload, absl::FromUnixSeconds(1741945500));
 }
@@ -70,6 +69,30 @@ TEST(ReadTimeline, RefusesWhatCannotBeFollowed) {
        }) {
     EXPECT_FALSE(readTimeline(json::parse(text))) << text;
   }
+}
+
+json stackOf(std::vector<json> children) { return {{"type", "vstack"}, {"children", std::move(children)}}; }
+
+TEST(ReadView, RefusesTreesOfMoreNodesThanAHostDraws) {
+  const json leaf = {{"type", "divider"}};
+  EXPECT_TRUE(readView({{"view", stackOf(std::vector(mostNodes - 1, leaf))}}));
+  EXPECT_EQ(readView({{"view", stackOf(std::vector(mostNodes, leaf))}}).error(), "view: more than 5000 nodes");
+  json deep = leaf;
+  for (std::size_t depth = 1; depth < deepestNode; ++depth) deep = stackOf({deep});
+  EXPECT_TRUE(readView({{"view", deep}}));
+  EXPECT_EQ(readView({{"view", stackOf({deep})}}).error(), "view: more than 64 nodes in one another");
+}
+
+TEST(ReadView, CutsLongTextsBeforeTheCharacterThatPassesTheLimit) {
+  const auto textOf = [](const std::string& text) {
+    const auto node = readView({{"view", stackOf({{{"type", "text"}, {"text", text}}})}});
+    const auto& stack = std::get<protocol::VStackNode>(node.value().kind);
+    return std::get<protocol::Verbatim>(std::get<protocol::TextNode>(stack.children.front().kind).content).text;
+  };
+  const std::string longest(longestText, 'x');
+  EXPECT_EQ(textOf(longest), longest);
+  EXPECT_EQ(textOf(longest + "y"), longest + "…");
+  EXPECT_EQ(textOf(longest.substr(1) + "łł"), longest.substr(1) + "…");
 }
 
 TEST(ReadView, ReadsANode) {

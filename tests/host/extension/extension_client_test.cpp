@@ -30,6 +30,8 @@ using std::chrono::steady_clock;
 // Long enough for a process to start on a busy machine under a sanitizer.
 constexpr absl::Duration generous = absl::Seconds(30);
 
+std::string titleOf(const Entry& entry) { return json::parse(entry.json).at("tytul"); }
+
 class ExtensionClientTest : public testing::Test {
  protected:
   ExtensionClientTest() {
@@ -80,12 +82,12 @@ TEST_F(ExtensionClientTest, AsksEveryMethod) {
   ASSERT_TRUE(widgets) << widgets.error().message;
   EXPECT_EQ(widgets->front().kind, "fake");
   EXPECT_EQ(client.widgetsJson()->at(0).at("displayName"), "Fake");
-  EXPECT_EQ(client.placeholder("fake", "systemSmall")->at("entry").at("tytul"), "placeholder");
-  EXPECT_EQ(client.snapshot("fake", "systemSmall", false)->at("entry").at("tytul"), "snapshot");
+  EXPECT_EQ(titleOf(*client.placeholder("fake", "systemSmall")), "placeholder");
+  EXPECT_EQ(titleOf(*client.snapshot("fake", "systemSmall", false)), "snapshot");
   const auto timeline = client.timeline("fake", "systemLarge");
   ASSERT_TRUE(timeline) << timeline.error().message;
-  EXPECT_EQ(timeline->entries.front().at("tytul"), "timeline");
-  const auto view = client.render("fake", "systemLarge", timeline->entries.front());
+  EXPECT_EQ(titleOf(timeline->entries.front()), "timeline");
+  const auto view = client.render("fake", "systemLarge", timeline->entries.front().json);
   ASSERT_TRUE(view) << view.error().message;
   EXPECT_EQ(*view, protocol::Node(protocol::Text(std::string("timeline systemLarge"))
                                       .containerBackground(protocol::ContainerBackground::background)));
@@ -133,14 +135,15 @@ struct Misbehaviour {
 TEST_F(ExtensionClientTest, FailsAtOnceWhereTheExtensionCannotAnswerAnyMore) {
   for (const Misbehaviour& c : {
            Misbehaviour{"exit 3", Kind::died, "ended with status 3"},
-           Misbehaviour{"die mid-line", Kind::nonsense, "no answer"},
+           Misbehaviour{"die mid-line", Kind::nonsense, "not an answer"},
            Misbehaviour{"crash", Kind::died, "was ended by signal 11"},
            Misbehaviour{"close output", Kind::died, "closed its output"},
            Misbehaviour{"die leaving a grandchild", Kind::died, "ended with status 0"},
-           Misbehaviour{"garbage", Kind::nonsense, "no answer: Segmentation ?[1mfault"},
-           Misbehaviour{"flood", Kind::nonsense, "longer than 64 MiB"},
+           Misbehaviour{"garbage", Kind::nonsense, "not an answer: Segmentation ?[1mfault"},
+           Misbehaviour{"flood", Kind::nonsense, "longer than 16 MiB"},
            Misbehaviour{"notifications", Kind::nonsense, "notifications without end"},
            Misbehaviour{"unknown ids", Kind::nonsense, "what it was not asked"},
+           Misbehaviour{"many values", Kind::nonsense, "not an answer"},
            Misbehaviour{"empty object", Kind::nonsense, "\"widgets\" makes no sense"},
        }) {
     behave(c.behaviour);
@@ -178,7 +181,6 @@ TEST_F(ExtensionClientTest, GivesUpASilentExtensionAtItsDeadline) {
     EXPECT_EQ(widgets.error().kind, Kind::timedOut) << behaviour << ": " << widgets.error().message;
     EXPECT_EQ(widgets.error().message, "the extension did not answer \"widgets\" in time");
     EXPECT_GE(took, std::chrono::milliseconds(300)) << behaviour;
-    EXPECT_LT(took, std::chrono::seconds(10)) << behaviour;
     EXPECT_FALSE(client.running());
   }
 }
@@ -186,14 +188,14 @@ TEST_F(ExtensionClientTest, GivesUpASilentExtensionAtItsDeadline) {
 TEST_F(ExtensionClientTest, GivesUpWhereALargeRequestIsNotRead) {
   behave("stop reading");
   ExtensionClient client(settings(absl::Milliseconds(300)));
-  const auto view = client.render("fake", "systemSmall", json{{"tytul", std::string(1 << 20, 't')}});
+  const auto view = client.render("fake", "systemSmall", R"({"tytul":")" + std::string(1 << 20, 't') + "\"}");
   ASSERT_FALSE(view);
   EXPECT_EQ(view.error().kind, Kind::timedOut);
 }
 
 TEST_F(ExtensionClientTest, RefusesARequestLongerThanALine) {
   ExtensionClient client(settings());
-  const auto view = client.render("fake", "systemSmall", json(std::string(std::size_t{64} << 20, 't')));
+  const auto view = client.render("fake", "systemSmall", "\"" + std::string(std::size_t{64} << 20, 't') + "\"");
   ASSERT_FALSE(view);
   EXPECT_EQ(view.error().kind, Kind::refused);
   EXPECT_TRUE(client.running());
@@ -201,18 +203,18 @@ TEST_F(ExtensionClientTest, RefusesARequestLongerThanALine) {
 
 TEST_F(ExtensionClientTest, GivesALoadItsOwnDeadline) {
   behave("hang");
-  auto patient = settings(absl::Milliseconds(100));
-  patient.loadDeadline = absl::Milliseconds(600);
+  // Only the deadline of 50 ms can pass: a test that waited for the other would end by its own.
+  auto patient = settings(absl::Milliseconds(50));
+  patient.loadDeadline = absl::Hours(1);
   ExtensionClient client(patient);
-  const auto span = [](auto ask) {
-    const auto begin = steady_clock::now();
-    EXPECT_EQ(ask().error().kind, Kind::timedOut);
-    return steady_clock::now() - begin;
-  };
-  constexpr auto loads = std::chrono::milliseconds(600);
-  EXPECT_GE(span([&] { return client.timeline("fake", "systemSmall"); }), loads);
-  EXPECT_GE(span([&] { return client.snapshot("fake", "systemSmall", false); }), loads);
-  EXPECT_LT(span([&] { return client.snapshot("fake", "systemSmall", true); }), loads);
+  EXPECT_EQ(client.snapshot("fake", "systemSmall", true).error().kind, Kind::timedOut);
+  EXPECT_EQ(client.placeholder("fake", "systemSmall").error().kind, Kind::timedOut);
+
+  auto impatient = settings(absl::Hours(1));
+  impatient.loadDeadline = absl::Milliseconds(50);
+  ExtensionClient loading(impatient);
+  EXPECT_EQ(loading.timeline("fake", "systemSmall").error().kind, Kind::timedOut);
+  EXPECT_EQ(loading.snapshot("fake", "systemSmall", false).error().kind, Kind::timedOut);
 }
 
 TEST_F(ExtensionClientTest, TakesAnswersFromAnExtensionThatIsOnlyOdd) {

@@ -1,0 +1,20 @@
+// What a shell offers behind the words of a command line that are typed already, read off the parser itself.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace host {
+
+/// One candidate a line, "WORD\tEXPLANATION", for the last of the words, which may be empty; the program's name is not
+/// among them. A line ":files" says that names of files are candidates too.
+///
+///   {"sh"} -> "show\tShow one board, once.\n"
+///   {"show", "--family=s"} -> "--family=small\t\n"
+std::string completions(const CLI::App& app, const std::vector<std::string>& words);
+
+}  // namespace host
