@@ -104,6 +104,34 @@ TEST(SampleDayTexts, BusyDayOverfillsAnyBoardAndEmptyDayHoldsNothing) {
   EXPECT_EQ(json::parse(empty.skrzynka).at("zadania"), json::array());
 }
 
+// The titles and project names of a day; those of the three resources in turn.
+std::set<std::string> textsOf(const Answers& answers) {
+  std::set<std::string> texts;
+  const json inbox = json::parse(answers.skrzynka);
+  for (const json& items : {json::parse(answers.zadania), json::parse(answers.spotkania), inbox.at("zadania")}) {
+    for (const json& item : items) {
+      texts.insert(item.at("tytul").get<std::string>());
+      texts.insert(item.value("projekt_nazwa", ""));
+    }
+  }
+  return texts;
+}
+
+TEST(SampleDayTexts, EachDaySpeaksEachLanguage) {
+  // Names, a title in Japanese, one in letters with marks, and words that two languages share.
+  const std::set<std::string> shared{"", "東京", "東京の研究室との打ち合わせを準備する",
+                                     "Zaz\u0307o\u0301łcic\u0301 ge\u0328s\u0301la\u0328 jaz\u0301n\u0301",
+                                     "Biblioteka"};
+  for (const Day day : {Day::Full, Day::Busy}) {
+    const auto polish = textsOf(answersFor(day, 1'750'000'000));
+    for (const Language language : {Language::English, Language::Lithuanian}) {
+      const auto texts = textsOf(answersFor(day, 1'750'000'000, language));
+      EXPECT_EQ(texts.size(), polish.size());
+      for (const std::string& text : texts) EXPECT_TRUE(!polish.contains(text) || shared.contains(text)) << text;
+    }
+  }
+}
+
 TEST(LocalTime, WritesEachDateForm) {
   ::setenv("TZ", "Europe/Warsaw", 1);
   ::tzset();

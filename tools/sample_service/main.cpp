@@ -11,6 +11,7 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include "platform/languages/preferred_languages.hpp"
 #include "sample_service.hpp"
 
 namespace {
@@ -24,6 +25,16 @@ const std::map<std::string, sample::Fault> kFaults = {{"none", sample::Fault::No
                                                       {"unauthorized", sample::Fault::Unauthorized},
                                                       {"server-error", sample::Fault::ServerError},
                                                       {"malformed", sample::Fault::Malformed}};
+
+const std::map<std::string, sample::Language> kLanguages = {
+    {"pl", sample::Language::Polish}, {"en", sample::Language::English}, {"lt", sample::Language::Lithuanian}};
+
+// As the widget chooses it: the first preferred language alone decides.
+sample::Language languageOfTheEnvironment() {
+  const auto preferred = platform::preferredLanguages();
+  const auto found = kLanguages.find(preferred.empty() ? "" : platform::primarySubtag(preferred.front()));
+  return found == kLanguages.end() ? sample::Language::Polish : found->second;
+}
 
 std::string randomToken() {
   std::array<unsigned char, 16> bytes{};
@@ -72,6 +83,7 @@ void waitForEnd(int signals, bool untilInputEnds) {
 
 int main(int argc, char** argv) {
   sample::Settings settings;
+  settings.language = languageOfTheEnvironment();
   bool untilInputEnds = false;
 
   CLI::App app{
@@ -90,6 +102,9 @@ int main(int argc, char** argv) {
          "--fault", settings.fault,
          "none (default), slow (5 s an answer), unauthorized (401), server-error (500), malformed (broken JSON)")
       ->transform(CLI::Transformer(kFaults).description(""))
+      ->option_text("NAME");
+  app.add_option("--language", settings.language, "of titles: pl, en or lt (default: the environment's, else pl)")
+      ->transform(CLI::Transformer(kLanguages).description(""))
       ->option_text("NAME");
   app.add_flag("--until-input-ends", untilInputEnds, "end with standard input too, so as not to outlive the starter");
   try {

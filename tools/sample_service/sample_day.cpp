@@ -31,13 +31,13 @@ std::string identifier(unsigned group, std::size_t index) {
   return text;
 }
 
-json task(const TaskRow& row, std::size_t index, std::time_t now) {
+json task(const TaskRow& row, std::size_t index, std::time_t now, Language language) {
   json result = {
       {"id", identifier(1, index)},
       {"numer", row.numer},
-      {"tytul", row.tytul},
+      {"tytul", translated(row.tytul, language)},
       {"status", row.status},
-      {"projekt_nazwa", row.projekt},
+      {"projekt_nazwa", translated(row.projekt, language)},
       {"priorytet", index % 3},
       {"etykiety", json::array({"praca", "biuro"})},
       {"przypisany", {{"nazwa", "Ja"}, {"awatar", nullptr}}},
@@ -51,18 +51,18 @@ json task(const TaskRow& row, std::size_t index, std::time_t now) {
   return result;
 }
 
-json meeting(const MeetingRow& row, std::size_t index, std::time_t start) {
+json meeting(const MeetingRow& row, std::size_t index, std::time_t start, Language language) {
   constexpr DateForm kForms[] = {DateForm::Offset, DateForm::Utc, DateForm::UtcFraction};
   json result = {
       {"id", identifier(2, index)},
-      {"tytul", row.tytul},
+      {"tytul", translated(row.tytul, language)},
       {"kiedy", written(start, kForms[index % std::size(kForms)])},
       {"czas_trwania_min", row.minutes},
       {"miejsce", "sala 12"},
       {"uczestnicy", json::array({"Ja", "Inga"})},
   };
   if (!row.projekt.empty()) {
-    result["projekt_nazwa"] = row.projekt;
+    result["projekt_nazwa"] = translated(row.projekt, language);
   }
   return result;
 }
@@ -83,41 +83,42 @@ std::vector<std::time_t> freeHours(std::time_t now, std::size_t count, int today
   return starts;
 }
 
-json tasks(const DayRows& rows, std::time_t now) {
+json tasks(const DayRows& rows, std::time_t now, Language language) {
   json result = json::array();
   for (std::size_t i = 0; i < rows.tasks.size(); ++i) {
-    result.push_back(task(rows.tasks[i], i, now));
+    result.push_back(task(rows.tasks[i], i, now, language));
   }
   return result;
 }
 
-json meetings(const DayRows& rows, std::time_t now) {
+json meetings(const DayRows& rows, std::time_t now, Language language) {
   json result = json::array();
-  result.push_back(meeting({"Seminarium zespołu", 90, "Pracownia"}, 100, atHour(now, 2, 10, 0)));
+  result.push_back(meeting({"Seminarium zespołu", 90, "Pracownia"}, 100, atHour(now, 2, 10, 0), language));
   const std::vector<std::time_t> starts = freeHours(now, rows.meetings.size(), rows.today);
   for (std::size_t i = 0; i < rows.meetings.size(); ++i) {
-    result.push_back(meeting(rows.meetings[i], i, starts[i]));
+    result.push_back(meeting(rows.meetings[i], i, starts[i], language));
   }
-  result.push_back(meeting({"Przegląd poczty", 30, ""}, 101, now - 10 * kMinute));
+  result.push_back(meeting({"Przegląd poczty", 30, ""}, 101, now - 10 * kMinute, language));
   return result;
 }
 
-json inbox(std::span<const std::string_view> titles, std::time_t now) {
+json inbox(std::span<const std::string_view> titles, std::time_t now, Language language) {
   json items = json::array();
   for (std::size_t i = 0; i < titles.size(); ++i) {
-    items.push_back({{"id", identifier(4, i)}, {"tytul", titles[i]}, {"zrodlo", "transkrypt"}});
+    items.push_back({{"id", identifier(4, i)}, {"tytul", translated(titles[i], language)}, {"zrodlo", "transkrypt"}});
   }
   return {{"zadania", items}, {"razem", titles.size()}, {"sprawdzono", written(now, DateForm::Utc)}};
 }
 
 }  // namespace
 
-Answers answersFor(Day day, std::time_t now) {
+Answers answersFor(Day day, std::time_t now, Language language) {
   if (day == Day::Empty) {
-    return {"[]", inbox({}, now).dump(), "[]"};
+    return {"[]", inbox({}, now, language).dump(), "[]"};
   }
   const DayRows rows = day == Day::Busy ? busyDay() : fullDay();
-  return {tasks(rows, now).dump(), inbox(rows.inbox, now).dump(), meetings(rows, now).dump()};
+  return {tasks(rows, now, language).dump(), inbox(rows.inbox, now, language).dump(),
+          meetings(rows, now, language).dump()};
 }
 
 }  // namespace sample

@@ -7,6 +7,8 @@
 #include <ctime>
 #include <string>
 
+#include "sample_texts.hpp"
+
 namespace sample {
 
 enum class Day { Full, Busy, Empty };
@@ -19,6 +21,6 @@ struct Answers {
 
 // `now` in seconds since 1970 UTC. On the full day three meetings always lie between now and the end of tomorrow,
 // as many of them today (two at most) as office hours still leave room for.
-Answers answersFor(Day day, std::time_t now);
+Answers answersFor(Day day, std::time_t now, Language language = Language::Polish);
 
 }  // namespace sample

@@ -75,7 +75,7 @@ class HttpService final : public Service {
  private:
   void serve(const char* path, std::string Answers::* part) {
     server_.Get(path, [this, part](const httplib::Request&, httplib::Response& response) {
-      std::string body = answersFor(settings_.day, std::time(nullptr)).*part;
+      std::string body = answersFor(settings_.day, std::time(nullptr), settings_.language).*part;
       if (settings_.fault == Fault::Malformed) {
         body.pop_back();
       }

@@ -23,6 +23,7 @@ struct Settings {
   int port = 0;  // 0: a free one
   std::string token;
   Day day = Day::Full;
+  Language language = Language::Polish;
   Fault fault = Fault::None;
 };
 
