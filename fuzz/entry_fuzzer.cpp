@@ -1,0 +1,45 @@
+// Any JSON as the entry that a host hands to `render`: an entry that is read is written so that it reads back equal,
+// and its view in each size travels to the host and back unchanged.
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "base/json/json_text.hpp"
+#include "platform/calendar/clock.hpp"
+#include "protocol/view_tree/node_json.hpp"
+#include "widzety/timeline/wpis_json.hpp"
+#include "widzety/view/widok_dnia.hpp"
+
+namespace {
+
+using Form = platform::EntryForm<widzety::Wpis>;
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+class OneMoment final : public platform::Clock {
+ public:
+  absl::Time now() const override { return absl::FromUnixSeconds(1'741'944'600); }
+  platform::Calendar calendar() const override { return platform::Calendar(absl::UTCTimeZone()); }
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const auto json = base::parseJson({reinterpret_cast<const char*>(data), size});
+  if (!json) return 0;
+  const auto entry = Form::fromJson(*json);
+  if (!entry) {
+    require(entry.error().find(": ") != std::string::npos);
+    return 0;
+  }
+  require(Form::fromJson(Form::toJson(*entry)) == *entry);
+  for (const auto family : {platform::WidgetFamily::systemSmall, platform::WidgetFamily::systemMedium}) {
+    const widzety::WidokDnia view{.wpis = *entry, .rozmiar = [family] { return family; }};
+    const protocol::Node tree = view.body(OneMoment(), widzety::Jezyk::en);
+    const auto sent = base::parseJson(base::toText(protocol::toJson(tree)));
+    require(sent && protocol::nodeFromJson(*sent) == tree);
+  }
+  return 0;
+}

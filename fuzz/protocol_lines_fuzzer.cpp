@@ -1,0 +1,56 @@
+// A line in any bytes, read as a request and as a response. What is read is written so that it reads back equal, what
+// is refused is answered with an error that can be read, and no line holds a control character.
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "base/text/control_characters.hpp"
+#include "base/text/utf8.hpp"
+#include "protocol/json_rpc/message.hpp"
+
+namespace {
+
+using namespace protocol::json_rpc;
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+std::string checkedLine(const auto& message) {
+  std::string line = toLine(message);
+  require(base::isUtf8(line) && !base::holdsControl(line));
+  return line;
+}
+
+void readRequest(std::string_view bytes) {
+  const auto request = parseRequest(bytes);
+  if (!request) {
+    const auto error = parseResponse(checkedLine(request.error()));
+    require(error && !error->outcome);
+    require(error->outcome.error().code == -32700 || error->outcome.error().code == -32600);
+    return;
+  }
+  const auto again = parseRequest(checkedLine(*request));
+  require(again && again->id == request->id && again->isNotification == request->isNotification);
+  require(again->method == request->method && again->params == request->params);
+}
+
+void readResponse(std::string_view bytes) {
+  const auto response = parseResponse(bytes);
+  if (!response) {
+    require(!response.error().empty());
+    return;
+  }
+  const auto again = parseResponse(checkedLine(*response));
+  require(again && again->id == response->id && again->outcome == response->outcome);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  readRequest(bytes);
+  readResponse(bytes);
+  return 0;
+}
