@@ -25,7 +25,8 @@ std::string_view withoutLineEnd(std::string_view value) {
 // libcurl takes "Name:" as an order to omit the field, and sends "Name;" as an empty one.
 base::SecretText fieldLine(const HeaderField& field) {
   const bool blank = field.value.text().find_first_not_of(" \t\v\f\r\n") == std::string_view::npos;
-  return blank ? base::SecretText{field.name, ";"} : base::SecretText{field.name, ": ", field.value.text()};
+  if (blank) return {field.name, ";"};
+  return {field.name, ": ", field.value.text()};
 }
 
 std::unexpected<TransportError> badHeader(std::string_view name, std::string_view why) {
