@@ -15,6 +15,8 @@ host::CommandResult run(const host::CommandLine& line, char* const* argv) {
   if (command == Command::desktop) return host::become("vamba-desktop", argv);
   if (command == Command::show && host::isPicture(line.format)) return host::become("vamba-picture", argv);
   if (command == Command::autostart) return host::autostart(line);
+  if (command == Command::signIn) return host::signIn(line);
+  if (command == Command::signOut) return host::signOut(line);
   host::ExtensionSettings settings{.program = host::extensionProgram(line), .verbose = line.verbose};
   if (command == Command::watch) return host::watch(settings, line);
   host::ExtensionClient extension(settings);

@@ -1,6 +1,7 @@
 // An extension that behaves as FAKE_EXTENSION tells: well by default, else in one of the ways in which a process can
 // fail its host. FAKE_EXTENSION_STARTS names a file to which each process it consists of adds its number,
 // FAKE_EXTENSION_REQUESTS one to which it adds what it is asked. FAKE_EXTENSION_TITLE is what its timelines say,
+// FAKE_EXTENSION_SENTENCE what they say instead of a day,
 // FAKE_EXTENSION_NOW the time that it takes it to be, in seconds since 1970. While there is a file FAKE_EXTENSION_HELD,
 // no view is answered.
 #include <csignal>
@@ -61,7 +62,9 @@ json resultOf(const Request& request) {
   }
   if (request.method == "timeline") {
     const std::string title = environment("FAKE_EXTENSION_TITLE");
-    return {{"entries", {entry(title.empty() ? "timeline" : title)}},
+    json told = entry(title.empty() ? "timeline" : title);
+    if (const std::string sentence = environment("FAKE_EXTENSION_SENTENCE"); !sentence.empty()) told["blad"] = sentence;
+    return {{"entries", {told}},
             {"policy", {{"type", "after"}, {"date", base::formatInstant(now() + absl::Seconds(seconds))}}}};
   }
   if (request.method == "render") {

@@ -94,6 +94,7 @@ class Parser {
     addShow();
     addWatch();
     addDesktop();
+    addSignIn();
     addHelp();
   }
 
@@ -187,6 +188,16 @@ class Parser {
     autostart.get_option("action")->required();
   }
 
+  void addSignIn() {
+    auto& signIn =
+        add("sign-in", Command::signIn, "Try a device token, read from the terminal or standard input, and keep it.");
+    signIn
+        .add_option("--address", line_.address, "the service's address (default: the one kept, else the built-in one)")
+        ->type_name("URL");
+    signIn.add_flag("--status", line_.signInStatus, "say where a token is kept, instead");
+    add("sign-out", Command::signOut, "Remove the token and the address.");
+  }
+
   void addHelp() {
     app_.add_subcommand("help", "Explain a command.")
         ->add_option("command", helpFor_, "the command to explain")
@@ -208,6 +219,7 @@ class Parser {
         throw Mistake{absl::StrCat(option, " has an effect on pictures only; name one with --format or --output")};
       }
     }
+    if (line_.signInStatus && line_.address) throw Mistake{"--address has no effect with --status"};
     if (line_.outlines && line_.format != Format::svg) throw Mistake{"--outlines has an effect on SVG only"};
   }
 

@@ -8,7 +8,7 @@
 
 namespace host {
 
-enum class Command { gallery, placeholder, snapshot, timeline, show, watch, desktop, autostart };
+enum class Command { gallery, placeholder, snapshot, timeline, show, watch, desktop, signIn, signOut, autostart };
 enum class Format { text, json, waybar, line, svg, png, pdf };
 enum class AutostartAction { on, off, status };
 enum class Appearance { light, dark };
@@ -27,6 +27,8 @@ struct CommandLine {
   bool verbose = false;        ///< say on standard error what is done
   bool partOfDesktop = false;  ///< on X11 windows that are a part of the desktop instead of lying below others
   AutostartAction autostart = AutostartAction::status;
+  std::optional<std::string> address;  ///< of the service, for `sign-in`
+  bool signInStatus = false;
   bool outlines = false;  ///< letters of an SVG as outlines instead of text
 };
 

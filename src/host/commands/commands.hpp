@@ -22,7 +22,13 @@ CommandResult show(ExtensionClient& extension, const CommandLine& line, Draw dra
 /// the last board stays.
 CommandResult watch(const ExtensionSettings& settings, const CommandLine& line);
 
-/// Turns the start with the session on or off, or shows its status.
+/// Tries the token that it reads and keeps it, or says where one is kept.
+CommandResult signIn(const CommandLine& line);
+
+/// Removes token and address.
+CommandResult signOut(const CommandLine& line);
+
+/// Starts the widgets at login, or no more; or says whether they start.
 CommandResult autostart(const CommandLine& line);
 
 }  // namespace host

@@ -11,6 +11,7 @@
 #include "host/commands/terminal.hpp"
 #include "host/diagnostics/diagnostics.hpp"
 #include "host/feed/feed.hpp"
+#include "host/recovery/recovery.hpp"
 #include "host/schedule/wake_ups.hpp"
 #include "host/status_line/status_line.hpp"
 #include "host/texts/texts.hpp"
@@ -90,7 +91,7 @@ class Watcher {
         screen_(line.format, line.family),
         feed_(
             withInterruption(std::move(settings), interruption_), [this](const FeedNews& news) { hear(news); }, time_,
-            Feed::Placeholders::none) {
+            recovery_, Feed::Placeholders::none) {
     interruption_.add(signals_.descriptor());
     interruption_.addForItsEnd(STDOUT_FILENO);
   }
@@ -174,6 +175,7 @@ class Watcher {
   const CommandLine& line_;
   Screen screen_;
   SystemTimekeeper time_;
+  SystemRecovery recovery_;
   Feed feed_;
   std::string lastFailure_;
   bool ended_ = false;

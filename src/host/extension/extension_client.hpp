@@ -22,9 +22,10 @@ struct ExtensionSettings {
   absl::Duration requestDeadline = absl::Seconds(5);
   absl::Duration loadDeadline = absl::Seconds(30);       ///< for a timeline and a live snapshot
   absl::Duration timeToLeave = absl::Milliseconds(500);  ///< from the end of its input until it is killed
-  int interruption = -1;  ///< a descriptor: once it is readable, a call gives up with `interrupted`
-  int diagnostics = 2;    ///< where the extension's standard error goes, within bounds; -1: nowhere
-  bool verbose = false;   ///< say on standard error what is asked and how long the answer took
+  int interruption = -1;                      ///< a descriptor: once it is readable, a call gives up with `interrupted`
+  int diagnostics = 2;                        ///< where the extension's standard error goes, within bounds; -1: nowhere
+  std::vector<std::string> environment = {};  ///< "NAME=VALUE", added to the host's own
+  bool verbose = false;                       ///< say on standard error what is asked and how long the answer took
 };
 
 /// For one thread, which lives as long as the client. The program ignores SIGPIPE. The first call starts the process,

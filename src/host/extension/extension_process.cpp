@@ -1,9 +1,11 @@
 #include "host/extension/extension_process.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <optional>
+#include <string_view>
 #include <system_error>
 
 #include <fcntl.h>
@@ -45,6 +47,22 @@ base::FileDescriptor openIdentity(pid_t process) {
   return base::FileDescriptor(low.isOpen() ? ::fcntl(low.get(), F_DUPFD_CLOEXEC, firstSafeNumber) : -1);
 }
 
+/// The environment of this process with these variables ("NAME=VALUE") in place of its own of the same names. The
+/// result points into both.
+std::vector<char*> environmentWith(const std::vector<std::string>& variables) {
+  const auto replaced = [&](std::string_view known) {
+    const auto name = known.substr(0, known.find('=') + 1);
+    return std::ranges::any_of(variables, [&](const std::string& variable) { return variable.starts_with(name); });
+  };
+  std::vector<char*> result;
+  for (char** known = environ; known != nullptr && *known != nullptr; ++known) {
+    if (!replaced(*known)) result.push_back(*known);
+  }
+  for (const auto& variable : variables) result.push_back(const_cast<char*>(variable.c_str()));
+  result.push_back(nullptr);
+  return result;
+}
+
 struct ChildEnds {
   int input;
   int output;
@@ -53,7 +71,7 @@ struct ChildEnds {
 };
 
 // Runs between fork and exec: nothing here may allocate or lock. Returns only on failure, with errno set.
-void becomeExtension(const char* program, const ChildEnds& ends, pid_t parent) {
+void becomeExtension(const char* program, char* const* environment, const ChildEnds& ends, pid_t parent) {
   constexpr int startErrorNumber = 3;
   if (::setpgid(0, 0) != 0) return;
   if (::prctl(PR_SET_PDEATHSIG, SIGKILL) != 0) return;
@@ -73,11 +91,11 @@ void becomeExtension(const char* program, const ChildEnds& ends, pid_t parent) {
   ::sigprocmask(SIG_SETMASK, &none, nullptr);
 
   std::array<char*, 2> arguments{const_cast<char*>(program), nullptr};
-  ::execv(program, arguments.data());
+  ::execve(program, arguments.data(), environment);
 }
 
-[[noreturn]] void runChild(const char* program, const ChildEnds& ends, pid_t parent) {
-  becomeExtension(program, ends, parent);
+[[noreturn]] void runChild(const char* program, char* const* environment, const ChildEnds& ends, pid_t parent) {
+  becomeExtension(program, environment, ends, parent);
   const int error = errno;
   // Number 3 once the ends are in place, the original before: exactly one of the two writes counts.
   if (::write(ends.startError, &error, sizeof error) < 0) {
@@ -103,7 +121,8 @@ std::string describeEnd(const siginfo_t& info) {
 
 }  // namespace
 
-std::expected<ExtensionProcess, std::string> ExtensionProcess::start(const std::filesystem::path& program) {
+std::expected<ExtensionProcess, std::string> ExtensionProcess::start(const std::filesystem::path& program,
+                                                                     const std::vector<std::string>& environment) {
   const auto failure = [&](int error) {
     return std::unexpected("the extension " + program.string() +
                            " could not be started: " + std::generic_category().message(error));
@@ -118,11 +137,12 @@ std::expected<ExtensionProcess, std::string> ExtensionProcess::start(const std::
   }
 
   const std::string path = program.string();
+  const std::vector<char*> variables = environmentWith(environment);
   const pid_t parent = ::getpid();
   const pid_t child = ::fork();
   if (child < 0) return failure(errno);
   if (child == 0) {
-    runChild(path.c_str(),
+    runChild(path.c_str(), variables.data(),
              {.input = input->reading.get(),
               .output = output->writing.get(),
               .diagnostics = diagnostics->writing.get(),

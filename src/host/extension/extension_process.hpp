@@ -5,6 +5,7 @@
 #include <expected>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include <sys/types.h>
 
@@ -16,8 +17,9 @@ namespace host {
 /// is killed when the thread that started it ends: start it from one that lives as long as it is needed.
 class ExtensionProcess {
  public:
-  /// The error is a sentence for a person.
-  static std::expected<ExtensionProcess, std::string> start(const std::filesystem::path& program);
+  /// `environment` ("NAME=VALUE") is added to this process's own. The error is a sentence for a person.
+  static std::expected<ExtensionProcess, std::string> start(const std::filesystem::path& program,
+                                                            const std::vector<std::string>& environment = {});
 
   ExtensionProcess(ExtensionProcess&&) noexcept = default;
   ExtensionProcess& operator=(ExtensionProcess&&) = delete;

@@ -10,8 +10,13 @@ constexpr Wait atOnce{.until = std::nullopt, .pause = absl::ZeroDuration()};
 
 }  // namespace
 
-Feed::Feed(ExtensionSettings settings, FeedListener listener, Timekeeper& time, Placeholders placeholders)
-    : extension_(std::move(settings)), listener_(std::move(listener)), time_(time), placeholders_(placeholders) {}
+Feed::Feed(ExtensionSettings settings, FeedListener listener, Timekeeper& time, Recovery& recovery,
+           Placeholders placeholders)
+    : extension_(std::move(settings)),
+      listener_(std::move(listener)),
+      time_(time),
+      recovery_(recovery),
+      placeholders_(placeholders) {}
 
 void Feed::show(std::vector<std::string> families) {
   if (families == families_) return;
@@ -20,6 +25,7 @@ void Feed::show(std::vector<std::string> families) {
   if (families_.empty()) {
     time_.setReload(std::nullopt);
     time_.setRedraw(std::nullopt);
+    recovery_.end();
     return;
   }
   if (timeline_) {
@@ -31,10 +37,19 @@ void Feed::show(std::vector<std::string> families) {
   if (wasIdle) plan(atOnce);
 }
 
+std::vector<int> Feed::descriptors() const {
+  auto descriptors = time_.descriptors();
+  const auto further = recovery_.descriptors();
+  descriptors.insert(descriptors.end(), further.begin(), further.end());
+  return descriptors;
+}
+
 void Feed::handleWakeUps() {
   const auto wake = time_.take();
+  const auto signs = recovery_.take();
   if (families_.empty()) return;
   if (wake.reloadDue) return reload();
+  recover(signs);
   if (!wake.clockSet && !wake.zoneChanged && !wake.redrawDue) return;
   redraw();
   if (wake.clockSet) plan(schedule_.clockChanged(time_.now()));
@@ -61,6 +76,7 @@ std::expected<Wait, ExtensionFailure> Feed::load() {
     return std::unexpected(std::move(drawn).error());
   }
   timeline_ = *std::move(timeline);
+  entryAt(timeline_->entries, answered).holds == BoardHolds::sentence ? recovery_.begin() : recovery_.end();
   return schedule_.loaded(answered, timeline_->reload);
 }
 
@@ -124,6 +140,23 @@ FeedBoards Feed::previews() {
   return boards;
 }
 
+/// Signs come in bursts (a folder and its file, a link and its addresses), so the load begins a moment later; and signs
+/// without end do not become a storm.
+void Feed::recover(const Recovery::Signs& signs) {
+  constexpr absl::Duration settling = absl::Seconds(1);
+  constexpr absl::Duration betweenCredentials = absl::Seconds(3);
+  constexpr absl::Duration betweenNetworks = absl::Minutes(1);
+  const absl::Time now = time_.now();
+  const auto planAfter = [&](absl::Time& last, absl::Duration between) {
+    const absl::Time at = std::max(now + settling, std::min(last, now + settling) + between);
+    if (planned_ && *planned_ <= at) return;
+    last = at;
+    plan(schedule_.soon(at - now));
+  };
+  if (signs.credentials) planAfter(lastCredentials_, betweenCredentials);
+  if (signs.network) planAfter(lastNetwork_, betweenNetworks);
+}
+
 void Feed::failed(const ExtensionFailure& failure) {
   // The caller has something else to do first; the load begins again after it.
   if (failure.kind == ExtensionFailure::Kind::interrupted) return plan(atOnce);
@@ -135,7 +168,8 @@ void Feed::failed(const ExtensionFailure& failure) {
 
 void Feed::plan(const Wait& wait) {
   time_.setReload(wait);
-  listener_(ReloadPlanned{wait.pause ? time_.now() + *wait.pause : wait.until});
+  planned_ = wait.pause ? time_.now() + *wait.pause : wait.until;
+  listener_(ReloadPlanned{planned_});
   planRedraw();
 }
 

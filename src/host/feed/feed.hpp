@@ -12,6 +12,7 @@
 #include <absl/time/time.h>
 
 #include "host/extension/extension_client.hpp"
+#include "host/recovery/recovery.hpp"
 #include "host/schedule/reload_schedule.hpp"
 #include "host/schedule/timekeeper.hpp"
 #include "protocol/view_tree/node.hpp"
@@ -51,15 +52,16 @@ class Feed {
  public:
   enum class Placeholders { none, untilLoaded };
 
-  /// `time` must outlive the feed.
-  Feed(ExtensionSettings settings, FeedListener listener, Timekeeper& time, Placeholders placeholders);
+  /// `time` and `recovery` must outlive the feed.
+  Feed(ExtensionSettings settings, FeedListener listener, Timekeeper& time, Recovery& recovery,
+       Placeholders placeholders);
 
   /// The sizes to show from now on. New ones are shown at once where something is there to show; the first timeline is
   /// asked for when there is a first size.
   void show(std::vector<std::string> families);
 
   /// What becomes readable when there is something to do; -1 may be among them.
-  std::vector<int> descriptors() const { return time_.descriptors(); }
+  std::vector<int> descriptors() const;
   void handleWakeUps();
 
   /// The gallery's sample in every size of the widget. Empty where the extension fails.
@@ -77,6 +79,7 @@ class Feed {
   Result showPlaceholders();
   Result draw(const Entry& entry, BoardOrigin origin);
   void redraw();
+  void recover(const Recovery::Signs& signs);
   void failed(const ExtensionFailure& failure);
   void plan(const Wait& wait);
   void planRedraw();
@@ -84,12 +87,16 @@ class Feed {
   ExtensionClient extension_;
   FeedListener listener_;
   Timekeeper& time_;
+  Recovery& recovery_;
   Placeholders placeholders_;
   ReloadSchedule schedule_;
   std::vector<std::string> families_;
   WidgetDeclaration widget_;                ///< with an empty kind until it is known
   std::optional<TimelineAnswer> timeline_;  ///< the last that came
   absl::Time lastDrawn_ = absl::InfinitePast();
+  std::optional<absl::Time> planned_;                  ///< the next reload
+  absl::Time lastCredentials_ = absl::InfinitePast();  ///< the last load that was planned for a sign of this kind
+  absl::Time lastNetwork_ = absl::InfinitePast();
 };
 
 }  // namespace host

@@ -35,7 +35,8 @@ FeedThread::FeedThread(ExtensionSettings settings, FeedListener listener, Feed::
   thread_ =
       std::jthread([this, settings = std::move(settings), listener = std::move(listener), placeholders]() mutable {
         SystemTimekeeper time;
-        Feed feed(std::move(settings), std::move(listener), time, placeholders);
+        SystemRecovery recovery;
+        Feed feed(std::move(settings), std::move(listener), time, recovery, placeholders);
         run(feed);
       });
 }

@@ -29,6 +29,9 @@ class ReloadSchedule {
   /// The extension died, hung or talked nonsense.
   Wait failed();
 
+  /// There is a reason to ask before the date.
+  Wait soon(absl::Duration pause) { return wait_ = {.pause = pause}; }
+
   /// What is left to wait for at `now`, after the machine's clock was set or the machine woke. Where the clock was set
   /// back, a date that is now further away than it ever was is not waited for: the pause that the extension asked for
   /// must not grow by the error of a clock.

@@ -92,4 +92,21 @@ BusResult<BusMessage> SessionBus::call(const BusMethod& method, const AppendArgu
   return answer;
 }
 
+BusResult<bool> SessionBus::takeSignals() {
+  bool signalled = false;
+  while (true) {
+    sd_bus_message* raw = nullptr;
+    const int handled = sd_bus_process(bus_.get(), &raw);
+    const BusMessage message(raw);
+    if (handled == -EINTR || handled == -EAGAIN) continue;
+    if (handled < 0) return failure(Kind::broken);
+    if (handled == 0) return signalled;
+    if (!message) continue;
+    // The bus tells each connection unasked which names are its own.
+    const bool ownName = sd_bus_message_is_signal(message.get(), "org.freedesktop.DBus", "NameAcquired") > 0 ||
+                         sd_bus_message_is_signal(message.get(), "org.freedesktop.DBus", "NameLost") > 0;
+    signalled |= !ownName && sd_bus_message_is_signal(message.get(), nullptr, nullptr) > 0;
+  }
+}
+
 }  // namespace platform

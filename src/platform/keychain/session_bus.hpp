@@ -54,6 +54,11 @@ class SessionBus {
   /// overwritten in memory when it is released.
   BusResult<BusMessage> call(const BusMethod& method, const AppendArguments& append, const base::Deadline& deadline);
 
+  /// Readable, for poll(2), once something has arrived.
+  int descriptor() const { return sd_bus_get_fd(bus_.get()); }
+  /// Handles what has arrived without waiting. Whether a signal was among it, of those that were asked for (AddMatch).
+  BusResult<bool> takeSignals();
+
  private:
   /// Does not flush: nobody waits for the answer to a call that was not sent.
   struct CloseBus {

@@ -19,6 +19,9 @@
 
 namespace host {
 
+/// All three streams on one terminal.
+struct OnTerminal {};
+
 /// Where its standard output goes.
 enum class Onto { pipe, terminal };
 
@@ -33,6 +36,10 @@ class HostProcess {
   /// With a standard input of the test's own.
   HostProcess(std::vector<std::string> arguments, int input) {
     start(std::move(arguments), Onto::pipe, input, VAMBA_FAKE_EXTENSION);
+  }
+
+  HostProcess(std::vector<std::string> arguments, OnTerminal /*all*/, const std::string& program) {
+    start(std::move(arguments), Onto::terminal, -1, program);
   }
 
   HostProcess(const HostProcess&) = delete;
@@ -50,6 +57,10 @@ class HostProcess {
 
   /// As a status bar does that ends.
   void closeOutput() { close(std::exchange(output_, -1)); }
+
+  void type(const std::string& text) {
+    EXPECT_EQ(write(output_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
 
   void resize(unsigned short columns) {
     winsize size{.ws_row = 40, .ws_col = columns, .ws_xpixel = 0, .ws_ypixel = 0};
@@ -103,9 +114,10 @@ class HostProcess {
     arguments.insert(arguments.begin(), {VAMBA_HOST, "--extension", program});
     process_ = fork();
     if (process_ == 0) {
-      dup2(input, STDIN_FILENO);
+      dup2(input < 0 ? output[1] : input, STDIN_FILENO);
       dup2(output[1], STDOUT_FILENO);
-      dup2(open(folder_.path("errors").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
+      dup2(input < 0 ? output[1] : open(folder_.path("errors").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600),
+           STDERR_FILENO);
       close(output[0]);
       std::vector<char*> argv;
       for (auto& argument : arguments) argv.push_back(argument.data());

@@ -12,6 +12,7 @@
 #include "host/feed/feed_thread.hpp"
 #include "support/environment.hpp"
 #include "support/file_content.hpp"
+#include "support/manual_recovery.hpp"
 #include "support/manual_timekeeper.hpp"
 #include "support/temporary_folder.hpp"
 #include "support/waiting.hpp"
@@ -88,7 +89,7 @@ class FeedTest : public testing::Test {
 
   /// A feed whose time stands still.
   Feed feed(Feed::Placeholders placeholders = Feed::Placeholders::none) {
-    return Feed(settings(), told_.listener(), time_, placeholders);
+    return Feed(settings(), told_.listener(), time_, recovery_, placeholders);
   }
   /// Until it has loaded its first timeline.
   static void begin(Feed& feed) {
@@ -121,6 +122,7 @@ class FeedTest : public testing::Test {
   support::ScopedEnvironment environment_;
   support::TemporaryFolder folder_;
   support::ManualTimekeeper time_{start};
+  support::ManualRecovery recovery_;
   Told told_;
 };
 
@@ -278,6 +280,56 @@ TEST_F(FeedTest, KeepsASecondBetweenADrawingAndAMidnightRightAfterIt) {
   feed.show({"systemSmall"});
   feed.handleWakeUps();
   EXPECT_EQ(time_.redraw(), start + absl::Seconds(1));
+}
+
+TEST_F(FeedTest, AsksSoonAfterASignInWhileASentenceStandsOnTheBoard) {
+  environment_.set("FAKE_EXTENSION_SENTENCE", "Sign in.");
+  Feed feed = this->feed();
+  begin(feed);
+  EXPECT_TRUE(recovery_.watching());
+  recovery_.give({.credentials = true});
+  feed.handleWakeUps();
+  EXPECT_EQ(told_.reload(), start + absl::Seconds(1));
+  environment_.unset("FAKE_EXTENSION_SENTENCE");
+  pass(absl::Seconds(1));
+  feed.handleWakeUps();
+  EXPECT_EQ(loads(), 2);
+  EXPECT_FALSE(recovery_.watching());
+  recovery_.give({.credentials = true, .network = true});
+  feed.handleWakeUps();
+  EXPECT_EQ(told_.reload(), time_.now() + absl::Minutes(15));
+}
+
+TEST_F(FeedTest, AsksAtMostOnceAMinuteForANetworkThatIsBack) {
+  environment_.set("FAKE_EXTENSION_SENTENCE", "No connection.");
+  Feed feed = this->feed();
+  begin(feed);
+  for (int seconds = 0; seconds < 130; ++seconds) {
+    recovery_.give({.network = true});
+    feed.handleWakeUps();
+    pass(absl::Seconds(1));
+  }
+  EXPECT_EQ(loads(), 4);  // the first, then after 1 s, 61 s and 121 s
+}
+
+TEST_F(FeedTest, KeepsALoadThatIsPlannedSoonerThanASignAsksFor) {
+  environment_.set("FAKE_EXTENSION_SENTENCE", "No connection.");
+  Feed feed = this->feed();
+  begin(feed);
+  pass(absl::Minutes(15) - absl::Milliseconds(500));
+  recovery_.give({.network = true});
+  feed.handleWakeUps();
+  EXPECT_EQ(told_.reload(), start + absl::Minutes(15));
+}
+
+TEST_F(FeedTest, KeepsThePlanForASignWhenTheClockIsSet) {
+  environment_.set("FAKE_EXTENSION_SENTENCE", "No connection.");
+  Feed feed = this->feed();
+  begin(feed);
+  recovery_.give({.network = true});
+  set(start + absl::Minutes(5));
+  feed.handleWakeUps();
+  EXPECT_EQ(told_.reload(), time_.now() + absl::Seconds(1));
 }
 
 TEST_F(FeedTest, FollowsReloadDatesInThePastWithPausesThatGrow) {

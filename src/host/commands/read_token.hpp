@@ -1,0 +1,16 @@
+// The device token from a person's hands: typed without echo, or on standard input.
+#pragma once
+
+#include <expected>
+#include <string>
+
+#include "host/command_line/outcome.hpp"
+#include "host/schedule/wake_ups.hpp"
+
+namespace host {
+
+/// Without one line end at its end. A token that no HTTP header could carry (empty, or with a line end or another
+/// control character in it) is refused with status 2. Gives up when one of the signals comes.
+std::expected<std::string, CommandFailure> readToken(SignalDescriptor& signals);
+
+}  // namespace host

@@ -1,0 +1,136 @@
+#include "host/credentials/credential_store.hpp"
+
+#include "base/files/replace_file.hpp"
+#include "host/credentials/secret_item.hpp"
+#include "host/diagnostics/diagnostics.hpp"
+#include "platform/keychain/file_keychain.hpp"
+#include "platform/keychain/keychain_environment.hpp"
+
+namespace host {
+namespace {
+
+using platform::KeychainKey;
+using platform::KeychainStatus;
+
+constexpr const char* service = "pl.ferol.vamba";
+constexpr const char* accessGroup = "QX4R2M7K9A.pl.ferol.vamba";
+
+platform::KeychainQuery queryFor(std::string_view account) {
+  return {{KeychainKey::itemClass, platform::genericPasswordClass},
+          {KeychainKey::service, service},
+          {KeychainKey::account, std::string(account)},
+          {KeychainKey::accessGroup, accessGroup},
+          {KeychainKey::returnData, true},
+          {KeychainKey::matchLimit, platform::MatchLimit::one}};
+}
+
+std::unexpected<std::string> failure(KeychainStatus status) {
+  switch (status) {
+    case KeychainStatus::locked:
+      return std::unexpected<std::string>("the keyring is locked; unlock it and try again");
+    case KeychainStatus::needsPrompt:
+      return std::unexpected<std::string>("the Secret Service wants to ask first; unlock the keyring and try again");
+    case KeychainStatus::timedOut:
+      return std::unexpected<std::string>("the Secret Service does not answer");
+    case KeychainStatus::insecure:
+      return std::unexpected<std::string>(
+          "other users could reach the keychain's files; make the folders 0700 and the files 0600");
+    case KeychainStatus::unavailable:
+      return std::unexpected<std::string>(
+          "there is no Secret Service, and neither XDG_DATA_HOME nor HOME names a folder");
+    default:
+      return std::unexpected<std::string>("the keychain could not be used");
+  }
+}
+
+std::string placeOf(const std::filesystem::path& folder) { return "the folder " + folder.string(); }
+
+constexpr const char* secretServicePlace = "the Secret Service";
+
+}  // namespace
+
+std::filesystem::path itemFile(const std::filesystem::path& folder, std::string_view account) {
+  return folder / accessGroup / service / account;
+}
+
+std::expected<void, std::string> writeItemFile(const std::filesystem::path& folder, std::string_view account,
+                                               std::string_view bytes) {
+  const auto file = itemFile(folder, account);
+  constexpr base::Rights ownersAlone{.file = 0600, .folder = 0700};
+  if (auto made = base::makeFolders(file.parent_path(), ownersAlone); !made) return made;
+  // Whatever bears the name, a link included, with whatever rights.
+  std::error_code none;
+  std::filesystem::remove(file, none);
+  return base::replaceFile(file, bytes, base::Durability::lasting, ownersAlone);
+}
+
+CredentialStore::CredentialStore()
+    : refusals_([](std::string_view line) { say(Priority::warning, line); }), secretService_({}) {}
+
+std::optional<std::filesystem::path> CredentialStore::folder() {
+  if (auto alone = platform::environmentText("VAMBA_KEYCHAIN_DIR")) return *std::move(alone);
+  if (secretService_.copyMatching(queryFor(tokenAccount)).status != KeychainStatus::unavailable) return std::nullopt;
+  const auto dataFolder = platform::userDataFolder();
+  return dataFolder ? std::optional(*dataFolder / "vamba/keychain") : std::nullopt;
+}
+
+std::expected<std::optional<CredentialStore::Item>, std::string> CredentialStore::find(std::string_view account) {
+  const auto files = folder();
+  auto found = files ? platform::FileKeychain(*files, refusals_).copyMatching(queryFor(account))
+                     : secretService_.copyMatching(queryFor(account));
+  if (found.status == KeychainStatus::itemNotFound) return std::nullopt;
+  if (found.status != KeychainStatus::success || !found.data) return failure(found.status);
+  return Item{*std::move(found.data), files ? placeOf(*files) : secretServicePlace};
+}
+
+std::expected<std::string, std::string> CredentialStore::store(std::string_view account, std::string_view bytes) {
+  if (const auto files = folder()) return storeFile(*files, account, bytes);
+  const auto status = secretService_.copyMatching(queryFor(account)).status;
+  if (status != KeychainStatus::success && status != KeychainStatus::itemNotFound) return failure(status);
+  const SecretItem item{{"class", platform::genericPasswordClass},
+                        {"service", service},
+                        {"account", std::string(account)},
+                        {"access-group", accessGroup}};
+  if (const auto stored = storeSecretItem("Vamba", item, bytes); !stored) return std::unexpected(stored.error());
+  return secretServicePlace;
+}
+
+std::expected<std::string, std::string> CredentialStore::storeFile(const std::filesystem::path& folder,
+                                                                   std::string_view account, std::string_view bytes) {
+  if (const auto written = writeItemFile(folder, account, bytes); !written) {
+    return std::unexpected<std::string>("can't write " + itemFile(folder, account).string() + ": " + written.error());
+  }
+  // Folders that were there may be open to others, and what is in them would be refused when it is read.
+  const auto read = platform::FileKeychain(folder, refusals_).copyMatching(queryFor(account));
+  if (read.status != KeychainStatus::success) {
+    std::error_code none;
+    std::filesystem::remove(itemFile(folder, account), none);
+    return failure(read.status);
+  }
+  return placeOf(folder);
+}
+
+std::expected<bool, std::string> CredentialStore::remove(std::string_view account) {
+  const auto alone = platform::environmentText("VAMBA_KEYCHAIN_DIR");
+  const auto dataFolder = platform::userDataFolder();
+  const auto files = alone        ? std::optional<std::filesystem::path>(*alone)
+                     : dataFolder ? std::optional<std::filesystem::path>(*dataFolder / "vamba/keychain")
+                                  : std::nullopt;
+  bool removed = false;
+  const auto judge = [&](KeychainStatus status) {
+    removed |= status == KeychainStatus::success;
+    return status == KeychainStatus::success || status == KeychainStatus::itemNotFound ||
+           status == KeychainStatus::unavailable;
+  };
+  if (files) {
+    const auto status = platform::FileKeychain(*files, refusals_).deleteItems(queryFor(account));
+    if (!judge(status)) return failure(status);
+  }
+  if (!alone) {
+    const auto status = secretService_.deleteItems(queryFor(account));
+    if (!judge(status)) return failure(status);
+  }
+  return removed;
+}
+
+}  // namespace host

@@ -1,0 +1,60 @@
+// The device token and the service's address where the extension looks for them: in the Secret Service, else in private
+// files. The extension reads and deletes them; storing is a person's own act, and so the host's.
+#pragma once
+
+#include <expected>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/text/secret_text.hpp"
+#include "platform/keychain/keychain.hpp"
+#include "platform/keychain/refusals.hpp"
+#include "platform/keychain/secret_service_keychain.hpp"
+
+namespace host {
+
+/// The accounts of the items.
+inline constexpr const char* tokenAccount = "token-urzadzenia";
+inline constexpr const char* addressAccount = "adres-api";
+
+/// An account's file below a folder of keychain items.
+std::filesystem::path itemFile(const std::filesystem::path& folder, std::string_view account);
+
+/// Writes an item's bytes as a file that only its owner can read, below folders that only their owner can enter. The
+/// error is the system's reason.
+std::expected<void, std::string> writeItemFile(const std::filesystem::path& folder, std::string_view account,
+                                               std::string_view bytes);
+
+/// Errors are sentences for a person, without a full stop.
+class CredentialStore {
+ public:
+  struct Item {
+    base::SecretText bytes;
+    std::string place;  ///< "the Secret Service", or "the folder PATH"
+  };
+
+  CredentialStore();
+
+  std::expected<std::optional<Item>, std::string> find(std::string_view account);
+
+  /// Replaces the item. Gives the place where it is now.
+  std::expected<std::string, std::string> store(std::string_view account, std::string_view bytes);
+
+  /// Removes it from wherever it is. False: there was none.
+  std::expected<bool, std::string> remove(std::string_view account);
+
+  /// The folder of files that is used instead of the Secret Service; none: the Secret Service.
+  std::optional<std::filesystem::path> folder();
+
+ private:
+  std::expected<std::string, std::string> storeFile(const std::filesystem::path& folder, std::string_view account,
+                                                    std::string_view bytes);
+
+  platform::Refusals refusals_;
+  platform::SecretServiceKeychain secretService_;
+};
+
+}  // namespace host

@@ -1,0 +1,19 @@
+// Storing an item in the session's Secret Service (org.freedesktop.secrets).
+#pragma once
+
+#include <expected>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+/// An item's attributes.
+using SecretItem = std::map<std::string, std::string>;
+
+/// Creates the item in the default collection, or replaces the one with the same attributes. Asks the person nothing:
+/// a service that wants to is an error, a sentence for a person.
+std::expected<void, std::string> storeSecretItem(const std::string& label, const SecretItem& item,
+                                                 std::string_view bytes);
+
+}  // namespace host
