@@ -7,7 +7,7 @@ host=$2
 warnings=$(groff -man -Tutf8 -ww -z "$page" 2>&1)
 [ -z "$warnings" ] || { printf '%s\n' "$warnings" >&2; exit 1; }
 
-faults=$(mandoc -T lint -W style "$page" 2>&1 || true)
+faults=$(mandoc -T lint -W style "${page%/*}"/*.[17] 2>&1 || true)
 [ -z "$faults" ] || { printf '%s\n' "$faults" >&2; exit 1; }
 
 options_in() { grep -oE -- '--[a-z]+[a-z-]*' | sort -u; }
