@@ -11,9 +11,9 @@
 namespace host {
 namespace {
 
-std::variant<CommandLine, Exit> parse(std::initializer_list<const char*> arguments) {
+std::variant<CommandLine, Exit> parse(const std::vector<const char*>& arguments) {
   std::vector<const char*> argv{"vamba-host"};
-  argv.insert(argv.end(), arguments);
+  argv.insert(argv.end(), arguments.begin(), arguments.end());
   return parseCommandLine(static_cast<int>(argv.size()), argv.data());
 }
 
@@ -109,7 +109,7 @@ TEST(CommandLineTest, TakesOneActionOfAutostart) {
 }
 
 TEST(CommandLineTest, NamesTheProgramTheNearestRightWordAndTheHelp) {
-  const std::pair<std::initializer_list<const char*>, const char*> cases[] = {
+  const std::pair<std::vector<const char*>, const char*> cases[] = {
       {{"shwo"},
        "vamba-host: there is no command \"shwo\"; did you mean \"show\"?\nRun \"vamba-host --help\" for help.\n"},
       {{"frobnicate"}, "vamba-host: there is no command \"frobnicate\"\nRun \"vamba-host --help\" for help.\n"},
