@@ -154,7 +154,7 @@ TEST(CommandLineTest, CompletesCommandsOptionsAndTheirValues) {
     }
     return all;
   };
-  EXPECT_EQ(words({"--complete", "s"}), "snapshot show ");
+  EXPECT_EQ(words({"--complete", "s"}), "snapshot show sign-in sign-out ");
   EXPECT_EQ(words({"--complete", "show", "--f"}), "--family --format ");
   EXPECT_EQ(words({"--complete", "show", "--family", ""}), "small medium large ");
   EXPECT_EQ(words({"--complete", "show", "--family=l"}), "--family=large ");
