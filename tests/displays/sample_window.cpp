@@ -1,7 +1,8 @@
 // A window of 300 x 200 in one colour that writes what happens to it, a line each, to its standard output: "shown",
 // "press BUTTON X Y", "release BUTTON X Y", "key NAME", "monitors COUNT" when one has come or gone. F2 renames it for
-// those who cannot see it, F3 ends it. Arguments: a title, a colour as #rrggbb, and "below" to be kept below others or
-// "panel" to be a panel along the right edge of a Wayland output.
+// those who cannot see it, F3 ends it. Arguments: a title, a colour as #rrggbb, and "below" to be kept below others,
+// "panel" to be a panel along the right edge of a Wayland output, "icons" to be a file manager's desktop of 1280 x 800,
+// or "maximized".
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -73,8 +74,13 @@ int main(int argc, char** argv) {
   gdk_rgba_parse(&colour, argc > 2 ? argv[2] : "#336699");
   if (argc > 3 && std::strcmp(argv[3], "below") == 0) gtk_window_set_keep_below(GTK_WINDOW(window), TRUE);
   if (argc > 3 && std::strcmp(argv[3], "panel") == 0) makePanel(GTK_WINDOW(window));
+  if (argc > 3 && std::strcmp(argv[3], "maximized") == 0) gtk_window_maximize(GTK_WINDOW(window));
   gtk_window_set_decorated(GTK_WINDOW(window), FALSE);
   gtk_window_set_default_size(GTK_WINDOW(window), 300, 200);
+  if (argc > 3 && std::strcmp(argv[3], "icons") == 0) {
+    gtk_window_set_type_hint(GTK_WINDOW(window), GDK_WINDOW_TYPE_HINT_DESKTOP);
+    gtk_window_set_default_size(GTK_WINDOW(window), 1280, 800);
+  }
   auto* const accessible = gtk_widget_get_accessible(window);
   atk_object_set_name(accessible, "A sample");
   atk_object_set_description(accessible, "Nothing to read.");

@@ -57,7 +57,7 @@ void Desktop::monitorsSettleSoon() {
 }
 
 void Desktop::monitorsChanged() {
-  monitors_ = displayedMonitors(parts_.style.way);
+  monitors_ = displayedMonitors(parts_.way);
   std::vector<Monitor> values;
   for (const auto& [monitor, handle] : monitors_) {
     const auto& [identity, area, primary] = monitor;
@@ -83,7 +83,7 @@ void Desktop::arrangeWindows() {
       if (window) window->hide();
       continue;
     }
-    if (!window) window = std::make_unique<BoardWindow>(placed.id, parts_.style, *this, texts_);
+    if (!window) window = std::make_unique<BoardWindow>(placed.id, parts_.way, *this, texts_);
     showPicture(placed);
     const Rect& area = places_.monitorOf(*where).area;
     window->place({.monitor = monitors_[where->monitor].handle,

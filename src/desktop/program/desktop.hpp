@@ -25,7 +25,7 @@ class Desktop final : public BoardCommands {
   struct Parts {
     MainLoop& loop;
     const Journal& journal;
-    SurfaceStyle style;
+    DisplayWay way;
     LoadedPlacements placements;
     PlacementSaver* saver = nullptr;  ///< null where the environment names no folder to keep placements in
   };

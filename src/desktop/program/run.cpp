@@ -97,10 +97,9 @@ host::CommandResult run(const host::CommandLine& line) {
   if (store) saver.emplace(*std::move(store), [&journal](const std::string& why) { journal.say(why); });
 
   MainLoop loop;
-  const auto stacking = line.partOfDesktop ? Stacking::desktop : Stacking::below;
   Desktop desktop({.loop = loop,
                    .journal = journal,
-                   .style = {way, stacking},
+                   .way = way,
                    .placements = std::move(loaded),
                    .saver = saver ? &*saver : nullptr},
                   {.program = host::extensionProgram(line)});

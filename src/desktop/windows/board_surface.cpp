@@ -17,10 +17,10 @@ namespace {
 
 GtkWindow* asWindow(GtkWidget* widget) { return GTK_WINDOW(widget); }
 
-/// What window managers are told of the surface.
-void describeToManager(GtkWindow* window, Stacking stacking) {
-  gtk_window_set_type_hint(window,
-                           stacking == Stacking::desktop ? GDK_WINDOW_TYPE_HINT_DESKTOP : GDK_WINDOW_TYPE_HINT_NORMAL);
+/// What window managers are told of the surface. They keep docks when the desktop is shown, above the icons of a file
+/// manager; one that asks to be kept below lies below all other windows.
+void describeToManager(GtkWindow* window) {
+  gtk_window_set_type_hint(window, GDK_WINDOW_TYPE_HINT_DOCK);
   gtk_window_set_decorated(window, FALSE);
   gtk_window_set_resizable(window, FALSE);
   gtk_window_set_skip_taskbar_hint(window, TRUE);
@@ -67,16 +67,16 @@ void commit(GtkWidget* window) {
 
 }  // namespace
 
-BoardSurface::BoardSurface(SurfaceStyle style, Role role)
-    : style_(style), role_(role), window_(gtk_window_new(GTK_WINDOW_TOPLEVEL)) {
+BoardSurface::BoardSurface(DisplayWay way, Role role)
+    : way_(way), role_(role), window_(gtk_window_new(GTK_WINDOW_TOPLEVEL)) {
   gtk_widget_set_app_paintable(window_, TRUE);
   if (GdkVisual* const visual = gdk_screen_get_rgba_visual(gtk_widget_get_screen(window_)); visual != nullptr) {
     gtk_widget_set_visual(window_, visual);
   }
-  describeToManager(asWindow(window_), style.stacking);
+  describeToManager(asWindow(window_));
   // Windows begin with a visible focus; a board shows it once a key was struck in it.
   gtk_window_set_focus_visible(asWindow(window_), FALSE);
-  if (style.way == DisplayWay::layerShell) makeLayer(asWindow(window_), role);
+  if (way == DisplayWay::layerShell) makeLayer(asWindow(window_), role);
   if (role == Role::image) gtk_window_set_accept_focus(asWindow(window_), FALSE);
   connect<&BoardSurface::draw>(window_, "draw", this);
   connect<&BoardSurface::shown>(window_, "map-event", this);
@@ -97,7 +97,7 @@ void BoardSurface::show(std::shared_ptr<BoardPicture> picture) {
 void BoardSurface::place(const SurfacePlace& place) {
   const bool resized = place.size != place_.size;
   if (resized) gtk_widget_set_size_request(window_, place.size.width, place.size.height);
-  if (style_.way == DisplayWay::layerShell) {
+  if (way_ == DisplayWay::layerShell) {
     if (place.monitor != monitor_.get()) {
       gtk_layer_set_monitor(asWindow(window_), place.monitor);
       g_object_ref(place.monitor);
@@ -118,10 +118,12 @@ void BoardSurface::place(const SurfacePlace& place) {
 void BoardSurface::askToBeShown() {
   GdkWindow* const mapped = gtk_widget_get_window(window_);
   // The toolkit asks the server each time, whatever it believes.
-  if (style_.way == DisplayWay::x11 && mapped != nullptr && !mapped_) gdk_window_show_unraised(mapped);
+  if (way_ == DisplayWay::x11 && mapped != nullptr && !mapped_) gdk_window_show_unraised(mapped);
 }
 
 void BoardSurface::hide() { gtk_widget_hide(window_); }
+
+void BoardSurface::activate(guint32 time) { gtk_window_present_with_time(asWindow(window_), time); }
 
 void BoardSurface::fade(double opacity) {
   if (std::exchange(opacity_, opacity) != opacity) repaint();
@@ -186,7 +188,7 @@ void BoardSurface::shape() {
     gtk_widget_input_shape_combine_region(window_, nowhere);
     cairo_region_destroy(nowhere);
   }
-  if (!picture_ || style_.way != DisplayWay::x11) return;
+  if (!picture_ || way_ != DisplayWay::x11) return;
   if (composed()) {
     gtk_widget_shape_combine_region(window_, nullptr);
     return;

@@ -13,15 +13,6 @@
 
 namespace desktop {
 
-/// On X11: below other windows, hidden by some window managers' "show desktop"; or a part of the desktop itself, which
-/// stays then but may be covered by a file manager's icons.
-enum class Stacking { below, desktop };
-
-struct SurfaceStyle {
-  DisplayWay way = DisplayWay::x11;
-  Stacking stacking = Stacking::below;
-};
-
 /// Where a surface goes: in the display's coordinates, and relative to its monitor, which layers ask for.
 struct SurfacePlace {
   GdkMonitor* monitor = nullptr;
@@ -36,7 +27,7 @@ class BoardSurface {
   /// An image follows a board that is dragged: above everything, and nothing can be done with it.
   enum class Role { board, image };
 
-  BoardSurface(SurfaceStyle style, Role role);
+  BoardSurface(DisplayWay way, Role role);
   ~BoardSurface();
   BoardSurface(const BoardSurface&) = delete;
   BoardSurface& operator=(const BoardSurface&) = delete;
@@ -50,6 +41,8 @@ class BoardSurface {
   /// Asks an X11 window manager once more for a board that it has not shown yet: one that is starting may answer
   /// nothing until the next request.
   void askToBeShown();
+  /// Gives it the keyboard, at a person's press at that time of the display.
+  void activate(guint32 time);
   /// How opaque the board is painted.
   void fade(double opacity);
 
@@ -64,7 +57,7 @@ class BoardSurface {
   gboolean shown(GdkEvent* event);
   gboolean closeAsked(GdkEvent* event);
 
-  SurfaceStyle style_;
+  DisplayWay way_;
   Role role_;
   GtkWidget* window_;
   std::shared_ptr<BoardPicture> picture_;  // shared with the copies of the same size

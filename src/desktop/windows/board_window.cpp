@@ -33,8 +33,8 @@ std::optional<Direction> directionOf(guint key) {
 
 }  // namespace
 
-BoardWindow::BoardWindow(int id, SurfaceStyle style, BoardCommands& commands, const Texts& texts)
-    : id_(id), style_(style), commands_(commands), texts_(texts), surface_(style, BoardSurface::Role::board) {
+BoardWindow::BoardWindow(int id, DisplayWay way, BoardCommands& commands, const Texts& texts)
+    : id_(id), way_(way), commands_(commands), texts_(texts), surface_(way, BoardSurface::Role::board) {
   GtkWidget* const window = surface_.widget();
   gtk_widget_add_events(window, GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK | GDK_BUTTON1_MOTION_MASK);
   connect<&BoardWindow::pressed>(window, "button-press-event", this);
@@ -61,16 +61,16 @@ void BoardWindow::place(const SurfacePlace& place) {
   surface_.place(place);
 }
 
-void BoardWindow::focus() { gtk_window_present(GTK_WINDOW(surface_.widget())); }
-
 /// Layers know their own coordinates only, and those mean something as long as the layer stays where it was pressed.
 Point BoardWindow::pointerAt(double x, double y, double rootX, double rootY) const {
-  if (style_.way != DisplayWay::layerShell)
+  if (way_ != DisplayWay::layerShell)
     return {static_cast<int>(std::lround(rootX)), static_cast<int>(std::lround(rootY))};
   return {place_.origin.x + static_cast<int>(std::lround(x)), place_.origin.y + static_cast<int>(std::lround(y))};
 }
 
 gboolean BoardWindow::pressed(GdkEventButton* event) {
+  // Window managers give docks no keyboard by themselves.
+  if (way_ == DisplayWay::x11) surface_.activate(event->time);
   if (gdk_event_triggers_context_menu(reinterpret_cast<GdkEvent*>(event)) != FALSE) {
     popUpBoardMenu(surface_.widget(), {id_, picture_->family()}, commands_, texts_, reinterpret_cast<GdkEvent*>(event));
     return TRUE;
@@ -98,9 +98,9 @@ void BoardWindow::dragTo(Point origin) {
   place.onMonitor.x += dropped_.x - place_.origin.x;
   place.onMonitor.y += dropped_.y - place_.origin.y;
   place.origin = dropped_;
-  if (style_.way != DisplayWay::layerShell) return surface_.place(place);
+  if (way_ != DisplayWay::layerShell) return surface_.place(place);
   if (!image_) {
-    image_ = std::make_unique<BoardSurface>(style_, BoardSurface::Role::image);
+    image_ = std::make_unique<BoardSurface>(way_, BoardSurface::Role::image);
     image_->show(picture_);
     surface_.fade(draggedOpacity);
   }

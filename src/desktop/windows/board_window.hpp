@@ -17,7 +17,7 @@ namespace desktop {
 
 class BoardWindow {
  public:
-  BoardWindow(int id, SurfaceStyle style, BoardCommands& commands, const Texts& texts);
+  BoardWindow(int id, DisplayWay way, BoardCommands& commands, const Texts& texts);
   ~BoardWindow();
   BoardWindow(const BoardWindow&) = delete;
   BoardWindow& operator=(const BoardWindow&) = delete;
@@ -26,8 +26,6 @@ class BoardWindow {
   void place(const SurfacePlace& place);
   void hide() { surface_.hide(); }
   void askToBeShown() { surface_.askToBeShown(); }
-  /// Gives it the keyboard.
-  void focus();
 
  private:
   /// A drag in the display's coordinates.
@@ -47,7 +45,7 @@ class BoardWindow {
   Point pointerAt(double x, double y, double rootX, double rootY) const;
 
   int id_;
-  SurfaceStyle style_;
+  DisplayWay way_;
   BoardCommands& commands_;
   const Texts& texts_;
   BoardSurface surface_;

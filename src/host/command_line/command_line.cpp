@@ -181,8 +181,6 @@ class Parser {
   void addDesktop() {
     auto& desktop = add("desktop", Command::desktop, "Show the widgets on the desktop, until you quit.");
     desktop.add_flag("--verbose", line_.verbose, "say on standard error how and when windows are shown");
-    desktop.add_flag("--part-of-desktop", line_.partOfDesktop,
-                     "on X11: stay when the desktop is shown, though a file manager's icons may cover the widgets");
     auto& autostart = add("autostart", Command::autostart, "Start the widgets at login.");
     addChoice(autostart, "action", line_.autostart, autostartActions, "turn on, turn off, or show the status");
     autostart.get_option("action")->required();

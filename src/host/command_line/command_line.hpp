@@ -24,8 +24,7 @@ struct CommandLine {
   std::optional<std::filesystem::path> output;
   double scale = 1;
   Appearance appearance = Appearance::light;
-  bool verbose = false;        ///< say on standard error what is done
-  bool partOfDesktop = false;  ///< on X11 windows that are a part of the desktop instead of lying below others
+  bool verbose = false;  ///< say on standard error what is done
   AutostartAction autostart = AutostartAction::status;
   std::optional<std::string> address;  ///< of the service, for `sign-in`
   bool signInStatus = false;

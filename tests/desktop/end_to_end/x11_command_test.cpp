@@ -43,13 +43,5 @@ TEST_F(CommandOnX11, DesktopThatIsAskedForWithoutADisplayFailsAndSaysWhy) {
   EXPECT_THAT(gone.said(), HasSubstr("the display can't be opened"));
 }
 
-TEST_F(CommandOnX11, PartOfTheDesktopIsAWindowOfThatKind) {
-  settings_.arguments.push_back("--part-of-desktop");
-  start();
-  EXPECT_TRUE(eventually([this] { return !windows().empty(); }));
-  EXPECT_THAT(desktop().windows().atoms(windows().at(0), "_NET_WM_WINDOW_TYPE"),
-              testing::Contains("_NET_WM_WINDOW_TYPE_DESKTOP"));
-}
-
 }  // namespace
 }  // namespace end_to_end

@@ -56,7 +56,7 @@ TEST_F(PlacementOnX11, DamagedFileIsKeptAsideAndSaidOnce) {
 }
 
 TEST_F(PlacementOnX11, WindowManagerThatSitsOnARequestIsAskedAgain) {
-  startDesktop({.windowManager = false});
+  startDesktop({.windowManager = Desktop::WindowManager::none});
   support::HesitantManager manager(display().at("DISPLAY"));
   place(display(), {placed(1, "systemMedium", "screen", "topLeft", 200, 300),
                     placed(2, "systemSmall", "screen", "topLeft", 820, 40)});

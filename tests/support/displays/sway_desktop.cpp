@@ -68,7 +68,7 @@ SwayDesktop::SwayDesktop(const Settings& settings) : bus_(settings.services) {
   const std::string prefix = unpluggable ? "X11-" : "HEADLESS-";
   const auto count = std::to_string(settings.outputs);
   if (unpluggable) {
-    host_.emplace(XDesktop::Settings{.windowManager = false});
+    host_.emplace(XDesktop::Settings{.windowManager = XDesktop::WindowManager::none});
     // sway's library uses the names that it finds, and its windows close only by these.
     for (const char* name : {"WM_PROTOCOLS", "WM_DELETE_WINDOW", "_NET_WM_NAME", "UTF8_STRING"}) {
       host_->windows().atom(name);

@@ -137,6 +137,18 @@ void XConnection::close(XWindow window) const {
   xcb_flush(raw());
 }
 
+void XConnection::showDesktop(bool shown) const {
+  xcb_client_message_event_t message{};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = root_;
+  message.type = atom("_NET_SHOWING_DESKTOP");
+  message.data.data32[0] = shown ? 1 : 0;
+  constexpr std::uint32_t toManager = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+  xcb_send_event(raw(), 0, root_, toManager, reinterpret_cast<const char*>(&message));
+  xcb_flush(raw());
+}
+
 std::optional<ScreenArea> XConnection::areaOf(XWindow window) const {
   const auto size = answer(raw(), xcb_get_geometry(raw(), window), xcb_get_geometry_reply);
   if (!size) return std::nullopt;

@@ -38,6 +38,9 @@ class XConnection {
   /// Asks the client to close its window, as a window manager's close button does.
   void close(XWindow window) const;
 
+  /// Asks the window manager to show the desktop, or the windows again.
+  void showDesktop(bool shown) const;
+
   bool isShown(XWindow window) const;
   /// On the root window, without the frame.
   std::optional<ScreenArea> areaOf(XWindow window) const;

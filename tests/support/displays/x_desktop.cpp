@@ -38,6 +38,20 @@ class Probe {
   XWindow window_;
 };
 
+/// None of them composes windows: picom does, where a test asks for it.
+std::vector<std::string> commandOf(XDesktop::WindowManager manager) {
+  switch (manager) {
+    case XDesktop::WindowManager::metacity:
+      return {"metacity", "--sm-disable", "--compositor=none"};
+    case XDesktop::WindowManager::marco:
+      return {"marco", "--sm-disable", "--no-composite"};
+    case XDesktop::WindowManager::xfwm4:
+      return {"xfwm4", "--compositor=off"};
+    default:
+      return {"openbox", "--sm-disable"};
+  }
+}
+
 }  // namespace
 
 XDesktop::XDesktop() : XDesktop(Settings{}) {}
@@ -52,12 +66,13 @@ XDesktop::XDesktop(const Settings& settings) : bus_(settings.services) {
   windows_.emplace(display_);
   input_.emplace(*windows_);
   monitors_.emplace(*windows_, display_, bus_.path("display.log"));
-  if (settings.windowManager) {
-    windowManager_.emplace(start({"openbox", "--sm-disable"}, "openbox"));
+  if (settings.windowManager != WindowManager::none) {
+    const auto command = commandOf(settings.windowManager);
+    windowManager_.emplace(start(command, command[0]));
     waitUntil(
-        "openbox manages windows", [this] { return windows_->hasWindowManager() || windowManager_->hasEnded(); },
+        command[0] + " manages windows", [this] { return windows_->hasWindowManager() || windowManager_->hasEnded(); },
         [this] { return log(); });
-    if (windowManager_->hasEnded()) throw std::runtime_error("openbox ended:\n" + log());
+    if (windowManager_->hasEnded()) throw std::runtime_error(command[0] + " ended:\n" + log());
     awaitWindowManager();
   }
   if (settings.compositing) startCompositing();
@@ -88,9 +103,9 @@ std::vector<std::string> XDesktop::serverCommand(const Settings& settings) const
 void XDesktop::awaitWindowManager() const {
   {
     const Probe probe(*windows_);
-    waitUntil("openbox shows a window", [&] { return probe.comesUp(); }, [this] { return log(); });
+    waitUntil("the window manager shows a window", [&] { return probe.comesUp(); }, [this] { return log(); });
   }
-  waitUntil("openbox shows none", [this] { return windows_->stacking().empty(); }, [this] { return log(); });
+  waitUntil("the window manager shows none", [this] { return windows_->stacking().empty(); }, [this] { return log(); });
 }
 
 void XDesktop::startCompositing() {

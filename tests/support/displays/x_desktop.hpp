@@ -1,6 +1,7 @@
 // A desktop of a test's own on a real X server: Xvfb, or Xorg with its dummy driver where monitors are to come and go,
-// with openbox as its window manager and, where asked for, picom, which composes windows that are partly clear. Needs
-// the packages xvfb or xserver-xorg-core and xserver-xorg-video-dummy, openbox, and picom. All ends with the object.
+// with openbox or another window manager and, where asked for, picom, which composes windows that are partly clear.
+// Needs the packages xvfb or xserver-xorg-core and xserver-xorg-video-dummy, the window manager's, and picom. All ends
+// with the object.
 #pragma once
 
 #include <optional>
@@ -21,11 +22,12 @@ class XDesktop {
     fixed,       // one, "screen"
     unpluggable  // "DUMMY0", and more by XMonitors
   };
+  enum class WindowManager { none, openbox, metacity, marco, xfwm4 };
   struct Settings {
     int width = 1280;
     int height = 800;
     MonitorKind monitors = MonitorKind::fixed;
-    bool windowManager = true;
+    WindowManager windowManager = WindowManager::openbox;
     bool compositing = false;
     std::map<std::string, std::string> services = {};  // see SessionBus
   };
