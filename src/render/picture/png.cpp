@@ -1,5 +1,6 @@
 #include "render/picture/paint.hpp"
 #include "render/picture/picture.hpp"
+#include "render/picture/png_file.hpp"
 #include "render/picture/surface.hpp"
 
 namespace render {
@@ -13,12 +14,15 @@ Picture drawPng(const protocol::Node& tree, const PictureOptions& options) {
   const OwnedCairo cairo(cairo_create(surface.get()));
   paint(cairo.get(), *drawing,
         {options.form, options.scale, options.appearance, options.redaction, LetterPaint::outlines, options.accent});
-  std::string file;
-  if (cairo_status(cairo.get()) != CAIRO_STATUS_SUCCESS ||
-      cairo_surface_write_to_png_stream(surface.get(), appendToFile, &file) != CAIRO_STATUS_SUCCESS) {
-    return std::unexpected(PictureError::notEncoded);
-  }
-  return file;
+  cairo_surface_flush(surface.get());
+  if (cairo_status(cairo.get()) != CAIRO_STATUS_SUCCESS) return std::unexpected(PictureError::notEncoded);
+
+  auto file = pngFile({cairo_image_surface_get_data(surface.get()), static_cast<std::uint32_t>(device.width),
+                       static_cast<std::uint32_t>(device.height),
+                       static_cast<std::size_t>(cairo_image_surface_get_stride(surface.get()))},
+                      options.scale);
+  if (!file) return std::unexpected(PictureError::notEncoded);
+  return std::move(*file);
 }
 
 }  // namespace render
