@@ -54,7 +54,9 @@ TEST(DiagnosticsRelay, DropsWhatPassesItsBound) {
     EXPECT_TRUE(relay.pump(from.ends[0]));
     passed += to.take();
   }
-  EXPECT_EQ(passed, std::string(DiagnosticsRelay::most, 'e') + "\n");
+  std::string bounded(DiagnosticsRelay::most, 'e');
+  bounded += '\n';
+  EXPECT_EQ(passed, bounded);
 }
 
 TEST(DiagnosticsRelay, NeverWaitsForAReader) {

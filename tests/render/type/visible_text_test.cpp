@@ -41,7 +41,9 @@ TEST(VisibleText, LineEndsPartLinesWhereThereMayBeSeveral) {
 
 TEST(VisibleText, IsCutBeyondWhatAnyBoardHolds) {
   const std::string megabytes(5'000'000, 'x');
-  EXPECT_EQ(visibleText(megabytes, 1), std::string(600, 'x') + "\u2026");
+  std::string cut(600, 'x');
+  cut += "\u2026";
+  EXPECT_EQ(visibleText(megabytes, 1), cut);
   EXPECT_LE(visibleText(megabytes, std::numeric_limits<int>::max()).size(), 16400U);
 }
 
