@@ -117,6 +117,11 @@ json placements(const SessionBus::Environment& display) {
   return text.empty() ? json(nullptr) : json::parse(text);
 }
 
+json placedWidget(const SessionBus::Environment& display, std::size_t index) {
+  const auto all = placements(display);
+  return all.is_null() || all["widgets"].size() <= index ? json(nullptr) : all["widgets"].at(index);
+}
+
 json placed(int id, const std::string& family, const std::string& connector, const std::string& corner, int x, int y) {
   return {{"id", id},
           {"kind", "fake"},

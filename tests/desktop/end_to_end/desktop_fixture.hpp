@@ -77,6 +77,9 @@ support::SessionBus::Environment hostEnvironment(support::SessionBus::Environmen
 /// Where hosts of that display keep their widgets' places, and what is kept: null where there is no file.
 std::filesystem::path placementsFile(const support::SessionBus::Environment& display);
 nlohmann::json placements(const support::SessionBus::Environment& display);
+
+/// The placement of one widget; null while no file holds that many. A change is saved half a second after it was made.
+nlohmann::json placedWidget(const support::SessionBus::Environment& display, std::size_t index);
 /// Places one widget of a size, as its owner left it.
 nlohmann::json placed(int id, const std::string& family, const std::string& connector, const std::string& corner, int x,
                       int y);

@@ -72,7 +72,7 @@ TEST_F(WithoutLayers, DraggedBoardSnapsToTheGridAndIsKeptThere) {
   desktop_.input().drag(from, {from.x - 302, from.y + 197});
   const ScreenArea there{480, 220, mediumWidth, mediumHeight};
   EXPECT_TRUE(eventually([&] { return desktop_.windows().areaOf(board) == there; })) << host.said();
-  EXPECT_TRUE(eventually([&] { return placements(display())["widgets"].at(0)["x"] == 320; }));
+  EXPECT_TRUE(eventually([&] { return placedWidget(display(), 0)["x"] == 320; }));
 }
 
 TEST_F(WithoutLayers, BoardIsAPlainWindowWhereThereIsNoXServerEither) {

@@ -39,10 +39,7 @@ testing::AssertionResult OnSway::comesToShow(const Bitmap& expected, const std::
   return support::showsTheSame(shown, expected, "wayland-" + name, tolerance) << "\n" << host().said();
 }
 
-json OnSway::kept(std::size_t widget) {
-  const auto all = placements(display());
-  return all.is_null() || all["widgets"].size() <= widget ? json(nullptr) : all["widgets"].at(widget);
-}
+json OnSway::kept(std::size_t widget) { return placedWidget(display(), widget); }
 
 testing::AssertionResult OnSway::comesToBeKept(const std::vector<json>& widgets) {
   const auto now = [this] {

@@ -62,7 +62,7 @@ TEST_F(InputOnX11, DraggedWidgetSnapsToTheGridAndStaysThereAfterARestart) {
   desktop().input().drag(from, {from.x + 97, from.y + 104});
   EXPECT_TRUE(boardsAre({movedBy(medium, 100, 100), small}));
   EXPECT_TRUE(eventually([&] {
-    return placements(display())["widgets"].at(0) == placed(1, "systemMedium", "screen", "bottomLeft", 300, 80);
+    return placedWidget(display(), 0) == placed(1, "systemMedium", "screen", "bottomLeft", 300, 80);
   })) << placements(display());
   start();
   EXPECT_TRUE(boardsAre({movedBy(medium, 100, 100), small}));
@@ -118,7 +118,7 @@ TEST_F(InputOnX11, ArrowKeysMoveByAStepAndDigitsChangeTheSize) {
   press('2');
   ASSERT_TRUE(
       eventually([this] { return areas().at(0).height == mediumHeight && areas().at(0).width == mediumWidth; }));
-  EXPECT_TRUE(eventually([this] { return placements(display())["widgets"].at(0)["family"] == "systemMedium"; }));
+  EXPECT_TRUE(eventually([this] { return placedWidget(display(), 0)["family"] == "systemMedium"; }));
 }
 
 TEST_F(InputOnX11, DeleteRemovesAndOpensTheGalleryWhenNoneIsLeft) {
@@ -160,7 +160,7 @@ TEST_F(InputOnX11, GalleryOpensByKeyAddsByEnterAndClosesByEscape) {
   press(keys::enter);
   EXPECT_TRUE(eventually([this] { return areas().size() == 3; }));
   EXPECT_TRUE(eventually([this] { return placedCount() == 3; }));
-  const auto added = placements(display())["widgets"].at(2);
+  const auto added = placedWidget(display(), 2);
   EXPECT_EQ(added["family"], "systemMedium");
   EXPECT_EQ(added["kind"], "fake");
   press(keys::escape);
@@ -180,7 +180,7 @@ TEST_F(InputOnX11, TabGoesThroughTheGalleryAsItIsRead) {
     press(keys::tab, steps[i].first);
     press(keys::enter);
     ASSERT_TRUE(eventually([&] { return placedCount() == 3 + i; })) << host().said();
-    EXPECT_EQ(placements(display())["widgets"].at(2 + i)["family"], steps[i].second) << i;
+    EXPECT_EQ(placedWidget(display(), 2 + i)["family"], steps[i].second) << i;
     awaitGallery();
   }
 }

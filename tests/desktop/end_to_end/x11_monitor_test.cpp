@@ -18,7 +18,7 @@ TEST_F(MonitorsOnX11, FirstWidgetIsPlacedOnThePrimaryMonitor) {
   start();
   EXPECT_TRUE(boardsAre({firstPlace(1200)}));
   ASSERT_TRUE(eventually([this] { return !placements(display()).is_null(); }));
-  EXPECT_EQ(placements(display())["widgets"].at(0), placed(1, "systemMedium", "DUMMY0", "topRight", gap, gap));
+  EXPECT_EQ(placedWidget(display(), 0), placed(1, "systemMedium", "DUMMY0", "topRight", gap, gap));
 }
 
 TEST_F(MonitorsOnX11, WidgetsOfAnUnpluggedMonitorMoveToAnotherAndComeBackExactly) {
@@ -55,7 +55,7 @@ TEST_F(MonitorsOnX11, WidgetIsDraggedFromOneMonitorToAnother) {
   const ScreenArea there{1400, 20, mediumWidth, mediumHeight};
   EXPECT_TRUE(boardsAre({there}));
   EXPECT_TRUE(eventually([this] {
-    return placements(display())["widgets"].at(0) == placed(1, "systemMedium", "DUMMY1", "topLeft", 200, 20);
+    return placedWidget(display(), 0) == placed(1, "systemMedium", "DUMMY1", "topLeft", 200, 20);
   })) << placements(display());
 }
 

@@ -18,7 +18,7 @@ TEST_F(PlacementOnX11, FirstStartPlacesAMediumWidgetTopRightAndKeepsItsPlace) {
   start();
   EXPECT_TRUE(boardsAre({firstPlace()}));
   ASSERT_TRUE(eventually([this] { return !placements(display()).is_null(); })) << host().said();
-  const auto widget = placements(display())["widgets"].at(0);
+  const auto widget = placedWidget(display(), 0);
   EXPECT_EQ(widget, placed(1, "systemMedium", "screen", "topRight", gap, gap));
   EXPECT_EQ(host().end(), 0);
 }
