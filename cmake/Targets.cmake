@@ -4,7 +4,7 @@
 # that use the same private names, so their files are always compiled one by one. A "redefinition" that only the
 # sanitizers' builds report means that a target belongs here.
 set(vamba_targets_with_private_names_in_common
-  desktop_appearance desktop_appearance_test desktop_placement_test displays_test host_autostart_test render_layout
+  desktop_appearance desktop_appearance_test desktop_placement_test displays_test host_autostart_test model_test render_layout
   render_terminal)
 function(vamba_decide_unity name)
   if(name IN_LIST vamba_targets_with_private_names_in_common)

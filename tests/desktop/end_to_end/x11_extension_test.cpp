@@ -73,7 +73,8 @@ TEST_P(FailingExtensionOnX11, LastBoardStaysAndTheExtensionIsStartedAgain) {
 
 INSTANTIATE_TEST_SUITE_P(Ways, FailingExtensionOnX11,
                          testing::Values(Failing{"exit 3", "ended with status 3"}, Failing{"crash", "signal 11"},
-                                         Failing{"die mid-line", "not an answer"}, Failing{"garbage", "not an answer"}));
+                                         Failing{"die mid-line", "not an answer"},
+                                         Failing{"garbage", "not an answer"}));
 
 TEST_F(ExtensionOnX11, HungExtensionThatIsKilledIsToldOfAndStartedAgain) {
   startThenFail("hang");
