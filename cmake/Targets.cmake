@@ -4,8 +4,8 @@
 # that use the same private names, so their files are always compiled one by one. A "redefinition" that only the
 # sanitizers' builds report means that a target belongs here.
 set(vamba_targets_with_private_names_in_common
-  desktop_appearance desktop_appearance_test desktop_placement_test displays_test host_autostart_test model_test render_layout
-  render_terminal)
+  desktop_appearance desktop_appearance_test desktop_placement_test desktop_x11_test displays_test host_autostart_test
+  model_test render_layout render_terminal test_displays)
 function(vamba_decide_unity name)
   if(name IN_LIST vamba_targets_with_private_names_in_common)
     set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
