@@ -35,10 +35,9 @@ void PlacementSaver::run() {
     changed_.wait(lock, [this] { return ending_ || unsaved_; });
     // Each further change puts the moment off.
     while (!ending_ && std::chrono::steady_clock::now() < due_) changed_.wait_until(lock, due_);
-    if (unsaved_) {
-      const Placements placements = *std::exchange(unsaved_, std::nullopt);
+    if (const auto placements = std::exchange(unsaved_, std::nullopt)) {
       lock.unlock();
-      if (const auto saved = store_.save(placements); !saved) failed_(saved.error());
+      if (const auto saved = store_.save(*placements); !saved) failed_(saved.error());
       lock.lock();
     } else if (ending_) {
       return;
