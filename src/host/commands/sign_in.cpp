@@ -133,7 +133,7 @@ CommandResult signIn(const CommandLine& line) {
   if (!address) {
     const auto known = store.find(addressAccount);
     if (!known) return failure(known.error());
-    if (*known) address = std::string((*known)->bytes.text());
+    if (const auto& item = *known) address = std::string(item->bytes.text());
   }
   if (const auto tried = tryOut(extensionProgram(line), token.text(), address, signals); !tried) return tried;
 

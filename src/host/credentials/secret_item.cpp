@@ -12,7 +12,6 @@ namespace host {
 namespace {
 
 using platform::BusFailure;
-using platform::BusMethod;
 using platform::secretServiceName;
 using platform::SessionBus;
 
