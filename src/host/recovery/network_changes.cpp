@@ -40,6 +40,7 @@ NetworkChanges::NetworkChanges()
   sockaddr_nl address{};
   address.nl_family = AF_NETLINK;
   address.nl_groups = RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE;
+  if (!socket_.isOpen()) return;
   if (::bind(socket_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) socket_.reset();
 }
 
@@ -48,8 +49,9 @@ bool NetworkChanges::take() {
   bool changed = false;
   while (socket_.isOpen()) {
     const ssize_t count = ::recv(socket_.get(), message.data(), message.size(), 0);
+    if (count == 0) break;
     // ENOBUFS: so much was reported that some of it is lost.
-    if (count <= 0 && errno != ENOBUFS && errno != EINTR) break;
+    if (count < 0 && errno != ENOBUFS && errno != EINTR) break;
     changed = true;
   }
   return changed && networkIsThere();

@@ -105,10 +105,9 @@ class BoardReader {
     } else if (isKey(text, "#%lld")) {
       inFirstMeeting_ = false;
       ++findings_.taskRows;
-    } else if (inFirstMeeting_ && text.role == TextRole::title) {
-      findings_.firstMeeting->title = wordsOf(text);
-    } else if (inFirstMeeting_ && text.role == TextRole::day) {
-      findings_.firstMeeting->day = wordsOf(text);
+    } else if (auto& meeting = findings_.firstMeeting; inFirstMeeting_ && meeting) {
+      if (text.role == TextRole::title) meeting->title = wordsOf(text);
+      if (text.role == TextRole::day) meeting->day = wordsOf(text);
     }
   }
 
