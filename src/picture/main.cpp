@@ -4,6 +4,7 @@
 #include "host/commands/commands.hpp"
 #include "host/commands/terminal.hpp"
 #include "picture/draw_picture.hpp"
+#include "render/type/typesetter.hpp"
 
 namespace {
 
@@ -12,6 +13,7 @@ host::CommandResult showPicture(const host::CommandLine& line) {
     return std::unexpected(host::CommandFailure{host::exit_status::wrongCommandLine,
                                                 "a terminal can't show a picture; name a file with --output"});
   }
+  render::beginLoadingFonts();  // while the extension starts
   host::ExtensionClient extension({.program = host::extensionProgram(line), .verbose = line.verbose});
   return host::show(extension, line, picture::drawPicture);
 }

@@ -14,6 +14,7 @@
 #include "desktop/windows/display_way.hpp"
 #include "desktop/windows/toolkit_look.hpp"
 #include "host/command_line/programs.hpp"
+#include "render/type/typesetter.hpp"
 
 namespace desktop {
 namespace {
@@ -72,6 +73,7 @@ host::CommandResult run(const host::CommandLine& line) {
   useDisplayWay(way);
   journal.sayIfVerbose("the display: " + std::string(describe(way)));
 
+  render::beginLoadingFonts();  // while the toolkit and the extension start
   // Times and numbers are formatted without it, and the host's texts need no locale.
   gtk_disable_setlocale();
   if (gtk_init_check(nullptr, nullptr) == FALSE) return failure("the display can't be opened");

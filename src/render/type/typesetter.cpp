@@ -61,6 +61,8 @@ std::string shownText(PangoLayoutLine* line) {
 
 }  // namespace
 
+void beginLoadingFonts() { pango_cairo_font_map_get_default(); }
+
 std::expected<Typesetter, NoFont> Typesetter::create(const std::string& language) {
   OwnedContext context(pango_font_map_create_context(pango_cairo_font_map_get_default()));
   setFontOptions(context.get());

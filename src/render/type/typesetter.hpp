@@ -27,6 +27,10 @@ struct ShapedLine {
   std::string shown;  ///< what is to be read of it, with the ellipsis that stands for the rest
 };
 
+/// Makes the text library begin to read the system's font settings, on a thread of its own; what typesets first waits
+/// for it. For a program that has something else to wait for until it draws.
+void beginLoadingFonts();
+
 /// Remembers texts by their address: for the drawing of one tree.
 class Typesetter final : public TextMeasurer {
  public:
