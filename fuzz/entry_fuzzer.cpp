@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     return 0;
   }
   require(Form::fromJson(Form::toJson(*entry)) == *entry);
-  for (const auto family : {platform::WidgetFamily::systemSmall, platform::WidgetFamily::systemMedium}) {
+  for (const auto family : {protocol::WidgetFamily::systemSmall, protocol::WidgetFamily::systemMedium}) {
     const widzety::WidokDnia view{.wpis = *entry, .rozmiar = [family] { return family; }};
     const protocol::Node tree = view.body(OneMoment(), widzety::Jezyk::en);
     const auto sent = base::parseJson(base::toText(protocol::toJson(tree)));

@@ -19,7 +19,7 @@ void hold(bool condition) {
 
 bool withinBounds(const Placed& placed) {
   const Point& inset = placed.place.inset;
-  return placed.id > 0 && !placed.kind.empty() && !placed.family.empty() && std::abs(inset.x) <= farthestInset &&
+  return placed.id > 0 && !placed.kind.empty() && std::abs(inset.x) <= farthestInset &&
          std::abs(inset.y) <= farthestInset;
 }
 

@@ -29,7 +29,7 @@ const widzety::Wpis& fullestEntry() {
 }
 
 protocol::Node view() {
-  const widzety::WidokDnia widok{fullestEntry(), [] { return platform::WidgetFamily::systemMedium; }};
+  const widzety::WidokDnia widok{fullestEntry(), [] { return protocol::WidgetFamily::systemMedium; }};
   return widok.body(NoonInUtc(), widzety::Jezyk::pl);
 }
 

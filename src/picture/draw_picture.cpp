@@ -9,7 +9,7 @@ namespace {
 
 render::PictureOptions optionsFor(const host::Board& board, const host::CommandLine& line) {
   return {
-      .form = render::familyForm(line.family).value_or(render::mediumFamily),
+      .form = render::familyForm(line.family),
       .scale = line.scale,
       .appearance = line.appearance == host::Appearance::dark ? render::Appearance::dark : render::Appearance::light,
       .redaction = board.sample ? render::Redaction::placeholder : render::Redaction::none,

@@ -101,7 +101,7 @@ class SampleWidget final : public platform::Widget {
     return platform::StaticConfiguration("sample", std::make_unique<SampleProvider>(tasks_, gate_), content)
         .configurationDisplayName("Sample")
         .description("A sample.")
-        .supportedFamilies({platform::WidgetFamily::systemSmall, platform::WidgetFamily::systemLarge});
+        .supportedFamilies({protocol::WidgetFamily::systemSmall, protocol::WidgetFamily::systemLarge});
   }
 
  private:

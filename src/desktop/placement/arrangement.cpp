@@ -28,12 +28,10 @@ std::vector<Wish> wishes(const Placements& placements, std::span<const Monitor> 
   const auto primary = primaryMonitor(monitors);
   if (!primary) return result;
   for (const Placed& placed : placements.all()) {
-    const auto natural = sizes(placed.family);
-    if (!natural) continue;
     const auto own = findMonitor(placed.place.monitor, monitors);
     const std::size_t monitor = own.value_or(*primary);
     const Rect& area = monitors[monitor].area;
-    const Size size = shrunkToFit(*natural, area);
+    const Size size = shrunkToFit(sizes(placed.family), area);
     const Rect rect = rectAt(originOf(placed.place, size, area), size);
     const bool fits = clampedOrigin(rect, area) == rect.origin();
     result.push_back({{placed.id, monitor, rect}, !own ? Fit::elsewhere : fits ? Fit::exact : Fit::clamped});

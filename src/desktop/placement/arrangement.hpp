@@ -10,11 +10,12 @@
 #include <absl/functional/function_ref.h>
 
 #include "desktop/placement/placements.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace desktop {
 
-/// The size of a family in points; none for a family that can't be shown.
-using FamilySizes = absl::FunctionRef<std::optional<Size>(std::string_view family)>;
+/// The size of a family in points.
+using FamilySizes = absl::FunctionRef<Size(protocol::WidgetFamily family)>;
 
 struct Arranged {
   int id = 0;               ///< of the copy
@@ -26,8 +27,8 @@ struct Arranged {
 /// In the order of the placements. Copies whose own monitor is there and shows them wholly are exactly at their place.
 /// The others are on their own monitor as far as it reaches, or on the primary one (else the first) for the time being.
 /// A copy that is larger than its monitor is shown smaller. None covers another as long as there is room: of two that
-/// would, as boards that grew with the text do, the later one is at the nearest free place. Copies of an unknown
-/// family, and all where there is no monitor, are not in the result.
+/// would, as boards that grew with the text do, the later one is at the nearest free place. Empty where
+/// there is no monitor.
 std::vector<Arranged> arrange(const Placements& placements, std::span<const Monitor> monitors, FamilySizes sizes);
 
 /// Where a further widget goes (`spotForNew`) on the primary monitor. None where there is no monitor.

@@ -19,7 +19,7 @@ using nlohmann::json;
 
 constexpr std::string_view formatName = "vamba-placements";
 constexpr int version = 1;
-constexpr std::size_t longestName = 256;  ///< of a kind, a family or a part of a monitor's identity, in bytes
+constexpr std::size_t longestName = 256;  ///< of a kind or a part of a monitor's identity, in bytes
 
 constexpr std::array<std::pair<Corner, std::string_view>, 4> corners{{{Corner::topLeft, "topLeft"},
                                                                       {Corner::topRight, "topRight"},
@@ -60,12 +60,16 @@ Corner cornerFrom(const JsonObject& object) {
   return found->first;
 }
 
+protocol::WidgetFamily familyFrom(const JsonObject& object) {
+  return object.parsed("family", protocol::widgetFamilyNamed, "not a known value");
+}
+
 int idFrom(const JsonObject& object) { return wholeNumber(object, "id", 1, std::numeric_limits<int>::max()); }
 
 Placed placedFrom(const JsonObject& object) {
   return {idFrom(object),
           nameThatIsThere(object, "kind"),
-          nameThatIsThere(object, "family"),
+          familyFrom(object),
           {monitorFrom(object),
            cornerFrom(object),
            {wholeNumber(object, "x", -farthestInset, farthestInset),
@@ -102,7 +106,7 @@ json entryOf(int id, const json& widgets) {
 void describe(const Placed& placed, json& entry) {
   entry["id"] = placed.id;
   entry["kind"] = placed.kind;
-  entry["family"] = placed.family;
+  entry["family"] = nameOf(placed.family);
   json& monitor = entry["monitor"];
   if (!monitor.is_object()) monitor = json::object();
   const MonitorIdentity& identity = placed.place.monitor;

@@ -16,7 +16,7 @@ Placed* Placements::copy(int id) {
   return found == all_.end() ? nullptr : &*found;
 }
 
-std::optional<int> Placements::add(std::string kind, std::string family, Place place) {
+std::optional<int> Placements::add(std::string kind, protocol::WidgetFamily family, Place place) {
   if (all_.size() >= mostCopies) return std::nullopt;
   int id = 1;
   for (const Placed& placed : all_) {
@@ -24,7 +24,7 @@ std::optional<int> Placements::add(std::string kind, std::string family, Place p
   }
   // Only after a file with the largest id of all.
   while (find(id) != nullptr) id = id == std::numeric_limits<int>::max() ? 1 : id + 1;
-  all_.push_back({id, std::move(kind), std::move(family), std::move(place)});
+  all_.push_back({id, std::move(kind), family, std::move(place)});
   return id;
 }
 
@@ -36,8 +36,8 @@ void Placements::setKind(int id, std::string kind) {
   if (auto* placed = copy(id)) placed->kind = std::move(kind);
 }
 
-void Placements::setFamily(int id, std::string family) {
-  if (Placed* placed = copy(id)) placed->family = std::move(family);
+void Placements::setFamily(int id, protocol::WidgetFamily family) {
+  if (Placed* placed = copy(id)) placed->family = family;
 }
 
 void Placements::setPlace(int id, Place place) {

@@ -9,13 +9,14 @@
 #include <vector>
 
 #include "desktop/placement/place.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace desktop {
 
 struct Placed {
-  int id = 0;          ///< from 1, of this copy as long as it is placed
-  std::string kind;    ///< of the widget, as the extension declares it
-  std::string family;  ///< "systemSmall", as in the extension protocol
+  int id = 0;        ///< from 1, of this copy as long as it is placed
+  std::string kind;  ///< of the widget, as the extension declares it
+  protocol::WidgetFamily family = protocol::WidgetFamily::systemMedium;
   Place place;
   bool operator==(const Placed&) const = default;
 };
@@ -35,12 +36,12 @@ class Placements {
   const Placed* find(int id) const;
 
   /// The new copy's id; none, and nothing changed, where the most copies are placed already.
-  std::optional<int> add(std::string kind, std::string family, Place place);
+  std::optional<int> add(std::string kind, protocol::WidgetFamily family, Place place);
 
   /// These change nothing where no copy has the id.
   void remove(int id);
   void setKind(int id, std::string kind);
-  void setFamily(int id, std::string family);
+  void setFamily(int id, protocol::WidgetFamily family);
   void setPlace(int id, Place place);
 
   bool operator==(const Placements&) const = default;

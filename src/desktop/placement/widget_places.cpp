@@ -25,9 +25,8 @@ Point WidgetPlaces::snapped(int id, Point wanted) const {
   return monitor ? snappedOrigin(rect, others(id), monitors_[*monitor].area) : wanted;
 }
 
-bool WidgetPlaces::add(const std::string& kind, const std::string& family) {
-  const auto size = sizes_(family);
-  const auto place = size ? placeForNew(*size, placements_, monitors_, sizes_) : std::nullopt;
+bool WidgetPlaces::add(const std::string& kind, protocol::WidgetFamily family) {
+  const auto place = placeForNew(sizes_(family), placements_, monitors_, sizes_);
   if (!place || !placements_.add(kind, family, *place)) return false;
   arrangeAll();
   return true;
@@ -48,14 +47,14 @@ bool WidgetPlaces::step(int id, Direction direction) {
   return where != nullptr && moveTo(id, steppedOrigin(where->rect, direction, monitorOf(*where).area));
 }
 
-bool WidgetPlaces::resize(int id, const std::string& family) {
+bool WidgetPlaces::resize(int id, protocol::WidgetFamily family) {
   const auto* const where = arranged(id);
   const auto* const placed = placements_.find(id);
-  const auto size = sizes_(family);
-  if (where == nullptr || placed == nullptr || placed->family == family || !size) return false;
+  if (where == nullptr || placed == nullptr || placed->family == family) return false;
   const Monitor& monitor = monitorOf(*where);
   const Place place = placeOf(where->rect, monitor);
-  const Rect rect = rectAt(originOf(place, *size, monitor.area), *size);
+  const Size size = sizes_(family);
+  const Rect rect = rectAt(originOf(place, size, monitor.area), size);
   placements_.setFamily(id, family);
   keepAt(id, rect, where->monitor);
   return true;

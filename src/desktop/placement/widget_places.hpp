@@ -14,7 +14,7 @@ namespace desktop {
 
 class WidgetPlaces {
  public:
-  using Sizes = std::function<std::optional<Size>(std::string_view family)>;
+  using Sizes = std::function<Size(protocol::WidgetFamily family)>;
 
   explicit WidgetPlaces(Placements placements, Sizes sizes)
       : placements_(std::move(placements)), sizes_(std::move(sizes)) {}
@@ -35,11 +35,11 @@ class WidgetPlaces {
   Point snapped(int id, Point wanted) const;
 
   // Each of these tells whether it changed a place. A copy that would cover another is kept at the nearest free place.
-  bool add(const std::string& kind, const std::string& family);
+  bool add(const std::string& kind, protocol::WidgetFamily family);
   bool moveTo(int id, Point origin);
   bool step(int id, Direction direction);
   /// It grows from the corner by which it is placed, and stays on its monitor.
-  bool resize(int id, const std::string& family);
+  bool resize(int id, protocol::WidgetFamily family);
   bool remove(int id);
   /// Names the widget of copies that were placed before its name was known.
   bool nameKind(const std::string& kind);

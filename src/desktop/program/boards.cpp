@@ -7,9 +7,8 @@
 
 namespace desktop {
 
-protocol::Node boardInBox(const protocol::Node& view, const std::string& family, host::Language language) {
-  const render::PictureOptions options{.form = render::familyForm(family).value_or(render::mediumFamily),
-                                       .language = host::languageTag(language)};
+protocol::Node boardInBox(const protocol::Node& view, protocol::WidgetFamily family, host::Language language) {
+  const render::PictureOptions options{.form = render::familyForm(family), .language = host::languageTag(language)};
   return host::fitted(view, language, [&](const protocol::Node& tree) { return render::fits(tree, options); });
 }
 
@@ -23,7 +22,7 @@ bool Boards::setLook(BoardLook look) {
   return true;
 }
 
-bool Boards::setContent(const std::string& family, const protocol::Node& view, render::Redaction redaction) {
+bool Boards::setContent(protocol::WidgetFamily family, const protocol::Node& view, render::Redaction redaction) {
   BoardContent content{.view = boardInBox(view, family, language_), .redaction = redaction};
   const auto known = contents_.find(family);
   if (known != contents_.end() && known->second == content) return false;
@@ -32,7 +31,7 @@ bool Boards::setContent(const std::string& family, const protocol::Node& view, r
   return true;
 }
 
-std::shared_ptr<BoardPicture> Boards::picture(const std::string& family) {
+std::shared_ptr<BoardPicture> Boards::picture(protocol::WidgetFamily family) {
   auto& picture = pictures_[family];
   if (!picture) {
     const auto content = contents_.find(family);

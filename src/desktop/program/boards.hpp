@@ -7,11 +7,12 @@
 
 #include "desktop/windows/board_picture.hpp"
 #include "host/texts/texts.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace desktop {
 
 /// A view of this size with its texts in the language, without the rows that it has no room for, which are counted.
-protocol::Node boardInBox(const protocol::Node& view, const std::string& family, host::Language language);
+protocol::Node boardInBox(const protocol::Node& view, protocol::WidgetFamily family, host::Language language);
 
 class Boards {
  public:
@@ -19,17 +20,17 @@ class Boards {
 
   /// Whether that changed anything: pictures that were handed out before are out of date then.
   bool setLook(BoardLook look);
-  bool setContent(const std::string& family, const protocol::Node& view, render::Redaction redaction);
+  bool setContent(protocol::WidgetFamily family, const protocol::Node& view, render::Redaction redaction);
 
   const BoardLook& look() const { return look_; }
   /// Bars where texts will stand, as long as the size has no content.
-  std::shared_ptr<BoardPicture> picture(const std::string& family);
+  std::shared_ptr<BoardPicture> picture(protocol::WidgetFamily family);
 
  private:
   host::Language language_;
   BoardLook look_;
-  std::map<std::string, BoardContent> contents_;                   // by family
-  std::map<std::string, std::shared_ptr<BoardPicture>> pictures_;  // by family, made when first asked for
+  std::map<protocol::WidgetFamily, BoardContent> contents_;
+  std::map<protocol::WidgetFamily, std::shared_ptr<BoardPicture>> pictures_;  ///< made when first asked for
 };
 
 }  // namespace desktop

@@ -11,7 +11,7 @@ namespace desktop {
 namespace {
 
 /// What is placed where nothing is yet.
-constexpr const char* firstFamily = "systemMedium";
+constexpr protocol::WidgetFamily firstFamily = protocol::WidgetFamily::systemMedium;
 
 }  // namespace
 
@@ -19,11 +19,12 @@ Desktop::Desktop(Parts parts, host::ExtensionSettings extension)
     : parts_(std::move(parts)),
       language_(host::userLanguage()),
       texts_(textsFor(language_)),
-      places_(std::move(parts_.placements.placements), [this](std::string_view family) { return sizeOf(family); }),
+      places_(std::move(parts_.placements.placements),
+              [this](protocol::WidgetFamily family) { return sizeOf(family); }),
       firstWidgetWanted_(places_.empty() && (parts_.placements.firstStart || parts_.placements.notice)),
       boards_(language_),
       gallery_(texts_,
-               {.add = [this](const std::string& family) { add(family); }, .closed = [this] { galleryClosed(); }}),
+               {.add = [this](protocol::WidgetFamily family) { add(family); }, .closed = [this] { galleryClosed(); }}),
       feed_(
           std::move(extension),
           [this](host::FeedNews news) {
@@ -135,11 +136,10 @@ void Desktop::setTextScale(double scale) {
   gallery_.setTextScale(scale);
 }
 
-std::optional<Size> Desktop::sizeOf(std::string_view family) const {
-  const auto form = render::familyForm(family);
-  if (!form) return std::nullopt;
+Size Desktop::sizeOf(protocol::WidgetFamily family) const {
+  const auto size = render::familyForm(family).size;
   const auto scaled = [this](double length) { return static_cast<int>(std::lround(length * textScale_)); };
-  return Size{scaled(form->size.width), scaled(form->size.height)};
+  return {scaled(size.width), scaled(size.height)};
 }
 
 void Desktop::moveTo(int id, Point origin) {
@@ -150,11 +150,11 @@ void Desktop::step(int id, Direction direction) {
   if (places_.step(id, direction)) placesChanged();
 }
 
-void Desktop::resize(int id, const std::string& family) {
+void Desktop::resize(int id, protocol::WidgetFamily family) {
   if (places_.resize(id, family)) placesChanged();
 }
 
-void Desktop::add(const std::string& family) {
+void Desktop::add(protocol::WidgetFamily family) {
   if (places_.add(widget_.kind, family)) placesChanged();
 }
 
@@ -186,10 +186,8 @@ void Desktop::save() {
 }
 
 void Desktop::feedFamilies() {
-  std::set<std::string> families;
-  for (const auto& placed : places_.all()) {
-    if (sizeOf(placed.family)) families.insert(placed.family);
-  }
+  std::set<protocol::WidgetFamily> families;
+  for (const auto& placed : places_.all()) families.insert(placed.family);
   // Only a change of sizes interrupts a load.
   std::vector wanted(families.begin(), families.end());
   if (std::exchange(fedFamilies_, wanted) == wanted) return;

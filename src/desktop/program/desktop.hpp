@@ -47,7 +47,7 @@ class Desktop final : public BoardCommands {
   Point snapped(int id, Point wanted) override { return places_.snapped(id, wanted); }
   void moveTo(int id, Point origin) override;
   void step(int id, Direction direction) override;
-  void resize(int id, const std::string& family) override;
+  void resize(int id, protocol::WidgetFamily family) override;
   void remove(int id) override;
   void reload() override;
   std::optional<absl::Time> nextReload() const override { return nextReload_; }
@@ -59,8 +59,8 @@ class Desktop final : public BoardCommands {
   void heard(const host::ExtensionFailure& failure);
   void heard(const host::ReloadPlanned& planned) { nextReload_ = planned.at; }
 
-  std::optional<Size> sizeOf(std::string_view family) const;
-  void add(const std::string& family);
+  Size sizeOf(protocol::WidgetFamily family) const;
+  void add(protocol::WidgetFamily family);
   void galleryClosed();
   void monitorsSettleSoon();
   void monitorsChanged();
@@ -83,7 +83,7 @@ class Desktop final : public BoardCommands {
   bool monitorsPending_ = false;
   std::map<int, std::unique_ptr<BoardWindow>> windows_;
   Gallery gallery_;
-  std::vector<std::string> fedFamilies_;  ///< what the feed was last asked to show
+  std::vector<protocol::WidgetFamily> fedFamilies_;  ///< what the feed was last asked to show
   host::WidgetDeclaration widget_;
   std::optional<absl::Time> nextReload_;
   std::string lastFailure_;

@@ -48,7 +48,7 @@ void Gallery::close() {
 
 void Gallery::show() {
   if (!window_) return;
-  std::map<std::string, std::shared_ptr<BoardPicture>> pictures;
+  std::map<protocol::WidgetFamily, std::shared_ptr<BoardPicture>> pictures;
   for (const auto& [family, content] : previews_) {
     pictures[family] = std::make_shared<BoardPicture>(family, content, look_);
   }

@@ -33,7 +33,7 @@ class Gallery {
   std::unique_ptr<GalleryWindow> window_;
   BoardLook look_;
   double textScale_ = 1;
-  std::map<std::string, BoardContent> previews_;  // by family
+  std::map<protocol::WidgetFamily, BoardContent> previews_;
 };
 
 }  // namespace desktop

@@ -8,6 +8,7 @@
 
 #include "desktop/placement/geometry.hpp"
 #include "desktop/placement/snapping.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace desktop {
 
@@ -20,7 +21,7 @@ class BoardCommands {
   virtual Point snapped(int id, Point wanted) = 0;
   virtual void moveTo(int id, Point origin) = 0;
   virtual void step(int id, Direction direction) = 0;
-  virtual void resize(int id, const std::string& family) = 0;
+  virtual void resize(int id, protocol::WidgetFamily family) = 0;
   virtual void remove(int id) = 0;
   virtual void openGallery() = 0;
   virtual void reload() = 0;

@@ -30,19 +30,19 @@ GtkWidget* item(const char* label, Action action) {
 GtkWidget* sizes(const MenuSubject& subject, BoardCommands& commands, const Texts& texts) {
   GtkWidget* const menu = gtk_menu_new();
   GSList* group = nullptr;
-  const auto size = [&](const char* label, std::string family) {
+  const auto size = [&](const char* label, protocol::WidgetFamily family) {
     GtkWidget* const choice = gtk_radio_menu_item_new_with_mnemonic(group, label);
     group = gtk_radio_menu_item_get_group(GTK_RADIO_MENU_ITEM(choice));
     gtk_check_menu_item_set_active(GTK_CHECK_MENU_ITEM(choice), family == subject.family ? TRUE : FALSE);
     // Told of the choice that is taken back as well.
-    onActivate(choice, [choice, id = subject.id, family = std::move(family), &commands] {
+    onActivate(choice, [choice, id = subject.id, family, &commands] {
       if (gtk_check_menu_item_get_active(GTK_CHECK_MENU_ITEM(choice)) != FALSE) commands.resize(id, family);
     });
     append(menu, choice);
   };
-  size(texts.small, "systemSmall");
-  size(texts.medium, "systemMedium");
-  size(texts.large, "systemLarge");
+  size(texts.small, protocol::WidgetFamily::systemSmall);
+  size(texts.medium, protocol::WidgetFamily::systemMedium);
+  size(texts.large, protocol::WidgetFamily::systemLarge);
   return menu;
 }
 

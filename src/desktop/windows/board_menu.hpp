@@ -7,12 +7,13 @@
 
 #include "desktop/texts/texts.hpp"
 #include "desktop/windows/board_commands.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace desktop {
 
 struct MenuSubject {
   int id = 0;
-  std::string family;
+  protocol::WidgetFamily family;
 };
 
 /// At the pointer for an event of it, else at the board. The menu lives until it is closed; what it calls outlives it.

@@ -18,8 +18,8 @@ struct DestroyContext {
   void operator()(cairo_t* cairo) const { cairo_destroy(cairo); }
 };
 
-render::PictureOptions optionsFor(const std::string& family, const BoardContent& content, const BoardLook& look) {
-  return {.form = render::familyForm(family).value_or(render::mediumFamily),
+render::PictureOptions optionsFor(protocol::WidgetFamily family, const BoardContent& content, const BoardLook& look) {
+  return {.form = render::familyForm(family),
           .appearance = look.appearance,
           .redaction = content.redaction,
           .language = look.language,
@@ -28,8 +28,8 @@ render::PictureOptions optionsFor(const std::string& family, const BoardContent&
 
 }  // namespace
 
-BoardPicture::BoardPicture(std::string family, BoardContent content, BoardLook look)
-    : family_(std::move(family)),
+BoardPicture::BoardPicture(protocol::WidgetFamily family, BoardContent content, BoardLook look)
+    : family_(family),
       content_(std::move(content)),
       look_(std::move(look)),
       options_(optionsFor(family_, content_, look_)),

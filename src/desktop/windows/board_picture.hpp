@@ -8,6 +8,7 @@
 
 #include "desktop/placement/geometry.hpp"
 #include "protocol/view_tree/node.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 #include "render/picture/drawing.hpp"
 #include "render/picture/picture.hpp"
 
@@ -30,7 +31,7 @@ struct BoardContent {
 
 class BoardPicture {
  public:
-  BoardPicture(std::string family, BoardContent content, BoardLook look);
+  BoardPicture(protocol::WidgetFamily family, BoardContent content, BoardLook look);
   BoardPicture(const BoardPicture&) = delete;
   BoardPicture& operator=(const BoardPicture&) = delete;
 
@@ -46,10 +47,10 @@ class BoardPicture {
 
   const BoardContent& content() const { return content_; }
   const BoardLook& look() const { return look_; }
-  const std::string& family() const { return family_; }
+  protocol::WidgetFamily family() const { return family_; }
 
  private:
-  std::string family_;
+  protocol::WidgetFamily family_;
   BoardContent content_;
   BoardLook look_;
   render::PictureOptions options_;

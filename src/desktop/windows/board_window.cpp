@@ -151,13 +151,13 @@ gboolean BoardWindow::keyPressed(GdkEventKey* event) {
       commands_.reload();
       return TRUE;
     case GDK_KEY_1:
-      commands_.resize(id_, "systemSmall");
+      commands_.resize(id_, protocol::WidgetFamily::systemSmall);
       return TRUE;
     case GDK_KEY_2:
-      commands_.resize(id_, "systemMedium");
+      commands_.resize(id_, protocol::WidgetFamily::systemMedium);
       return TRUE;
     case GDK_KEY_3:
-      commands_.resize(id_, "systemLarge");
+      commands_.resize(id_, protocol::WidgetFamily::systemLarge);
       return TRUE;
     default:
       return FALSE;

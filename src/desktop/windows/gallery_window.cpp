@@ -69,9 +69,9 @@ void GalleryWindow::build() {
 
   GtkWidget* const sizes = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, spacing);
   gtk_widget_set_valign(sizes, GTK_ALIGN_START);
-  add(sizes, preview("systemSmall", texts_.addSmall));
-  add(sizes, preview("systemMedium", texts_.addMedium));
-  add(sizes, preview("systemLarge", texts_.addLarge));
+  add(sizes, preview(protocol::WidgetFamily::systemSmall, texts_.addSmall));
+  add(sizes, preview(protocol::WidgetFamily::systemMedium, texts_.addMedium));
+  add(sizes, preview(protocol::WidgetFamily::systemLarge, texts_.addLarge));
   add(column, sizes);
 
   GtkWidget* const hint = label(1, PANGO_WEIGHT_NORMAL);
@@ -81,7 +81,7 @@ void GalleryWindow::build() {
   gtk_widget_show_all(column);
 }
 
-GtkWidget* GalleryWindow::preview(const std::string& family, const char* action) {
+GtkWidget* GalleryWindow::preview(protocol::WidgetFamily family, const char* action) {
   auto& preview = *previews_.emplace_back(std::make_unique<Preview>());
   preview.gallery = this;
   preview.family = family;
@@ -119,14 +119,14 @@ void GalleryWindow::describe(const host::WidgetDeclaration& widget) {
 void GalleryWindow::setTextScale(double scale) {
   const double shown = previewScale(scale);
   for (const auto& preview : previews_) {
-    const auto form = render::familyForm(preview->family).value_or(render::mediumFamily);
+    const auto form = render::familyForm(preview->family);
     preview->size = {static_cast<int>(std::lround(form.size.width * shown)),
                      static_cast<int>(std::lround(form.size.height * shown))};
     gtk_widget_set_size_request(preview->drawing, preview->size.width, preview->size.height);
   }
 }
 
-void GalleryWindow::show(const std::map<std::string, std::shared_ptr<BoardPicture>>& pictures) {
+void GalleryWindow::show(const std::map<protocol::WidgetFamily, std::shared_ptr<BoardPicture>>& pictures) {
   for (const auto& preview : previews_) {
     const auto picture = pictures.find(preview->family);
     if (picture == pictures.end()) continue;

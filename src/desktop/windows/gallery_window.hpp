@@ -13,13 +13,14 @@
 #include "desktop/texts/texts.hpp"
 #include "desktop/windows/board_picture.hpp"
 #include "host/extension/answers.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace desktop {
 
 class GalleryWindow {
  public:
   struct Actions {
-    std::function<void(const std::string& family)> add;
+    std::function<void(protocol::WidgetFamily family)> add;
     std::function<void()> closed;  ///< the window may be destroyed in it
   };
 
@@ -31,8 +32,8 @@ class GalleryWindow {
   void describe(const host::WidgetDeclaration& widget);
   /// Previews grow with the text, as far as the monitor has room for them.
   void setTextScale(double scale);
-  /// By family. Those that have no picture yet show nothing.
-  void show(const std::map<std::string, std::shared_ptr<BoardPicture>>& pictures);
+  /// Those that have no picture yet show nothing.
+  void show(const std::map<protocol::WidgetFamily, std::shared_ptr<BoardPicture>>& pictures);
   /// To the front, with the keyboard.
   void present();
 
@@ -40,7 +41,7 @@ class GalleryWindow {
   /// One size's button with its drawing.
   struct Preview {
     GalleryWindow* gallery = nullptr;
-    std::string family;
+    protocol::WidgetFamily family;
     GtkWidget* button = nullptr;
     GtkWidget* drawing = nullptr;
     std::shared_ptr<BoardPicture> picture;
@@ -51,7 +52,7 @@ class GalleryWindow {
   };
 
   void build();
-  GtkWidget* preview(const std::string& family, const char* action);
+  GtkWidget* preview(protocol::WidgetFamily family, const char* action);
   gboolean keyPressed(GdkEventKey* event);
   gboolean closeAsked(GdkEvent* event);
 

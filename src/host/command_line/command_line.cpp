@@ -20,7 +20,9 @@ namespace {
 template <typename Value>
 using Words = std::vector<std::pair<std::string, Value>>;
 
-const Words<std::string> families{{"small", "systemSmall"}, {"medium", "systemMedium"}, {"large", "systemLarge"}};
+using protocol::WidgetFamily;
+const Words<WidgetFamily> families{
+    {"small", WidgetFamily::systemSmall}, {"medium", WidgetFamily::systemMedium}, {"large", WidgetFamily::systemLarge}};
 const Words<Format> boardFormats{{"text", Format::text}, {"json", Format::json}, {"waybar", Format::waybar},
                                  {"line", Format::line}, {"svg", Format::svg},   {"png", Format::png},
                                  {"pdf", Format::pdf}};

@@ -6,6 +6,8 @@
 #include <string>
 #include <variant>
 
+#include "protocol/view_tree/widget_family.hpp"
+
 namespace host {
 
 enum class Command { gallery, placeholder, snapshot, timeline, show, watch, desktop, signIn, signOut, autostart };
@@ -16,7 +18,7 @@ enum class Appearance { light, dark };
 struct CommandLine {
   std::optional<Command> command;  ///< none given: the desktop where a display is reachable, else `show`
   std::optional<std::filesystem::path> extension;
-  std::string family = "systemMedium";  ///< in the protocol's spelling
+  protocol::WidgetFamily family = protocol::WidgetFamily::systemMedium;
   bool galleryAsJson = false;
   bool preview = false;
   std::string entry = "timeline";  ///< timeline, snapshot, preview, placeholder, a file, or "-"

@@ -34,7 +34,7 @@ std::expected<Entry, CommandFailure> entryInFile(const std::string& name) {
 
 CommandFailure asCommandFailure(const ExtensionFailure& failure) { return {exit_status::noAnswer, failure.message}; }
 
-std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& extension, const std::string& family) {
+std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& extension, protocol::WidgetFamily family) {
   const auto widgets = askPatiently([&] { return extension.widgets(); });
   if (!widgets) return std::unexpected(asCommandFailure(widgets.error()));
   const auto widget = std::ranges::find_if(*widgets, [&](const WidgetDeclaration& declaration) {

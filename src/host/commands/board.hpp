@@ -9,13 +9,14 @@
 #include "host/command_line/command_line.hpp"
 #include "host/command_line/outcome.hpp"
 #include "host/extension/extension_client.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace host {
 
 CommandFailure asCommandFailure(const ExtensionFailure& failure);
 
 /// The first widget that comes in the family.
-std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& extension, const std::string& family);
+std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& extension, protocol::WidgetFamily family);
 
 /// The entry that `--entry` names.
 std::expected<Entry, CommandFailure> entryFor(ExtensionClient& extension, const std::string& kind,

@@ -23,12 +23,17 @@ CommandResult printJson(const std::expected<json, ExtensionFailure>& answer) {
   return print(base::toText(*answer) + "\n");
 }
 
-/// "systemSmall" as the command line spells it.
-std::string sizeWord(const std::string& family) {
-  if (family == "systemSmall") return "small";
-  if (family == "systemMedium") return "medium";
-  if (family == "systemLarge") return "large";
-  return family;
+/// The family as the command line spells it.
+std::string sizeWord(protocol::WidgetFamily family) {
+  switch (family) {
+    case protocol::WidgetFamily::systemSmall:
+      return "small";
+    case protocol::WidgetFamily::systemMedium:
+      return "medium";
+    case protocol::WidgetFamily::systemLarge:
+      return "large";
+  }
+  return {};
 }
 
 protocol::Views declaration(const WidgetDeclaration& widget) {
@@ -51,7 +56,8 @@ CommandResult gallery(ExtensionClient& extension, const CommandLine& line) {
   std::string text;
   for (const auto& widget : *widgets) {
     const protocol::Node view = protocol::VStack({}, {declaration(widget)});
-    text += (text.empty() ? "" : "\n") + render::drawPlainBoard(view, terminalOptions("systemMedium").columns);
+    text += (text.empty() ? "" : "\n") +
+            render::drawPlainBoard(view, terminalOptions(protocol::WidgetFamily::systemMedium).columns);
   }
   return print(text);
 }

@@ -81,7 +81,7 @@ CommandResult tryOut(const std::filesystem::path& extension, const std::string& 
   ExtensionClient client({.program = extension,
                           .interruption = signals.descriptor(),
                           .environment = {"VAMBA_KEYCHAIN_DIR=" + keychain.folder().string()}});
-  const std::string family = "systemMedium";
+  const protocol::WidgetFamily family = protocol::WidgetFamily::systemMedium;
   const auto widget = widgetFor(client, family);
   if (!widget) return std::unexpected(widget.error());
   const auto timeline = client.timeline(widget->kind, family);

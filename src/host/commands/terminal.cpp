@@ -29,19 +29,21 @@ int columns() {
   return columnsOfVariable();
 }
 
-int widest(std::string_view family) { return family == "systemSmall" ? render::smallBoard : render::wideBoard; }
+int widest(protocol::WidgetFamily family) {
+  return family == protocol::WidgetFamily::systemSmall ? render::smallBoard : render::wideBoard;
+}
 
 }  // namespace
 
 bool onTerminal() { return isatty(STDOUT_FILENO) == 1; }
 
-render::TerminalOptions terminalOptions(std::string_view family) {
+render::TerminalOptions terminalOptions(protocol::WidgetFamily family) {
   return {.columns = columns(),
           .widestBoard = widest(family),
           .escapes = onTerminal() && variable("TERM") != "dumb" && variable("NO_COLOR").empty()};
 }
 
-render::TerminalOptions fileOptions(std::string_view family) {
+render::TerminalOptions fileOptions(protocol::WidgetFamily family) {
   return {.columns = usualColumns, .widestBoard = widest(family), .escapes = false};
 }
 

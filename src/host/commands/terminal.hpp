@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "protocol/view_tree/widget_family.hpp"
 #include "render/terminal/terminal_board.hpp"
 
 namespace host {
@@ -12,9 +13,9 @@ bool onTerminal();
 
 /// For a board of a family on standard output. Escape sequences only on a terminal that is not "dumb", and not where
 /// NO_COLOR is set and not empty. The width is the terminal's, else that of `COLUMNS`, else 80.
-render::TerminalOptions terminalOptions(std::string_view family);
+render::TerminalOptions terminalOptions(protocol::WidgetFamily family);
 
 /// For a board of a family in a file.
-render::TerminalOptions fileOptions(std::string_view family);
+render::TerminalOptions fileOptions(protocol::WidgetFamily family);
 
 }  // namespace host

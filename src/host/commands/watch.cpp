@@ -31,7 +31,7 @@ bool readerGone() {
 /// The board as it was last shown, and how it is shown again.
 class Screen {
  public:
-  Screen(Format format, std::string family) : format_(format), family_(std::move(family)) {}
+  Screen(Format format, protocol::WidgetFamily family) : format_(format), family_(family) {}
 
   bool empty() const { return !view_; }
   bool shows(const protocol::Node& view, BoardHolds holds) const { return view_ == view && holds_ == holds; }
@@ -78,7 +78,7 @@ class Screen {
   }
 
   Format format_;
-  std::string family_;
+  protocol::WidgetFamily family_;
   std::optional<protocol::Node> view_;
   BoardHolds holds_ = BoardHolds::day;
   bool drawn_ = false;

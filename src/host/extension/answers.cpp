@@ -18,11 +18,19 @@ absl::Time instantIn(const JsonObject& object, const char* name) {
   return object.parsed(name, base::parseInstant, "not an instant");
 }
 
+std::vector<protocol::WidgetFamily> familiesIn(const JsonObject& object) {
+  std::vector<protocol::WidgetFamily> families;
+  for (const auto& name : object.texts("families")) {
+    if (const auto family = protocol::widgetFamilyNamed(name)) families.push_back(*family);
+  }
+  return families;
+}
+
 WidgetDeclaration declarationIn(const JsonObject& object) {
   return {.kind = object.text("kind"),
           .displayName = object.text("displayName"),
           .description = object.text("description"),
-          .families = object.texts("families")};
+          .families = familiesIn(object)};
 }
 
 /// A view's nodes, or why it has too many of them.

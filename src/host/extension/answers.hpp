@@ -11,15 +11,16 @@
 
 #include "host/extension/entry.hpp"
 #include "protocol/view_tree/node.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace host {
 
-/// A widget that the extension offers. `families` as the protocol spells them ("systemSmall").
+/// A widget that the extension offers. Families that this host does not know are left out.
 struct WidgetDeclaration {
   std::string kind;
   std::string displayName;
   std::string description;
-  std::vector<std::string> families;
+  std::vector<protocol::WidgetFamily> families;
   bool operator==(const WidgetDeclaration&) const = default;
 };
 

@@ -23,8 +23,9 @@ ExtensionSession::TimePoint after(absl::Duration span) {
 
 constexpr const char* noParams = "";
 
-std::string paramsOf(const std::string& method, const std::string& kind, const std::string& family, bool isPreview) {
-  json params{{"kind", kind}, {"family", family}};
+std::string paramsOf(const std::string& method, const std::string& kind, protocol::WidgetFamily family,
+                     bool isPreview) {
+  json params{{"kind", kind}, {"family", nameOf(family)}};
   if (method == "snapshot") params["isPreview"] = isPreview;
   return toText(params);
 }
@@ -87,24 +88,25 @@ ExtensionClient::Answer<json> ExtensionClient::widgetsJson() {
                       });
 }
 
-ExtensionClient::Answer<Entry> ExtensionClient::placeholder(const std::string& kind, const std::string& family) {
+ExtensionClient::Answer<Entry> ExtensionClient::placeholder(const std::string& kind, protocol::WidgetFamily family) {
   const std::string method = "placeholder";
   return askFor<Entry>(method, paramsOf(method, kind, family, false), deadlineOf(method, false), readEntry);
 }
 
-ExtensionClient::Answer<Entry> ExtensionClient::snapshot(const std::string& kind, const std::string& family,
+ExtensionClient::Answer<Entry> ExtensionClient::snapshot(const std::string& kind, protocol::WidgetFamily family,
                                                          bool isPreview) {
   const std::string method = "snapshot";
   return askFor<Entry>(method, paramsOf(method, kind, family, isPreview), deadlineOf(method, isPreview), readEntry);
 }
 
-ExtensionClient::Answer<TimelineAnswer> ExtensionClient::timeline(const std::string& kind, const std::string& family) {
+ExtensionClient::Answer<TimelineAnswer> ExtensionClient::timeline(const std::string& kind,
+                                                                  protocol::WidgetFamily family) {
   const std::string method = "timeline";
   return askFor<TimelineAnswer>(method, paramsOf(method, kind, family, false), deadlineOf(method, false), readTimeline);
 }
 
 ExtensionClient::Answer<json> ExtensionClient::resultOf(const std::string& method, const std::string& kind,
-                                                        const std::string& family, bool isPreview) {
+                                                        protocol::WidgetFamily family, bool isPreview) {
   const auto check = [&](json result) -> std::expected<json, std::string> {
     if (method != "timeline") return readEntryAnswer(std::move(result));
     if (auto timeline = readTimeline(result); !timeline) return std::unexpected(timeline.error());
@@ -113,7 +115,7 @@ ExtensionClient::Answer<json> ExtensionClient::resultOf(const std::string& metho
   return askFor<json>(method, paramsOf(method, kind, family, isPreview), deadlineOf(method, isPreview), check);
 }
 
-ExtensionClient::Answer<protocol::Node> ExtensionClient::render(const std::string& kind, const std::string& family,
+ExtensionClient::Answer<protocol::Node> ExtensionClient::render(const std::string& kind, protocol::WidgetFamily family,
                                                                 const std::string& entry) {
   // Put together as text: an entry may be large, and a further copy of it as a tree of values larger by far.
   std::string params = paramsOf("render", kind, family, false);

@@ -14,6 +14,7 @@
 #include "host/extension/answers.hpp"
 #include "host/extension/extension_failure.hpp"
 #include "protocol/view_tree/node.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace host {
 
@@ -43,17 +44,16 @@ class ExtensionClient {
   Answer<std::vector<WidgetDeclaration>> widgets();
   Answer<nlohmann::json> widgetsJson();  ///< as it came
 
-  // `family` as the protocol spells it.
-  Answer<Entry> placeholder(const std::string& kind, const std::string& family);
-  Answer<Entry> snapshot(const std::string& kind, const std::string& family, bool isPreview);
-  Answer<TimelineAnswer> timeline(const std::string& kind, const std::string& family);
+  Answer<Entry> placeholder(const std::string& kind, protocol::WidgetFamily family);
+  Answer<Entry> snapshot(const std::string& kind, protocol::WidgetFamily family, bool isPreview);
+  Answer<TimelineAnswer> timeline(const std::string& kind, protocol::WidgetFamily family);
 
   /// The result of one of these three methods as it came, once it is checked.
-  Answer<nlohmann::json> resultOf(const std::string& method, const std::string& kind, const std::string& family,
+  Answer<nlohmann::json> resultOf(const std::string& method, const std::string& kind, protocol::WidgetFamily family,
                                   bool isPreview = false);
 
   /// `entry` is JSON.
-  Answer<protocol::Node> render(const std::string& kind, const std::string& family, const std::string& entry);
+  Answer<protocol::Node> render(const std::string& kind, protocol::WidgetFamily family, const std::string& entry);
 
   bool running() const;
 

@@ -18,7 +18,7 @@ Feed::Feed(ExtensionSettings settings, FeedListener listener, Timekeeper& time, 
       recovery_(recovery),
       placeholders_(placeholders) {}
 
-void Feed::show(std::vector<std::string> families) {
+void Feed::show(std::vector<protocol::WidgetFamily> families) {
   if (families == families_) return;
   const bool wasIdle = families_.empty();
   families_ = std::move(families);

@@ -16,6 +16,7 @@
 #include "host/schedule/reload_schedule.hpp"
 #include "host/schedule/timekeeper.hpp"
 #include "protocol/view_tree/node.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace host {
 
@@ -25,9 +26,9 @@ enum class BoardOrigin {
   redraw,       ///< the entry that is known, seen at another time
 };
 
-/// What to show in each size that was asked for, by the sizes' names in the protocol.
+/// What to show in each size that was asked for.
 struct FeedBoards {
-  std::map<std::string, protocol::Node> views;
+  std::map<protocol::WidgetFamily, protocol::Node> views;
   BoardHolds holds = BoardHolds::day;
   BoardOrigin origin = BoardOrigin::load;
 };
@@ -58,7 +59,7 @@ class Feed {
 
   /// The sizes to show from now on. New ones are shown at once where something is there to show; the first timeline is
   /// asked for when there is a first size.
-  void show(std::vector<std::string> families);
+  void show(std::vector<protocol::WidgetFamily> families);
 
   /// What becomes readable when there is something to do; -1 may be among them.
   std::vector<int> descriptors() const;
@@ -90,7 +91,7 @@ class Feed {
   Recovery& recovery_;
   Placeholders placeholders_;
   ReloadSchedule schedule_;
-  std::vector<std::string> families_;
+  std::vector<protocol::WidgetFamily> families_;
   WidgetDeclaration widget_;                ///< with an empty kind until it is known
   std::optional<TimelineAnswer> timeline_;  ///< the last that came
   absl::Time lastDrawn_ = absl::InfinitePast();

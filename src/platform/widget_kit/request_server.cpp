@@ -45,7 +45,7 @@ json declarationOf(const Widget& widget) {
 /// The widget and the size that a request speaks of.
 struct RequestServer::Target {
   SomeWidgetConfiguration configuration;
-  WidgetFamily family;
+  protocol::WidgetFamily family;
 };
 
 bool RequestServer::serve(std::string_view line) {
@@ -97,7 +97,7 @@ std::expected<RequestServer::Target, protocol::json_rpc::Error> RequestServer::t
   for (const auto& widget : bundle_.body()) {
     auto configuration = widget->body();
     if (configuration->kind() != kind) continue;
-    const auto family = widgetFamilyNamed(textOf(params, "family"));
+    const auto family = protocol::widgetFamilyNamed(textOf(params, "family"));
     const auto offered = configuration->supportedFamilies();
     if (!family || std::ranges::find(offered, *family) == offered.end()) {
       return badParams("family: not one of the widget's families");

@@ -11,7 +11,7 @@
 namespace platform {
 
 /// How a view learns the size in which it is drawn: asked when it renders, not when the content is built.
-using FamilyEnvironment = std::function<WidgetFamily()>;
+using FamilyEnvironment = std::function<protocol::WidgetFamily()>;
 
 /// How an entry travels between the extension and its host. A widget specialises it for its entry type with
 ///   static EntryJson toJson(const Entry&);
@@ -30,8 +30,9 @@ class StaticConfigurationOf final : public WidgetConfiguration {
   std::string kind() const override { return kind_; }
   std::string displayName() const override { return {}; }
   std::string description() const override { return {}; }
-  std::vector<WidgetFamily> supportedFamilies() const override {
-    return {WidgetFamily::systemSmall, WidgetFamily::systemMedium, WidgetFamily::systemLarge};
+  std::vector<protocol::WidgetFamily> supportedFamilies() const override {
+    return {protocol::WidgetFamily::systemSmall, protocol::WidgetFamily::systemMedium,
+            protocol::WidgetFamily::systemLarge};
   }
 
   EntryJson placeholder(const TimelineProviderContext& context) const override {
@@ -54,7 +55,8 @@ class StaticConfigurationOf final : public WidgetConfiguration {
                                         }));
   }
 
-  std::expected<protocol::Node, std::string> content(const nlohmann::json& entry, WidgetFamily family) const override {
+  std::expected<protocol::Node, std::string> content(const nlohmann::json& entry,
+                                                     protocol::WidgetFamily family) const override {
     const auto decoded = EntryForm<Entry>::fromJson(entry);
     if (!decoded) return std::unexpected(decoded.error());
     return content_(*decoded, [family] { return family; });

@@ -6,12 +6,12 @@
 #include <utility>
 
 #include "platform/widget_kit/timeline.hpp"
-#include "platform/widget_kit/widget_family.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace platform {
 
 struct TimelineProviderContext {
-  WidgetFamily family = WidgetFamily::systemMedium;
+  protocol::WidgetFamily family = protocol::WidgetFamily::systemMedium;
   bool isPreview = false;  ///< the host shows the widget in its gallery
 };
 

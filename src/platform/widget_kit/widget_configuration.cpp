@@ -11,7 +11,7 @@ class Wrapper : public WidgetConfiguration {
   std::string kind() const override { return inner_->kind(); }
   std::string displayName() const override { return inner_->displayName(); }
   std::string description() const override { return inner_->description(); }
-  std::vector<WidgetFamily> supportedFamilies() const override { return inner_->supportedFamilies(); }
+  std::vector<protocol::WidgetFamily> supportedFamilies() const override { return inner_->supportedFamilies(); }
   EntryJson placeholder(const TimelineProviderContext& context) const override { return inner_->placeholder(context); }
   void getSnapshot(const TimelineProviderContext& context, Completion<EntryJson> completion) const override {
     inner_->getSnapshot(context, std::move(completion));
@@ -19,7 +19,8 @@ class Wrapper : public WidgetConfiguration {
   void getTimeline(const TimelineProviderContext& context, Completion<TimelineJson> completion) const override {
     inner_->getTimeline(context, std::move(completion));
   }
-  std::expected<protocol::Node, std::string> content(const nlohmann::json& entry, WidgetFamily family) const override {
+  std::expected<protocol::Node, std::string> content(const nlohmann::json& entry,
+                                                     protocol::WidgetFamily family) const override {
     return inner_->content(entry, family);
   }
 
@@ -49,12 +50,12 @@ class WithDescription final : public Wrapper {
 
 class WithFamilies final : public Wrapper {
  public:
-  WithFamilies(std::unique_ptr<const WidgetConfiguration> inner, std::vector<WidgetFamily> families)
+  WithFamilies(std::unique_ptr<const WidgetConfiguration> inner, std::vector<protocol::WidgetFamily> families)
       : Wrapper(std::move(inner)), families_(std::move(families)) {}
-  std::vector<WidgetFamily> supportedFamilies() const override { return families_; }
+  std::vector<protocol::WidgetFamily> supportedFamilies() const override { return families_; }
 
  private:
-  std::vector<WidgetFamily> families_;
+  std::vector<protocol::WidgetFamily> families_;
 };
 
 }  // namespace
@@ -67,7 +68,7 @@ SomeWidgetConfiguration SomeWidgetConfiguration::description(std::string text) &
   return SomeWidgetConfiguration(std::make_unique<WithDescription>(std::move(inner_), std::move(text)));
 }
 
-SomeWidgetConfiguration SomeWidgetConfiguration::supportedFamilies(std::vector<WidgetFamily> families) && {
+SomeWidgetConfiguration SomeWidgetConfiguration::supportedFamilies(std::vector<protocol::WidgetFamily> families) && {
   return SomeWidgetConfiguration(std::make_unique<WithFamilies>(std::move(inner_), std::move(families)));
 }
 

@@ -11,6 +11,7 @@
 
 #include "platform/widget_kit/timeline_provider.hpp"
 #include "protocol/view_tree/node.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace platform {
 
@@ -29,7 +30,7 @@ class WidgetConfiguration {
   virtual std::string displayName() const = 0;
   virtual std::string description() const = 0;
   /// In the order in which the gallery offers them.
-  virtual std::vector<WidgetFamily> supportedFamilies() const = 0;
+  virtual std::vector<protocol::WidgetFamily> supportedFamilies() const = 0;
 
   virtual EntryJson placeholder(const TimelineProviderContext& context) const = 0;
   virtual void getSnapshot(const TimelineProviderContext& context, Completion<EntryJson> completion) const = 0;
@@ -37,7 +38,7 @@ class WidgetConfiguration {
 
   /// The view of an entry in a size; the error names the entry's field that does not decode.
   virtual std::expected<protocol::Node, std::string> content(const nlohmann::json& entry,
-                                                             WidgetFamily family) const = 0;
+                                                             protocol::WidgetFamily family) const = 0;
 };
 
 /// A configuration under construction: each modifier wraps the result of the step before it.
@@ -47,7 +48,7 @@ class SomeWidgetConfiguration {
 
   SomeWidgetConfiguration configurationDisplayName(std::string name) &&;
   SomeWidgetConfiguration description(std::string text) &&;
-  SomeWidgetConfiguration supportedFamilies(std::vector<WidgetFamily> families) &&;
+  SomeWidgetConfiguration supportedFamilies(std::vector<protocol::WidgetFamily> families) &&;
 
   const WidgetConfiguration& operator*() const { return *inner_; }
   const WidgetConfiguration* operator->() const { return inner_.get(); }

@@ -8,9 +8,7 @@
 // each family fits at its natural size.
 #pragma once
 
-#include <optional>
-#include <string_view>
-
+#include "protocol/view_tree/widget_family.hpp"
 #include "render/layout/geometry.hpp"
 
 namespace render {
@@ -35,12 +33,16 @@ inline constexpr BoardForm mediumFamily{boardSize(2, 2)};
 /// A large board shows no more rows than a medium one: its room goes into larger type, to be read from further away.
 inline constexpr BoardForm largeFamily{boardSize(2, 3), 1.5};
 
-/// The form of a family by its name in the extension protocol ("systemMedium"); none for a name it does not know.
-constexpr std::optional<BoardForm> familyForm(std::string_view family) {
-  if (family == "systemSmall") return smallFamily;
-  if (family == "systemMedium") return mediumFamily;
-  if (family == "systemLarge") return largeFamily;
-  return std::nullopt;
+constexpr BoardForm familyForm(protocol::WidgetFamily family) {
+  switch (family) {
+    case protocol::WidgetFamily::systemSmall:
+      return smallFamily;
+    case protocol::WidgetFamily::systemMedium:
+      return mediumFamily;
+    case protocol::WidgetFamily::systemLarge:
+      return largeFamily;
+  }
+  return mediumFamily;
 }
 
 /// Of the board's corners, in points: one and a half of the padding that boards have.

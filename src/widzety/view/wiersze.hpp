@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/calendar/calendar.hpp"
-#include "platform/widget_kit/widget_family.hpp"
 #include "protocol/view_tree/builders.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 #include "widzety/model/rekordy.hpp"
 #include "widzety/texts/jezyk.hpp"
 
@@ -11,7 +11,7 @@ namespace widzety {
 
 /// What rows are drawn for: times and marks are of the moment of drawing, not of the entry.
 struct ChwilaRysowania {
-  platform::WidgetFamily rozmiar;
+  protocol::WidgetFamily rozmiar;
   absl::Time teraz;
   platform::Calendar kalendarz;
   Jezyk jezyk;

@@ -9,7 +9,7 @@
 namespace widzety {
 
 platform::SomeWidgetConfiguration WidzetDnia::body() const {
-  using enum platform::WidgetFamily;
+  using enum protocol::WidgetFamily;
   const auto tresc = [&zegar = otoczenie_.zegar](const Wpis& wpis, const platform::FamilyEnvironment& rozmiar) {
     return WidokDnia{.wpis = wpis, .rozmiar = rozmiar}.body(zegar);
   };

@@ -35,7 +35,8 @@ constexpr const char* sample = R"({
 }
 )";
 
-const Placed samplePlaced{3, "Dzien", "systemMedium", {{"Acme", "P27", "A1", "DP-1"}, Corner::topRight, {20, 40}}};
+const Placed samplePlaced{
+    3, "Dzien", protocol::WidgetFamily::systemMedium, {{"Acme", "P27", "A1", "DP-1"}, Corner::topRight, {20, 40}}};
 
 json sampleJson() { return json::parse(sample); }
 
@@ -97,7 +98,7 @@ TEST(PlacementDocument, DropsAnEntryThatDescribesNoCopyAndKeepsTheOthers) {
       {"/kind", ""},
       {"/kind", 7},
       {"/kind", std::string(257, 'a')},
-      {"/family", ""},
+      {"/family", "systemExtraLarge"},
       {"/family", nullptr},
       {"/monitor", "DP-1"},
       {"/monitor/serial", 12},
@@ -153,7 +154,7 @@ TEST(PlacementDocument, KeepsKeysThatALaterVersionWrote) {
   document["widgets"][0]["monitor"]["scale"] = 1.5;
   Placements placements = readPlacements(document.dump()).value().placements;
   placements.setPlace(3, {{"Acme", "P27", "A2", "DP-2"}, Corner::bottomLeft, {0, 0}});
-  placements.add("Dzien", "systemSmall", samplePlaced.place);
+  placements.add("Dzien", protocol::WidgetFamily::systemSmall, samplePlaced.place);
   const json written = json::parse(writePlacements(placements, document.dump()));
   EXPECT_EQ(written["theme"], document["theme"]);
   EXPECT_EQ(written["widgets"][0]["locked"], true);
@@ -174,7 +175,7 @@ TEST(PlacementDocument, ReadsBackWhateverWasPlaced) {
       const Point inset{roll(-farthestInset, farthestInset), roll(-farthestInset, farthestInset)};
       all.push_back({roll(0, 1) == 0 ? id : std::numeric_limits<int>::max() - id,
                      names[roll(1, 5)],
-                     names[roll(1, 5)],
+                     static_cast<protocol::WidgetFamily>(roll(0, 2)),
                      {monitor, static_cast<Corner>(roll(0, 3)), inset}});
     }
     const Placements placements(all);

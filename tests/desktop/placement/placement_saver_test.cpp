@@ -15,7 +15,8 @@ class PlacementSaverTest : public testing::Test {
  protected:
   static Placements copies(int count) {
     Placements placements;
-    for (int i = 0; i < count; ++i) placements.add("Dzien", "systemSmall", {{}, Corner::topLeft, {20, 20 * i}});
+    for (int i = 0; i < count; ++i)
+      placements.add("Dzien", protocol::WidgetFamily::systemSmall, {{}, Corner::topLeft, {20, 20 * i}});
     return placements;
   }
   std::size_t kept() const {

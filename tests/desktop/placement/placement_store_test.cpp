@@ -20,8 +20,10 @@ using Names = std::set<std::string>;
 
 Placements sample() {
   Placements placements;
-  placements.add("Dzien", "systemMedium", {{"Acme", "P27", "A1", "DP-1"}, Corner::topRight, {20, 40}});
-  placements.add("Dzien", "systemSmall", {{"Acme", "P27", "A1", "DP-1"}, Corner::topLeft, {20, 20}});
+  placements.add("Dzien", protocol::WidgetFamily::systemMedium,
+                 {{"Acme", "P27", "A1", "DP-1"}, Corner::topRight, {20, 40}});
+  placements.add("Dzien", protocol::WidgetFamily::systemSmall,
+                 {{"Acme", "P27", "A1", "DP-1"}, Corner::topLeft, {20, 20}});
   return placements;
 }
 
@@ -122,7 +124,7 @@ TEST_F(PlacementStoreTest, KeepsKeysOfALaterVersionAcrossManySaves) {
   PlacementStore store(path());
   Placements placements = store.load().placements;
   for (int i = 0; i < 3; ++i) {
-    placements.add("Dzien", "systemLarge", {});
+    placements.add("Dzien", protocol::WidgetFamily::systemLarge, {});
     ASSERT_TRUE(store.save(placements));
   }
   EXPECT_EQ(nlohmann::json::parse(contentOf(path()))["widgets"][1]["locked"], true);
@@ -146,7 +148,7 @@ TEST_F(PlacementStoreTest, LosesNothingOnAFullDisk) {
   PlacementStore store(path());
   ASSERT_TRUE(store.save(sample()));
   Placements more = sample();
-  more.add("Dzien", "systemLarge", {});
+  more.add("Dzien", protocol::WidgetFamily::systemLarge, {});
   {
     const support::FileSizeLimit full(100);
     EXPECT_EQ(store.save(more).error(), "can't write " + path() + ": File too large");
@@ -167,7 +169,7 @@ TEST_F(PlacementStoreTest, WritesNoNameThatItCouldNotReadBack) {
   Placements placements = sample();
   PlacementStore store(path());
   ASSERT_TRUE(store.save(placements));
-  placements.add(std::string(1000, 'k'), "systemSmall", {});
+  placements.add(std::string(1000, 'k'), protocol::WidgetFamily::systemSmall, {});
   EXPECT_FALSE(store.save(placements));
   EXPECT_EQ(load().placements, sample());
 }

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "desktop/placement/arrangement.hpp"
+#include "protocol/view_tree/widget_family.hpp"
 
 namespace desktop {
 
@@ -25,11 +26,10 @@ inline constexpr Size smallSize{240, 240};
 inline constexpr Size mediumSize{480, 240};
 inline constexpr Size largeSize{480, 480};
 
-inline std::optional<Size> sizeOf(std::string_view family) {
-  if (family == "systemSmall") return smallSize;
-  if (family == "systemMedium") return mediumSize;
-  if (family == "systemLarge") return largeSize;
-  return std::nullopt;
+inline Size sizeOf(protocol::WidgetFamily family) {
+  if (family == protocol::WidgetFamily::systemSmall) return smallSize;
+  if (family == protocol::WidgetFamily::systemMedium) return mediumSize;
+  return largeSize;
 }
 
 }  // namespace desktop

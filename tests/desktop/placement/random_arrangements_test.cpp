@@ -22,11 +22,10 @@ class Dice {
 };
 
 // Small desktops: every place can be tried, and widgets are in each other's way.
-std::optional<Size> smallSizes(std::string_view family) {
-  if (family == "systemSmall") return Size{8, 8};
-  if (family == "systemMedium") return Size{16, 8};
-  if (family == "systemLarge") return Size{16, 16};
-  return std::nullopt;
+Size smallSizes(protocol::WidgetFamily family) {
+  if (family == protocol::WidgetFamily::systemSmall) return {8, 8};
+  if (family == protocol::WidgetFamily::systemMedium) return {16, 8};
+  return {16, 16};
 }
 
 std::vector<Monitor> randomMonitors(Dice& dice) {
@@ -44,7 +43,8 @@ std::vector<Monitor> randomMonitors(Dice& dice) {
 
 Placements randomPlacements(Dice& dice) {
   Placements placements;
-  const char* families[] = {"systemSmall", "systemMedium", "systemLarge"};
+  const protocol::WidgetFamily families[] = {protocol::WidgetFamily::systemSmall, protocol::WidgetFamily::systemMedium,
+                                             protocol::WidgetFamily::systemLarge};
   for (int left = dice.roll(0, 7); left > 0; --left) {
     const MonitorIdentity identity{"Acme", "P27", std::to_string(dice.roll(0, 2)),
                                    "DP-" + std::to_string(dice.roll(0, 4))};
@@ -81,7 +81,7 @@ TEST(RandomArrangements, ShowEveryCopyWholeOnAMonitorOfTheMoment) {
     for (const auto& copy : arranged) {
       const Rect& area = monitors.at(copy.monitor).area;
       ASSERT_TRUE(contains(area, copy.rect)) << "seed " << seed << " " << copy;
-      const Size natural = *smallSizes(placements.find(copy.id)->family);
+      const Size natural = smallSizes(placements.find(copy.id)->family);
       if (fitsInto(natural, area)) {
         ASSERT_EQ(copy.rect.size(), natural) << "seed " << seed << " " << copy;
       } else {

@@ -19,19 +19,17 @@ class WidgetPlacesTest : public testing::Test {
   }
 
   double scale_ = 1;
-  WidgetPlaces places_{Placements(), [this](std::string_view family) {
-                         return sizeOf(family).transform([this](Size size) {
-                           return Size{static_cast<int>(size.width * scale_), static_cast<int>(size.height * scale_)};
-                         });
+  WidgetPlaces places_{Placements(), [this](protocol::WidgetFamily family) {
+                         const Size size = sizeOf(family);
+                         return Size{static_cast<int>(size.width * scale_), static_cast<int>(size.height * scale_)};
                        }};
 };
 
 TEST_F(WidgetPlacesTest, AddsBelowTheOthersAndRemoves) {
-  EXPECT_TRUE(places_.add("day", "systemMedium"));
-  EXPECT_TRUE(places_.add("day", "systemSmall"));
+  EXPECT_TRUE(places_.add("day", protocol::WidgetFamily::systemMedium));
+  EXPECT_TRUE(places_.add("day", protocol::WidgetFamily::systemSmall));
   EXPECT_EQ(rectOf(1), (Rect{780, 20, 480, 240}));
   EXPECT_EQ(rectOf(2), (Rect{1020, 280, 240, 240}));
-  EXPECT_FALSE(places_.add("day", "systemExtraLarge"));
   EXPECT_TRUE(places_.remove(1));
   EXPECT_FALSE(places_.remove(1));
   EXPECT_EQ(places_.arranged(1), nullptr);
@@ -39,7 +37,7 @@ TEST_F(WidgetPlacesTest, AddsBelowTheOthersAndRemoves) {
 }
 
 TEST_F(WidgetPlacesTest, KeepsADroppedCopyWhereItWasDropped) {
-  places_.add("day", "systemMedium");
+  places_.add("day", protocol::WidgetFamily::systemMedium);
   EXPECT_TRUE(places_.moveTo(1, {100, 200}));
   EXPECT_EQ(rectOf(1), (Rect{100, 200, 480, 240}));
   EXPECT_EQ(places_.all()[0].place, (Place{screen.identity, Corner::topLeft, {100, 200}}));
@@ -47,8 +45,8 @@ TEST_F(WidgetPlacesTest, KeepsADroppedCopyWhereItWasDropped) {
 }
 
 TEST_F(WidgetPlacesTest, CopyDroppedOnAnotherIsKeptAtTheNearestFreePlace) {
-  places_.add("day", "systemMedium");
-  places_.add("day", "systemSmall");
+  places_.add("day", protocol::WidgetFamily::systemMedium);
+  places_.add("day", protocol::WidgetFamily::systemSmall);
   // The first in order, so it is the neighbour that would have to give way.
   places_.moveTo(1, {900, 300});
   EXPECT_EQ(rectOf(2), (Rect{1020, 280, 240, 240})) << "the other stays";
@@ -58,24 +56,24 @@ TEST_F(WidgetPlacesTest, CopyDroppedOnAnotherIsKeptAtTheNearestFreePlace) {
 }
 
 TEST_F(WidgetPlacesTest, ResizedCopyCoversNoOther) {
-  places_.add("day", "systemMedium");
-  places_.add("day", "systemSmall");
-  EXPECT_TRUE(places_.resize(1, "systemLarge"));
+  places_.add("day", protocol::WidgetFamily::systemMedium);
+  places_.add("day", protocol::WidgetFamily::systemSmall);
+  EXPECT_TRUE(places_.resize(1, protocol::WidgetFamily::systemLarge));
   EXPECT_EQ(rectOf(2), (Rect{1020, 280, 240, 240}));
   EXPECT_EQ(rectOf(1).size(), largeSize);
   EXPECT_FALSE(overlap(rectOf(1), rectOf(2)));
-  EXPECT_FALSE(places_.resize(1, "systemLarge")) << "it is large already";
+  EXPECT_FALSE(places_.resize(1, protocol::WidgetFamily::systemLarge)) << "it is large already";
 }
 
 TEST_F(WidgetPlacesTest, ResizedCopyGrowsFromItsCorner) {
-  places_.add("day", "systemSmall");
-  EXPECT_TRUE(places_.resize(1, "systemMedium"));
+  places_.add("day", protocol::WidgetFamily::systemSmall);
+  EXPECT_TRUE(places_.resize(1, protocol::WidgetFamily::systemMedium));
   EXPECT_EQ(rectOf(1), (Rect{780, 20, 480, 240}));
 }
 
 TEST_F(WidgetPlacesTest, CopiesGrowWithTheTextAndReturnToTheirPlaces) {
-  places_.add("day", "systemMedium");
-  places_.add("day", "systemMedium");
+  places_.add("day", protocol::WidgetFamily::systemMedium);
+  places_.add("day", protocol::WidgetFamily::systemMedium);
   scale_ = 1.25;
   places_.sizesChanged();
   EXPECT_EQ(rectOf(1), (Rect{660, 20, 600, 300}));
@@ -90,14 +88,14 @@ TEST_F(WidgetPlacesTest, CopiesGrowWithTheTextAndReturnToTheirPlaces) {
 }
 
 TEST_F(WidgetPlacesTest, StepsAndSnapsWithinTheMonitor) {
-  places_.add("day", "systemMedium");
+  places_.add("day", protocol::WidgetFamily::systemMedium);
   EXPECT_TRUE(places_.step(1, Direction::left));
   EXPECT_EQ(rectOf(1), (Rect{760, 20, 480, 240}));
   EXPECT_EQ(places_.snapped(1, {3, 5}), (Point{0, 0}));
 }
 
 TEST_F(WidgetPlacesTest, NamesTheWidgetOfCopiesThatHaveNoNameYet) {
-  places_.add("", "systemMedium");
+  places_.add("", protocol::WidgetFamily::systemMedium);
   EXPECT_TRUE(places_.nameKind("day"));
   EXPECT_EQ(places_.all()[0].kind, "day");
   EXPECT_FALSE(places_.nameKind("other"));

@@ -30,26 +30,24 @@ std::string lastLineOf(const Node& board) {
   return std::get<Verbatim>(std::get<TextNode>(std::get<VStackNode>(board.kind).children.back().kind).content).text;
 }
 
-bool fits(const Node& board, const char* family) {
-  return render::fits(board, {.form = render::familyForm(family).value()});
-}
+bool fits(const Node& board, WidgetFamily family) { return render::fits(board, {.form = render::familyForm(family)}); }
 
 TEST(BoardInBox, KeepsAllRowsThatFit) {
-  EXPECT_EQ(boardInBox(dayOf(3), "systemMedium", host::Language::english),
+  EXPECT_EQ(boardInBox(dayOf(3), WidgetFamily::systemMedium, host::Language::english),
             host::localised(dayOf(3), host::Language::english));
 }
 
 TEST(BoardInBox, LeavesOutAndCountsTheRowsThatDoNot) {
   constexpr int tasks = 40;
-  for (const char* family : {"systemSmall", "systemMedium", "systemLarge"}) {
+  for (const auto family : {WidgetFamily::systemSmall, WidgetFamily::systemMedium, WidgetFamily::systemLarge}) {
     const auto board = boardInBox(dayOf(tasks), family, host::Language::english);
-    EXPECT_TRUE(fits(board, family)) << family;
+    EXPECT_TRUE(fits(board, family)) << nameOf(family);
     // Beside the rows there are the header and the last line.
     const int hidden = tasks - static_cast<int>(linesOf(board) - 2);
-    EXPECT_GT(hidden, 0) << family;
-    EXPECT_EQ(lastLineOf(board), "and " + std::to_string(hidden) + " more") << family;
+    EXPECT_GT(hidden, 0) << nameOf(family);
+    EXPECT_EQ(lastLineOf(board), "and " + std::to_string(hidden) + " more") << nameOf(family);
     const auto onMore = host::withoutLastRows(dayOf(tasks), hidden - 1).value();
-    EXPECT_FALSE(fits(host::localised(onMore, host::Language::english), family)) << family;
+    EXPECT_FALSE(fits(host::localised(onMore, host::Language::english), family)) << nameOf(family);
   }
 }
 

@@ -29,7 +29,7 @@ CommandLine line(std::initializer_list<const char*> arguments) {
 TEST(CommandLineTest, ShowsTheMediumBoardOfTheDayByDefault) {
   const auto empty = line({});
   EXPECT_FALSE(empty.command);
-  EXPECT_EQ(empty.family, "systemMedium");
+  EXPECT_EQ(empty.family, protocol::WidgetFamily::systemMedium);
   EXPECT_EQ(empty.entry, "timeline");
   EXPECT_EQ(empty.format, Format::text);
   EXPECT_EQ(empty.extension, std::nullopt);
@@ -39,7 +39,7 @@ TEST(CommandLineTest, ReadsEveryOption) {
   const auto show = line({"--extension", "/x", "show", "--family", "small", "--entry", "-", "--format", "svg",
                           "--output", "a.png", "--scale", "1.5", "--appearance", "dark", "--outlines"});
   EXPECT_EQ(show.extension, "/x");
-  EXPECT_EQ(show.family, "systemSmall");
+  EXPECT_EQ(show.family, protocol::WidgetFamily::systemSmall);
   EXPECT_EQ(show.entry, "-");
   EXPECT_EQ(show.format, Format::svg);
   EXPECT_EQ(show.output, "a.png");

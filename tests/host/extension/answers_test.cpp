@@ -11,7 +11,7 @@ TEST(ReadWidgets, ReadsDeclarationsAndPassesOverTheRest) {
   const auto widgets = readWidgets(json::parse(
       R"([{"kind":"k","displayName":"n","description":"d","families":["systemSmall","systemHuge"],"new":1}])"));
   ASSERT_TRUE(widgets);
-  EXPECT_EQ(*widgets, (std::vector<WidgetDeclaration>{{"k", "n", "d", {"systemSmall", "systemHuge"}}}));
+  EXPECT_EQ(*widgets, (std::vector<WidgetDeclaration>{{"k", "n", "d", {protocol::WidgetFamily::systemSmall}}}));
   EXPECT_TRUE(readWidgets(json::array()));
 }
 

@@ -25,6 +25,7 @@ namespace {
 
 using Kind = ExtensionFailure::Kind;
 using nlohmann::json;
+using protocol::WidgetFamily;
 using std::chrono::steady_clock;
 
 // Long enough for a process to start on a busy machine under a sanitizer.
@@ -82,12 +83,12 @@ TEST_F(ExtensionClientTest, AsksEveryMethod) {
   ASSERT_TRUE(widgets) << widgets.error().message;
   EXPECT_EQ(widgets->front().kind, "fake");
   EXPECT_EQ(client.widgetsJson()->at(0).at("displayName"), "Fake");
-  EXPECT_EQ(titleOf(*client.placeholder("fake", "systemSmall")), "placeholder");
-  EXPECT_EQ(titleOf(*client.snapshot("fake", "systemSmall", false)), "snapshot");
-  const auto timeline = client.timeline("fake", "systemLarge");
+  EXPECT_EQ(titleOf(*client.placeholder("fake", WidgetFamily::systemSmall)), "placeholder");
+  EXPECT_EQ(titleOf(*client.snapshot("fake", WidgetFamily::systemSmall, false)), "snapshot");
+  const auto timeline = client.timeline("fake", WidgetFamily::systemLarge);
   ASSERT_TRUE(timeline) << timeline.error().message;
   EXPECT_EQ(titleOf(timeline->entries.front()), "timeline");
-  const auto view = client.render("fake", "systemLarge", timeline->entries.front().json);
+  const auto view = client.render("fake", WidgetFamily::systemLarge, timeline->entries.front().json);
   ASSERT_TRUE(view) << view.error().message;
   EXPECT_EQ(*view, protocol::Node(protocol::Text(std::string("timeline systemLarge"))
                                       .containerBackground(protocol::ContainerBackground::background)));
@@ -188,14 +189,16 @@ TEST_F(ExtensionClientTest, GivesUpASilentExtensionAtItsDeadline) {
 TEST_F(ExtensionClientTest, GivesUpWhereALargeRequestIsNotRead) {
   behave("stop reading");
   ExtensionClient client(settings(absl::Milliseconds(300)));
-  const auto view = client.render("fake", "systemSmall", R"({"tytul":")" + std::string(1 << 20, 't') + "\"}");
+  const auto view =
+      client.render("fake", WidgetFamily::systemSmall, R"({"tytul":")" + std::string(1 << 20, 't') + "\"}");
   ASSERT_FALSE(view);
   EXPECT_EQ(view.error().kind, Kind::timedOut);
 }
 
 TEST_F(ExtensionClientTest, RefusesARequestLongerThanALine) {
   ExtensionClient client(settings());
-  const auto view = client.render("fake", "systemSmall", "\"" + std::string(std::size_t{64} << 20, 't') + "\"");
+  const auto view =
+      client.render("fake", WidgetFamily::systemSmall, "\"" + std::string(std::size_t{64} << 20, 't') + "\"");
   ASSERT_FALSE(view);
   EXPECT_EQ(view.error().kind, Kind::refused);
   EXPECT_TRUE(client.running());
@@ -207,14 +210,14 @@ TEST_F(ExtensionClientTest, GivesALoadItsOwnDeadline) {
   auto patient = settings(absl::Milliseconds(50));
   patient.loadDeadline = absl::Hours(1);
   ExtensionClient client(patient);
-  EXPECT_EQ(client.snapshot("fake", "systemSmall", true).error().kind, Kind::timedOut);
-  EXPECT_EQ(client.placeholder("fake", "systemSmall").error().kind, Kind::timedOut);
+  EXPECT_EQ(client.snapshot("fake", WidgetFamily::systemSmall, true).error().kind, Kind::timedOut);
+  EXPECT_EQ(client.placeholder("fake", WidgetFamily::systemSmall).error().kind, Kind::timedOut);
 
   auto impatient = settings(absl::Hours(1));
   impatient.loadDeadline = absl::Milliseconds(50);
   ExtensionClient loading(impatient);
-  EXPECT_EQ(loading.timeline("fake", "systemSmall").error().kind, Kind::timedOut);
-  EXPECT_EQ(loading.snapshot("fake", "systemSmall", false).error().kind, Kind::timedOut);
+  EXPECT_EQ(loading.timeline("fake", WidgetFamily::systemSmall).error().kind, Kind::timedOut);
+  EXPECT_EQ(loading.snapshot("fake", WidgetFamily::systemSmall, false).error().kind, Kind::timedOut);
 }
 
 TEST_F(ExtensionClientTest, TakesAnswersFromAnExtensionThatIsOnlyOdd) {
@@ -223,7 +226,7 @@ TEST_F(ExtensionClientTest, TakesAnswersFromAnExtensionThatIsOnlyOdd) {
     behave(behaviour);
     ExtensionClient client(settings());
     for (int i = 0; i < 3; ++i) {
-      const auto entry = client.placeholder("fake", "systemSmall");
+      const auto entry = client.placeholder("fake", WidgetFamily::systemSmall);
       ASSERT_TRUE(entry) << behaviour << ": " << entry.error().message;
     }
   }
@@ -240,7 +243,7 @@ TEST_F(ExtensionClientTest, TakesTheAnswerOfAnExtensionThatEndsRightAfter) {
 TEST_F(ExtensionClientTest, KeepsAnExtensionThatRefuses) {
   behave("refuse");
   ExtensionClient client(settings());
-  const auto entry = client.placeholder("fake", "systemHuge");
+  const auto entry = client.placeholder("fake", WidgetFamily::systemMedium);
   ASSERT_FALSE(entry);
   EXPECT_EQ(entry.error().kind, Kind::refused);
   EXPECT_EQ(entry.error().message, "the extension refused \"placeholder\": \"family\": ?[31munknown");

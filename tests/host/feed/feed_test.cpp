@@ -20,6 +20,7 @@
 namespace host {
 namespace {
 
+using protocol::WidgetFamily;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -93,7 +94,7 @@ class FeedTest : public testing::Test {
   }
   /// Until it has loaded its first timeline.
   static void begin(Feed& feed) {
-    feed.show({"systemSmall"});
+    feed.show({WidgetFamily::systemSmall});
     feed.handleWakeUps();
   }
   std::ptrdiff_t loads() {
@@ -128,16 +129,16 @@ class FeedTest : public testing::Test {
 
 TEST_F(FeedTest, ShowsSeveralSizesFromOneTimelineOfOneProcess) {
   Feed feed = this->feed();
-  feed.show({"systemMedium", "systemSmall"});
+  feed.show({WidgetFamily::systemMedium, WidgetFamily::systemSmall});
   feed.handleWakeUps();
-  EXPECT_THAT(told_.all(), ElementsAre("widget fake", "load, timeline systemMedium, timeline systemSmall"));
+  EXPECT_THAT(told_.all(), ElementsAre("widget fake", "load, timeline systemSmall, timeline systemMedium"));
   EXPECT_EQ(starts(), 1U);
   EXPECT_EQ(told_.reload(), start + absl::Minutes(15));
 }
 
 TEST_F(FeedTest, ShowsPlaceholdersBeforeTheFirstLoadAndInTheSameProcess) {
   Feed feed = this->feed(Feed::Placeholders::untilLoaded);
-  feed.show({"systemLarge"});
+  feed.show({WidgetFamily::systemLarge});
   EXPECT_THAT(told_.all(), ElementsAre("widget fake", "placeholder, placeholder systemLarge"));
   feed.handleWakeUps();
   EXPECT_EQ(told_.all().back(), "load, timeline systemLarge");
@@ -146,23 +147,23 @@ TEST_F(FeedTest, ShowsPlaceholdersBeforeTheFirstLoadAndInTheSameProcess) {
 
 TEST_F(FeedTest, DrawsAFurtherSizeFromTheEntryThatIsThere) {
   Feed feed = this->feed(Feed::Placeholders::untilLoaded);
-  feed.show({"systemLarge"});
+  feed.show({WidgetFamily::systemLarge});
   feed.handleWakeUps();
   const auto planned = told_.reload();
-  feed.show({"systemLarge", "systemSmall"});
-  EXPECT_EQ(told_.all().back(), "redraw, timeline systemLarge, timeline systemSmall");
+  feed.show({WidgetFamily::systemLarge, WidgetFamily::systemSmall});
+  EXPECT_EQ(told_.all().back(), "redraw, timeline systemSmall, timeline systemLarge");
   EXPECT_EQ(told_.reload(), planned);
 }
 
 TEST_F(FeedTest, AsksForNothingWithoutASizeAndAgainWithOne) {
   Feed feed = this->feed(Feed::Placeholders::untilLoaded);
-  feed.show({"systemLarge"});
+  feed.show({WidgetFamily::systemLarge});
   feed.handleWakeUps();
   feed.show({});
   const auto before = told_.all().size();
   feed.handleWakeUps();
   EXPECT_EQ(told_.all().size(), before);
-  feed.show({"systemSmall"});
+  feed.show({WidgetFamily::systemSmall});
   feed.handleWakeUps();
   EXPECT_EQ(told_.all().back(), "load, timeline systemSmall");
 }
@@ -170,7 +171,7 @@ TEST_F(FeedTest, AsksForNothingWithoutASizeAndAgainWithOne) {
 TEST_F(FeedTest, TellsOfAFailureAndAsksAgainAfterAPause) {
   environment_.set("FAKE_EXTENSION", "exit 3");
   Feed feed = this->feed();
-  feed.show({"systemMedium"});
+  feed.show({WidgetFamily::systemMedium});
   feed.handleWakeUps();
   EXPECT_THAT(told_.all(), ElementsAre(HasSubstr("ended with status 3")));
   EXPECT_EQ(told_.reload(), start + absl::Seconds(1));
@@ -184,7 +185,7 @@ TEST_F(FeedTest, GivesAPreviewOfEverySizeAndEndsTheProcess) {
   Feed feed = this->feed();
   std::vector<std::string> previews;
   for (const auto& [family, view] : feed.previews().views) previews.push_back(wordsOf(view));
-  EXPECT_THAT(previews, ElementsAre("snapshot systemLarge", "snapshot systemMedium", "snapshot systemSmall"));
+  EXPECT_THAT(previews, ElementsAre("snapshot systemSmall", "snapshot systemMedium", "snapshot systemLarge"));
 }
 
 TEST_F(FeedTest, HasNoPreviewsOfAnExtensionThatFails) {
@@ -234,7 +235,7 @@ TEST_F(FeedTest, AsksAtOnceWhenTheClockWasSetPastTheDateOrFarBack) {
 TEST_F(FeedTest, PauseAfterAFailureIsNotMovedByASetClock) {
   environment_.set("FAKE_EXTENSION", "exit 3");
   Feed feed = this->feed();
-  feed.show({"systemSmall"});
+  feed.show({WidgetFamily::systemSmall});
   feed.handleWakeUps();
   set(start + absl::Hours(1000));
   feed.handleWakeUps();
@@ -247,7 +248,7 @@ TEST_F(FeedTest, PauseAfterAFailureIsNotMovedByASetClock) {
 TEST_F(FeedTest, DrawsTheNewDayAtMidnightAndForANewZone) {
   Feed feed = this->feed();
   time_.setMidnight(start + absl::Minutes(3));
-  feed.show({"systemSmall"});
+  feed.show({WidgetFamily::systemSmall});
   feed.handleWakeUps();
   pass(absl::Minutes(3));
   time_.setMidnight(start + absl::Hours(27));
@@ -277,7 +278,7 @@ TEST_F(FeedTest, DrawsAtMostOnceASecondWhateverTheZonesRuleSays) {
 TEST_F(FeedTest, KeepsASecondBetweenADrawingAndAMidnightRightAfterIt) {
   Feed feed = this->feed();
   time_.setMidnight(start + absl::Milliseconds(200));
-  feed.show({"systemSmall"});
+  feed.show({WidgetFamily::systemSmall});
   feed.handleWakeUps();
   EXPECT_EQ(time_.redraw(), start + absl::Seconds(1));
 }
@@ -349,7 +350,7 @@ TEST_F(FeedTest, RunsOnAThreadThatEndsWhileTheExtensionHangs) {
   patient.requestDeadline = absl::Hours(1);  // waited for, it would outlast the test
   {
     FeedThread thread(patient, told_.listener(), Feed::Placeholders::none);
-    thread.post([](Feed& feed) { feed.show({"systemSmall"}); });
+    thread.post([](Feed& feed) { feed.show({WidgetFamily::systemSmall}); });
     ASSERT_TRUE(support::eventually([this] { return starts() == 1; }));
   }
   EXPECT_THAT(told_.all(), IsEmpty());
@@ -364,13 +365,13 @@ TEST_F(FeedTest, InterruptsALoadForATaskAndBeginsItAgain) {
   sometimesSilent.program = folder_.path("sometimes-silent");
   folder_.write("well", "");
   FeedThread thread(sometimesSilent, told_.listener(), Feed::Placeholders::none);
-  thread.post([](Feed& feed) { feed.show({"systemSmall"}); });
+  thread.post([](Feed& feed) { feed.show({WidgetFamily::systemSmall}); });
   ASSERT_TRUE(told_.waitFor(2));
   std::filesystem::remove(folder_.path("well"));
   thread.post([](Feed& feed) { feed.reload(); });
   ASSERT_TRUE(support::eventually([this] { return std::filesystem::exists(folder_.path("silent")); }));
   folder_.write("well", "");
-  thread.post([](Feed& feed) { feed.show({"systemLarge"}); });
+  thread.post([](Feed& feed) { feed.show({WidgetFamily::systemLarge}); });
   ASSERT_TRUE(told_.waitFor(3));
   EXPECT_THAT(told_.all().back(), HasSubstr("timeline systemLarge"));
 }

@@ -21,7 +21,8 @@ TEST_F(StaticConfigurationTest, KeepsWhatItsModifiersSaid) {
   EXPECT_EQ(body->kind(), "sample");
   EXPECT_EQ(body->displayName(), "Sample");
   EXPECT_EQ(body->description(), "A sample.");
-  EXPECT_THAT(body->supportedFamilies(), ElementsAre(WidgetFamily::systemSmall, WidgetFamily::systemLarge));
+  EXPECT_THAT(body->supportedFamilies(),
+              ElementsAre(protocol::WidgetFamily::systemSmall, protocol::WidgetFamily::systemLarge));
 }
 
 TEST_F(StaticConfigurationTest, LastModifierOfAKindWins) {
@@ -38,7 +39,8 @@ TEST_F(StaticConfigurationTest, OffersEveryFamilyUntilToldOtherwise) {
                             return protocol::Text(entry.word);
                           });
   EXPECT_THAT(plain->supportedFamilies(),
-              ElementsAre(WidgetFamily::systemSmall, WidgetFamily::systemMedium, WidgetFamily::systemLarge));
+              ElementsAre(protocol::WidgetFamily::systemSmall, protocol::WidgetFamily::systemMedium,
+                          protocol::WidgetFamily::systemLarge));
   EXPECT_EQ(plain->displayName(), "");
 }
 
@@ -46,8 +48,8 @@ TEST_F(StaticConfigurationTest, RendersOneEntryForEachFamilyAnew) {
   const nlohmann::json entry{{"word", "day"}};
   const protocol::Node small = protocol::Text("day in systemSmall");
   const protocol::Node large = protocol::Text("day in systemLarge");
-  EXPECT_EQ(widget_.body()->content(entry, WidgetFamily::systemSmall), small);
-  EXPECT_EQ(widget_.body()->content(entry, WidgetFamily::systemLarge), large);
+  EXPECT_EQ(widget_.body()->content(entry, protocol::WidgetFamily::systemSmall), small);
+  EXPECT_EQ(widget_.body()->content(entry, protocol::WidgetFamily::systemLarge), large);
 }
 
 TEST_F(StaticConfigurationTest, AnswersAPreviewBeforeTheCallReturns) {

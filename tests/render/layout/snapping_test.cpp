@@ -37,10 +37,9 @@ TEST(FamilyForm, BoardsBesideAndBelowEachOtherEndFlush) {
   const Size& medium = mediumFamily.size;
   EXPECT_EQ(medium, (Size{2 * small.width + boardGap, 2 * small.height + boardGap}));
   EXPECT_EQ(largeFamily.size, (Size{medium.width, medium.height + boardGap + small.height}));
-  EXPECT_EQ(familyForm("systemSmall"), smallFamily);
-  EXPECT_EQ(familyForm("systemMedium"), mediumFamily);
-  EXPECT_EQ(familyForm("systemLarge"), largeFamily);
-  EXPECT_EQ(familyForm("systemExtraLarge"), std::nullopt);
+  EXPECT_EQ(familyForm(protocol::WidgetFamily::systemSmall), smallFamily);
+  EXPECT_EQ(familyForm(protocol::WidgetFamily::systemMedium), mediumFamily);
+  EXPECT_EQ(familyForm(protocol::WidgetFamily::systemLarge), largeFamily);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 namespace widzety {
 namespace {
 
-using platform::WidgetFamily;
+using protocol::WidgetFamily;
 
 using Linie = std::vector<std::string>;
 

@@ -9,7 +9,7 @@
 namespace widzety {
 namespace {
 
-using platform::WidgetFamily;
+using protocol::WidgetFamily;
 using support::asText;
 using support::at;
 

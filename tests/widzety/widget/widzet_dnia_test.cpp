@@ -10,7 +10,7 @@ namespace widzety {
 namespace {
 
 using testing::ElementsAre;
-using enum platform::WidgetFamily;
+using enum protocol::WidgetFamily;
 
 class WidzetDniaTest : public testing::Test {
  protected:

@@ -1,11 +1,11 @@
-// The sizes in which a widget may be placed.
+// The sizes of a widget's board, and their names in the protocol.
 #pragma once
 
 #include <array>
 #include <optional>
 #include <string_view>
 
-namespace platform {
+namespace protocol {
 
 enum class WidgetFamily { systemSmall, systemMedium, systemLarge };
 
@@ -20,4 +20,4 @@ constexpr std::optional<WidgetFamily> widgetFamilyNamed(std::string_view name) {
   return std::nullopt;
 }
 
-}  // namespace platform
+}  // namespace protocol
