@@ -42,7 +42,7 @@ std::string variable(const char* name) {
 }  // namespace
 
 std::optional<std::string> sessionBusToAsk() {
-  // "autolaunch:" would start a bus of its own, which no portal is on.
+  // "autolaunch:" would start a new bus, which has no portal.
   if (auto address = variable("DBUS_SESSION_BUS_ADDRESS"); !address.empty()) {
     if (address.find("autolaunch:") != std::string::npos) return std::nullopt;
     return address;
@@ -59,7 +59,7 @@ class AppearancePortal::Conversation {
  public:
   Conversation(const std::string& busAddress, std::function<void(const DesktopAppearance&)> changed)
       : changed_(std::move(changed)), ended_(g_cancellable_new()) {
-    // A connection of its own: the one that GLib shares ends the process with the bus.
+    // A private connection: the one that GLib shares ends the process when the bus ends.
     constexpr auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
     g_dbus_connection_new_for_address(busAddress.c_str(), flags, nullptr, ended_.get(), &Conversation::connected,
@@ -78,14 +78,14 @@ class AppearancePortal::Conversation {
   Conversation& operator=(const Conversation&) = delete;
 
  private:
-  /// What an answer that comes later belongs to. The conversation may have ended by then.
+  /// The context of an answer. The conversation may have ended when it arrives.
   struct Question {
     Conversation* asker;
     OwnedObject<GCancellable> ended;
     const char* key = nullptr;
     const char* method = nullptr;
     GDBusCallFlags flags = G_DBUS_CALL_FLAGS_NONE;
-    int announcements = 0;  ///< of this key when it was asked
+    int announcements = 0;  ///< changes of this key before the question
   };
 
   static GCancellable* ref(GCancellable* cancellable) { return static_cast<GCancellable*>(g_object_ref(cancellable)); }
@@ -115,8 +115,8 @@ class AppearancePortal::Conversation {
 
   void ask(const char* key, const char* method, GDBusCallFlags flags) {
     ++open_;
-    // Without a deadline, since nobody waits: a portal answers as late as the slowest of those that it asks itself,
-    // each of which it gives as long as the usual deadline.
+    // Without a timeout, since nothing waits for the answer. A portal may need as long as the slowest of its backends,
+    // each of which may take up to the usual timeout.
     g_dbus_connection_call(
         bus_.get(), portalName, portalPath, settings, method, g_variant_new("(ss)", appearance, key),
         G_VARIANT_TYPE("(v)"), flags, G_MAXINT, ended_.get(), &Conversation::answered,
@@ -139,12 +139,13 @@ class AppearancePortal::Conversation {
       ask(question.key, "Read", question.flags);
       return;
     }
-    // Portals that answer on several threads tell an old value after a change of it.
+    // A portal with several threads may announce a change and send the older value afterwards.
     if (answer != nullptr && question.announcements == announcements_[question.key]) {
       const OwnedVariant value(g_variant_get_child_value(answer, 0));
       keep(question.key, value.get());
     }
-    // Both at once, for one drawing; what is known does not wait for what may never come.
+    // Both values are reported together, so that boards are drawn once. If one is late, the other is reported without
+    // it.
     if (open_ == 0) return tell();
     constexpr guint moment = 50;
     if (answer != nullptr && telling_ == 0) telling_ = g_timeout_add(moment, &Conversation::tellNow, this);
@@ -171,7 +172,7 @@ class AppearancePortal::Conversation {
     conversation.tell();
   }
 
-  /// A portal that comes later, or anew, may know better. It is there already: nothing is started for this.
+  /// Asks a portal that has started late or again. It runs already, so the bus has nothing to start.
   static void ownerChanged(GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
                            const char* /*interface*/, const char* /*signal*/, GVariant* arguments,
                            gpointer self) noexcept {
@@ -198,9 +199,9 @@ class AppearancePortal::Conversation {
   OwnedObject<GDBusConnection> bus_;
   guint settingChanges_ = 0;
   guint ownerChanges_ = 0;
-  std::map<std::string, int, std::less<>> announcements_;  ///< of changes, by key
-  int open_ = 0;                                           ///< questions without an answer yet
-  guint telling_ = 0;                                      ///< the timer after which what is known is told
+  std::map<std::string, int, std::less<>> announcements_;  ///< number of announced changes, by key
+  int open_ = 0;                                           ///< questions that are not answered yet
+  guint telling_ = 0;                                      ///< the timer that reports the values known so far
   DesktopAppearance now_;
   DesktopAppearance told_;
 };

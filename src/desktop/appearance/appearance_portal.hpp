@@ -1,6 +1,5 @@
-// The settings portal's word on how things are to look, followed on the thread's default main context. Nothing waits
-// for it: where there is no bus, no portal, or one that is silent or knows nothing of the matter, there is just no
-// word.
+// The appearance that the desktop's settings portal asks for. Runs on the thread's default main context and never
+// blocks: without a bus or a portal, or if the portal does not answer, no appearance is reported.
 #pragma once
 
 #include <functional>
@@ -8,17 +7,24 @@
 #include <optional>
 #include <string>
 
-#include "desktop/appearance/desktop_appearance.hpp"
+#include "render/colour/palette.hpp"
 
 namespace desktop {
 
-/// The session bus that the environment names, without ever starting one; none where there is none.
+/// What the person chose for all applications; none where nothing was chosen.
+struct DesktopAppearance {
+  std::optional<render::Appearance> scheme;
+  std::optional<render::Colour> accent;
+  bool operator==(const DesktopAppearance&) const = default;
+};
+
+/// The address of the session bus that the environment names; none if there is no bus. Never starts one.
 std::optional<std::string> sessionBusToAsk();
 
 class AppearancePortal {
  public:
-  /// Begins to ask. `changed` is called, never from within the constructor, whenever the answer differs from the one
-  /// before; nothing known is where it starts.
+  /// Begins to ask. `changed` is called whenever the answer differs from the previous one, never from within the
+  /// constructor. The answer before the first is an empty `DesktopAppearance`.
   AppearancePortal(const std::string& busAddress, std::function<void(const DesktopAppearance&)> changed);
   ~AppearancePortal();
   AppearancePortal(const AppearancePortal&) = delete;

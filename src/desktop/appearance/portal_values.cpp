@@ -14,7 +14,7 @@ struct VariantRelease {
 };
 using OwnedVariant = std::unique_ptr<GVariant, VariantRelease>;
 
-/// The value within however many variants.
+/// The value inside any number of nested variants.
 OwnedVariant unwrapped(GVariant* value) {
   OwnedVariant inner(g_variant_ref(value));
   while (g_variant_is_of_type(inner.get(), G_VARIANT_TYPE_VARIANT) != FALSE) {

@@ -1,5 +1,5 @@
-// The values of the settings portal's namespace org.freedesktop.appearance. A variant within the variant, as the method
-// Read answers, is taken like the value itself; one of another type or out of range says nothing.
+// Reads the values of the settings portal's namespace org.freedesktop.appearance. A variant inside the variant, as the
+// method Read returns it, is unwrapped. Values of another type or out of range give none.
 #pragma once
 
 #include <optional>
@@ -10,10 +10,10 @@ using GVariant = struct _GVariant;
 
 namespace desktop {
 
-/// Of `color-scheme`: 1 dark, 2 light, else no preference.
+/// `color-scheme`: 1 is dark, 2 is light, anything else is no preference.
 std::optional<render::Appearance> schemeFromPortal(GVariant* value);
 
-/// Of `accent-color`: red, green and blue of sRGB from 0 to 1.
+/// `accent-color`: red, green and blue of sRGB from 0 to 1.
 std::optional<render::Colour> accentFromPortal(GVariant* value);
 
 }  // namespace desktop

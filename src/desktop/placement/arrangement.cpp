@@ -7,7 +7,8 @@
 namespace desktop {
 namespace {
 
-/// How far a copy is from where it belongs; those that are at home have the first choice of the room.
+/// How well a copy's stored place can be kept. Copies are placed in this order, so a copy whose place is exact never
+/// gives way to one that is moved.
 enum class Fit { exact, clamped, elsewhere };
 
 /// As large as the area allows, in its own proportions.

@@ -1,5 +1,5 @@
-// Where each placed copy is on the monitors of the moment. The stored places stay as they are, so a copy returns to its
-// own monitor when that comes back.
+// Computes where each placed copy is on the monitors that are connected now. Stored places do not change, so a copy
+// returns to its own monitor when that is connected again.
 #pragma once
 
 #include <optional>
@@ -24,14 +24,16 @@ struct Arranged {
   bool operator==(const Arranged&) const = default;
 };
 
-/// In the order of the placements. Copies whose own monitor is there and shows them wholly are exactly at their place.
-/// The others are on their own monitor as far as it reaches, or on the primary one (else the first) for the time being.
-/// A copy that is larger than its monitor is shown smaller. None covers another as long as there is room: of two that
-/// would, as boards that grew with the text do, the later one is at the nearest free place. Empty where
-/// there is no monitor.
+/// In the order of the placements:
+/// - A copy whose own monitor is connected and can show all of it is exactly at its stored place.
+/// - A copy that reaches beyond its own monitor is moved onto it; one that is larger than the monitor is shown smaller.
+/// - A copy whose monitor is not connected is on the primary monitor, else on the first.
+/// - Of two copies that would overlap, for example because boards grew with the text size, the later one is
+///   moved to the nearest free place, as long as there is one.
+/// Without a monitor, the result is empty.
 std::vector<Arranged> arrange(const Placements& placements, std::span<const Monitor> monitors, FamilySizes sizes);
 
-/// Where a further widget goes (`spotForNew`) on the primary monitor. None where there is no monitor.
+/// The place of a new widget on the primary monitor, see `spotForNew`. None if there is no monitor.
 std::optional<Place> placeForNew(Size size, const Placements& placements, std::span<const Monitor> monitors,
                                  FamilySizes sizes);
 

@@ -25,9 +25,9 @@ struct Starts {
   std::vector<int> y;
 };
 
-/// If there is any free place, one of these coordinates in pairs is free too: push a free rectangle left and up until
-/// it stops, and it touches the area's edge or another rectangle on either axis. The ends and the wanted place are
-/// there so that a near place is found.
+/// If there is a free place at all, there is one at a pair of these coordinates: a free rectangle that is pushed left
+/// and up until it stops touches, on each axis, the area's edge or another rectangle. The far edges and the wanted
+/// place are added so that a near place is found.
 Starts candidateStarts(const Rect& wanted, std::span<const Rect> others, const Rect& area, int distance) {
   Starts starts{{area.x, area.right() - wanted.width, wanted.x}, {area.y, area.bottom() - wanted.height, wanted.y}};
   for (const Rect& other : others) {
@@ -56,7 +56,7 @@ std::optional<Point> nearestAtDistance(const Rect& wanted, std::span<const Rect>
   return nearest;
 }
 
-/// A step down and to the left for each that is there already, so that none hides another wholly.
+/// One step down and to the left for each widget that is there already, so that none is covered completely.
 Point cascaded(Point first, Size size, std::span<const Rect> others, const Rect& area) {
   Point spot = first;
   for (std::size_t i = 0; i <= others.size(); ++i) {

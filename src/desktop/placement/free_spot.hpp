@@ -1,4 +1,4 @@
-// Where there is room for one more widget beside those that lie in an area already.
+// Finds room for one more widget beside those that are in an area already.
 #pragma once
 
 #include <optional>
@@ -8,13 +8,13 @@
 
 namespace desktop {
 
-/// For a widget that is new: at the top right, else the first free place of the grid downwards, then column by column
-/// leftwards, a gap away from the others and from the area's edges. Where no such place is left: any free one, then a
-/// cascade over the others.
+/// The place of a new widget: the first free one of the grid, searched from the top right downwards and then column by
+/// column to the left, with a gap to the other widgets and to the area's edges. If there is none, any free place; if
+/// there is none either, a cascade over the others.
 Point spotForNew(Size size, std::span<const Rect> others, const Rect& area);
 
-/// For a widget that can't be where it was: the wanted place clamped to the area, else the nearest one that is free,
-/// with a gap to the others if possible. None where there is no room without covering another one.
+/// The free place nearest to the wanted one within the area, with a gap to the other widgets if possible. None if every
+/// place covers another widget.
 std::optional<Point> nearestFreeSpot(const Rect& wanted, std::span<const Rect> others, const Rect& area);
 
 }  // namespace desktop

@@ -1,5 +1,5 @@
-// Places on the desktop in whole logical points, the unit in which window systems put windows somewhere: the origin
-// is the desktop's, y grows downwards, several monitors share one plane.
+// Points, sizes and rectangles on the desktop in whole logical points, the unit in which window systems place windows.
+// The origin is the desktop's, y grows downwards, and all monitors share one plane.
 #pragma once
 
 #include <algorithm>
@@ -33,7 +33,7 @@ struct Rect {
 
 inline Rect rectAt(Point origin, Size size) { return {origin.x, origin.y, size.width, size.height}; }
 
-/// Whether the two share more than an edge.
+/// Whether they share an area. Rectangles that only touch do not overlap.
 inline bool overlap(const Rect& one, const Rect& other) {
   return one.x < other.right() && other.x < one.right() && one.y < other.bottom() && other.y < one.bottom();
 }
@@ -42,13 +42,15 @@ inline bool contains(const Rect& outer, const Rect& inner) {
   return outer.x <= inner.x && outer.y <= inner.y && inner.right() <= outer.right() && inner.bottom() <= outer.bottom();
 }
 
-/// As much more on each side.
+/// The rectangle, larger by this much on each side.
 inline Rect grown(const Rect& rect, int by) {
   return {rect.x - by, rect.y - by, rect.width + 2 * by, rect.height + 2 * by};
 }
 
-/// The origin nearest to the wanted one at which the rectangle lies wholly within the area; along an axis where it is
+/// The origin nearest to the wanted one at which the whole rectangle is within the area. Along an axis on which it is
 /// too long for that, it begins where the area begins.
+///
+///     clampedOrigin({1200, 100, 240, 240}, {0, 0, 1280, 800})  ->  {1040, 100}
 inline Point clampedOrigin(const Rect& wanted, const Rect& area) {
   const auto along = [](int start, int length, int areaStart, int areaLength) {
     return std::clamp(start, areaStart, areaStart + std::max(0, areaLength - length));

@@ -15,7 +15,7 @@ std::int64_t sharedArea(const Rect& one, const Rect& other) {
   return width > 0 && height > 0 ? width * height : 0;
 }
 
-/// The square of the way from the rectangle's middle to the area.
+/// The square of the distance from the rectangle's centre to the area.
 std::int64_t distance(const Rect& rect, const Rect& area) {
   const Point middle{rect.x + rect.width / 2, rect.y + rect.height / 2};
   const std::int64_t dx = middle.x - std::clamp(middle.x, area.x, area.x + std::max(0, area.width));

@@ -1,5 +1,5 @@
-// A place that outlives changes of the desktop: on a monitor known by what it is, measured from the corner that is
-// nearest, so that a widget at the top right is at the top right of any resolution.
+// A place that stays valid when the desktop changes: on a monitor by its identity, measured from the nearest corner. A
+// widget at the top right stays at the top right at any resolution.
 #pragma once
 
 #include "desktop/placement/monitor.hpp"
@@ -14,16 +14,19 @@ constexpr bool isBottom(Corner corner) { return corner == Corner::bottomLeft || 
 struct Place {
   MonitorIdentity monitor;
   Corner corner = Corner::topLeft;
-  /// From that corner of the monitor's usable area inwards to the same corner of the widget, in points. Negative where
-  /// the widget stood out of the area.
+  /// From that corner of the monitor's usable area inwards to the same corner of the widget, in points. Negative if the
+  /// widget reached beyond the area.
   Point inset;
   bool operator==(const Place&) const = default;
 };
 
-/// The place of a widget that lies at `rect` now. Of corners equally near, the left and the upper ones.
+/// The place of a widget that is at `rect` now. If corners are equally near, a left one wins over a right one and an
+/// upper one over a lower one.
+///
+///     a board at {1020, 20, 240, 240} on a monitor of 1280x800  ->  Corner::topRight, inset {20, 20}
 Place placeOf(const Rect& rect, const Monitor& monitor);
 
-/// Where the place is in this area; not clamped to it.
+/// The origin of a widget of this size at the place. It is not clamped to the area.
 Point originOf(const Place& place, Size size, const Rect& area);
 
 }  // namespace desktop

@@ -26,7 +26,7 @@ constexpr std::array<std::pair<Corner, std::string_view>, 4> corners{{{Corner::t
                                                                       {Corner::bottomLeft, "bottomLeft"},
                                                                       {Corner::bottomRight, "bottomRight"}}};
 
-// A fault of one entry drops that entry alone; its sentence is for nobody.
+// A fault of one entry drops that entry alone. Nobody sees the messages.
 
 int wholeNumber(const JsonObject& object, const char* key, int least, int most) {
   const std::int64_t number = object.integer(key);
@@ -34,7 +34,7 @@ int wholeNumber(const JsonObject& object, const char* key, int least, int most) 
   return static_cast<int>(number);
 }
 
-/// A text that is not too long; the empty one where the key is absent.
+/// A text that is not too long; empty if the key is absent.
 std::string name(const JsonObject& object, const char* key) {
   auto text = object.optionalText(key).value_or("");
   if (text.size() > longestName) object.refuse(key, "too long");
@@ -95,7 +95,7 @@ std::expected<json, std::string> document(std::string_view text) {
   return parsed;
 }
 
-/// The entry that said where this copy is, with all that it said; an empty object where there is none.
+/// The entry of this copy with all its keys, or an empty object if there is none.
 json entryOf(int id, const json& widgets) {
   for (const json& entry : widgets) {
     if (base::readObject(entry, "widget", idFrom) == id) return entry;

@@ -1,5 +1,5 @@
-// The text of the placements file: a JSON object with a format name, a version and the copies. Which file that is, and
-// what becomes of one that can't be read, is the store's matter.
+// The text of the placements file: a JSON object with a format name, a version and the copies. The store knows which
+// file it is and what to do with one that can't be read.
 #pragma once
 
 #include <cstddef>
@@ -11,24 +11,24 @@
 
 namespace desktop {
 
-/// In bytes; a hundred copies take 40 000.
+/// In bytes. A hundred copies take about 40 000.
 inline constexpr std::size_t largestPlacementDocument = 1U << 20U;
 
-/// Farther than this from its corner, in points, no copy is on any desktop.
+/// In points. No desktop is so large; an entry with a larger inset is dropped.
 inline constexpr int farthestInset = 1'000'000;
 
 struct PlacementDocument {
   Placements placements;
-  std::size_t dropped = 0;  ///< entries that describe no copy, or one whose id was taken already
+  std::size_t dropped = 0;  ///< entries that can't be read or repeat an id
 };
 
-/// The good entries of a document, even beside bad ones. The error is a sentence's end for a person: "it is of version
-/// 7", where nothing of it can be used.
+/// The entries that can be read; others are counted in `dropped`. If nothing of the document can be used, the error
+/// says why, as the end of a sentence for a person: "its version is not 1".
 std::expected<PlacementDocument, std::string> readPlacements(std::string_view text);
 
-/// The text for these placements. Keys of `previous` that this program does not know, which a later version may have
-/// written beside those it knows, stay as they are: of the document itself, of each copy by its id, and of its monitor.
-/// A `previous` that is no such document adds nothing.
+/// The text for these placements. Keys of `previous` that this program does not know, for example those of a later
+/// version, are kept: in the document itself, in each copy (by its id) and in its monitor. If `previous` is not a
+/// placements document, it is ignored.
 std::string writePlacements(const Placements& placements, std::string_view previous);
 
 }  // namespace desktop

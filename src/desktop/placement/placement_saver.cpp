@@ -33,7 +33,7 @@ void PlacementSaver::run() {
   std::unique_lock lock(mutex_);
   while (true) {
     changed_.wait(lock, [this] { return ending_ || unsaved_; });
-    // Each further change puts the moment off.
+    // Each further change moves the due time.
     while (!ending_ && std::chrono::steady_clock::now() < due_) changed_.wait_until(lock, due_);
     if (const auto placements = std::exchange(unsaved_, std::nullopt)) {
       lock.unlock();

@@ -1,5 +1,5 @@
-// Saves placements without keeping anybody waiting for a disk: on a thread of its own, once, half a second after the
-// last change, and what is left when it ends.
+// Saves placements on a thread of its own, so that the main thread never waits for a disk: once, half a second after
+// the last change, and at the end if something is not saved yet.
 #pragma once
 
 #include <condition_variable>
@@ -15,7 +15,7 @@ namespace desktop {
 
 class PlacementSaver {
  public:
-  /// `failed` is called on the saver's thread, with a sentence for a person.
+  /// `failed` is called on the saver's thread with a sentence for a person.
   PlacementSaver(PlacementStore store, std::function<void(const std::string&)> failed);
   /// Saves what is not saved yet.
   ~PlacementSaver();
@@ -34,7 +34,7 @@ class PlacementSaver {
   std::optional<Placements> unsaved_;
   std::chrono::steady_clock::time_point due_;
   bool ending_ = false;
-  std::jthread thread_;  // last: it uses the others
+  std::jthread thread_;  // last, since it uses the other members
 };
 
 }  // namespace desktop

@@ -53,7 +53,7 @@ std::expected<void, std::string> PlacementStore::save(const Placements& placemen
     if (const auto aside = base::quarantine(file_, suffix); !aside) return failure(aside.error());
     stillInTheWay_ = false;
   }
-  // Through a link to a file that was moved away, its folder is made anew.
+  // If the file is a link whose target is gone, the target's folder is created again.
   const auto target = base::behindLinks(file_);
   if (!target) return failure(target.error());
   if (const auto made = base::makeFolders(target->parent_path()); !made) return failure(made.error());

@@ -1,5 +1,5 @@
-// The file that keeps the placements: `placements.json` in the folder `vamba` of the user's configuration. What can't
-// be read is never lost and never in the way.
+// The file `placements.json` in the folder `vamba` of the user's configuration. A file that can't be read is renamed,
+// so that it is neither lost nor in the way.
 #pragma once
 
 #include <expected>
@@ -12,35 +12,35 @@
 
 namespace desktop {
 
-/// None where the environment names no folder.
+/// None if the environment names no folder.
 std::optional<std::filesystem::path> placementsFile(base::EnvironmentLookup environment);
 
 struct LoadedPlacements {
   Placements placements;
   bool firstStart = false;            ///< there was no file
-  std::optional<std::string> notice;  ///< what a person should know, as a sentence without a full stop
+  std::optional<std::string> notice;  ///< for a person: a sentence without a full stop
 };
 
-/// One at a time for a file: what others write to it between `load` and `save` is replaced.
+/// Only one process may use the file: what others write between `load` and `save` is lost.
 class PlacementStore {
  public:
   explicit PlacementStore(std::filesystem::path file) : file_(std::move(file)) {}
 
-  /// A file that is no placements file, of another version, too large, or can't be read is set aside beside it (as
-  /// `placements.json.damaged-1`, -2...), and there are no placements. Of one with bad entries among good ones, the
-  /// whole file is kept aside likewise, and the good ones go on. Either way the next start has nothing to say.
+  /// A file that can't be read, is too large, is not a placements file or is of another version is renamed to
+  /// `placements.json.damaged-1` (-2, ...), and the result has no placements. A file with some bad entries is kept
+  /// under such a name too, and the good entries are returned and saved anew.
   LoadedPlacements load();
 
-  /// The old file stays whatever happens. The error is a sentence for a person, without a full stop.
+  /// If it fails, the old file stays as it is. The error is a sentence for a person, without a full stop.
   std::expected<void, std::string> save(const Placements& placements);
 
  private:
-  /// What was done with the file, for the notice.
+  /// Renames the file. Returns what was done, for the notice.
   std::string keepAside(const std::string& reason);
 
   std::filesystem::path file_;
-  std::string document_;        ///< as last read or written: its keys that this program does not know are kept
-  bool stillInTheWay_ = false;  ///< a file that can't be used and could not be set aside yet
+  std::string document_;        ///< as last read or written, for its unknown keys
+  bool stillInTheWay_ = false;  ///< an unusable file could not be renamed yet
 };
 
 }  // namespace desktop

@@ -22,7 +22,7 @@ std::optional<int> Placements::add(std::string kind, protocol::WidgetFamily fami
   for (const Placed& placed : all_) {
     if (placed.id < std::numeric_limits<int>::max()) id = std::max(id, placed.id + 1);
   }
-  // Only after a file with the largest id of all.
+  // Happens only after a file that holds the largest possible id.
   while (find(id) != nullptr) id = id == std::numeric_limits<int>::max() ? 1 : id + 1;
   all_.push_back({id, std::move(kind), family, std::move(place)});
   return id;

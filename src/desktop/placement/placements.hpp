@@ -1,5 +1,5 @@
-// The copies of widgets that a person placed, as a value: which, in which size, where. Where they are on the monitors
-// of the moment is the arrangement's matter, the file that keeps them the store's.
+// The copies of widgets that a person placed, as a value: of which widget, in which size, at which place. The
+// arrangement computes where they are on the connected monitors; the store saves them.
 #pragma once
 
 #include <cstddef>
@@ -14,14 +14,14 @@
 namespace desktop {
 
 struct Placed {
-  int id = 0;        ///< from 1, of this copy as long as it is placed
-  std::string kind;  ///< of the widget, as the extension declares it
+  int id = 0;          ///< from 1; identifies the copy as long as it is placed
+  std::string kind;    ///< of the widget, as the extension declares it
   protocol::WidgetFamily family = protocol::WidgetFamily::systemMedium;
   Place place;
   bool operator==(const Placed&) const = default;
 };
 
-/// More than any desktop has room for: what comes near it is a mistake or somebody else's file.
+/// More than fit on any desktop. A file with more is refused.
 inline constexpr std::size_t mostCopies = 100;
 
 /// In the order in which they were added.
@@ -35,10 +35,10 @@ class Placements {
   bool empty() const { return all_.empty(); }
   const Placed* find(int id) const;
 
-  /// The new copy's id; none, and nothing changed, where the most copies are placed already.
+  /// Returns the id of the new copy. If `mostCopies` are placed already, adds nothing and returns none.
   std::optional<int> add(std::string kind, protocol::WidgetFamily family, Place place);
 
-  /// These change nothing where no copy has the id.
+  // These change nothing if no copy has the id.
   void remove(int id);
   void setKind(int id, std::string kind);
   void setFamily(int id, protocol::WidgetFamily family);

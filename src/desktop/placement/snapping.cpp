@@ -8,7 +8,7 @@
 namespace desktop {
 namespace {
 
-/// A rectangle seen along one axis.
+/// A rectangle's extent along one axis.
 struct Extent {
   int start = 0;
   int length = 0;
@@ -28,7 +28,8 @@ int nearestGridLine(int start, const Extent& area) {
   return first + steps * gridStep;
 }
 
-/// The stops of one axis: of the area, then of each widget; of equally near ones the first counts.
+/// The starts along one axis to which a widget snaps: the area's, then each other widget's. Of equally near ones, the
+/// first is used.
 struct Axis {
   Extent moved;
   Extent area;

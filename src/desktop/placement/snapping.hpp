@@ -1,4 +1,4 @@
-// How a widget finds its place under the hand that moves it: while it is dragged, and by the keyboard.
+// Where a widget goes when a person drags it or moves it by the keyboard.
 #pragma once
 
 #include <span>
@@ -7,18 +7,20 @@
 
 namespace desktop {
 
-/// How near an edge has to be to draw a dragged widget to itself, in points.
+/// A dragged widget snaps to edges that are nearer than this, in points.
 inline constexpr int pull = 12;
 
-/// Where a widget dragged to `wanted` comes to lie, wholly within the area. Each axis for itself: the nearest of the
-/// area's edges, places a gap within them, other widgets' edges and places a gap beside them, if one is within the
-/// pull; else the nearest line of the grid, which starts a gap within the area's top left corner. What a person can see
-/// goes before the grid, which nobody sees.
+/// The origin of a widget that is dragged to `wanted`; the widget is always within the area. The axes are independent.
+/// Along each, the widget snaps to the nearest of these, if one is within `pull`: the area's edges, a gap within them,
+/// other widgets' edges, a gap beside them. Otherwise it snaps to the grid, which begins a gap from the area's top left
+/// corner. Visible edges go before the grid, since nobody sees the grid.
+///
+///     area 1280x800, no other widgets: wanted at {27, 96}  ->  {20, 100}: a gap from the left edge, and the grid
 Point snappedOrigin(const Rect& wanted, std::span<const Rect> others, const Rect& area);
 
 enum class Direction { left, right, up, down };
 
-/// A step of the grid onwards, as far as the area goes.
+/// The origin after one step of the grid in this direction, within the area.
 Point steppedOrigin(const Rect& rect, Direction direction, const Rect& area);
 
 }  // namespace desktop

@@ -1,4 +1,4 @@
-// The widgets' places on the monitors of the moment, and what a person does with them. Knows nothing of windows.
+// The widgets' places on the connected monitors, and the changes that a person makes to them. Knows nothing of windows.
 #pragma once
 
 #include <functional>
@@ -23,25 +23,25 @@ class WidgetPlaces {
   std::span<const Placed> all() const { return placements_.all(); }
   bool empty() const { return placements_.empty(); }
 
-  /// Where the copy is now; null where it can't be shown.
+  /// Where the copy is now, or null if it can't be shown.
   const Arranged* arranged(int id) const;
   const Monitor& monitorOf(const Arranged& copy) const { return monitors_[copy.monitor]; }
 
   void setMonitors(std::vector<Monitor> monitors);
-  /// To be called when `sizes` answers differently.
+  /// Call it when the results of `sizes` have changed.
   void sizesChanged() { arrangeAll(); }
 
-  /// Where the copy would come to lie if it were dropped at `wanted`.
+  /// Where the copy would be if it were dropped at `wanted`.
   Point snapped(int id, Point wanted) const;
 
-  // Each of these tells whether it changed a place. A copy that would cover another is kept at the nearest free place.
+  // Each returns whether it changed anything. A copy that would cover another goes to the nearest free place.
   bool add(const std::string& kind, protocol::WidgetFamily family);
   bool moveTo(int id, Point origin);
   bool step(int id, Direction direction);
-  /// It grows from the corner by which it is placed, and stays on its monitor.
+  /// The corner by which the copy is placed stays where it is, and so does the monitor.
   bool resize(int id, protocol::WidgetFamily family);
   bool remove(int id);
-  /// Names the widget of copies that were placed before its name was known.
+  /// Sets the kind of copies that were placed before it was known.
   bool nameKind(const std::string& kind);
 
  private:

@@ -1,4 +1,4 @@
-// What each size of the widget shows and how it looks, as pictures that the windows of that size share.
+// The content and the look of the widget in each size, as pictures that all windows of that size share.
 #pragma once
 
 #include <map>
@@ -11,19 +11,20 @@
 
 namespace desktop {
 
-/// A view of this size with its texts in the language, without the rows that it has no room for, which are counted.
+/// The view with its texts in this language. Rows that do not fit into a board of this size are left out, and the last
+/// line counts them.
 protocol::Node boardInBox(const protocol::Node& view, protocol::WidgetFamily family, host::Language language);
 
 class Boards {
  public:
   explicit Boards(host::Language language);
 
-  /// Whether that changed anything: pictures that were handed out before are out of date then.
+  // Both return whether anything changed. If so, pictures that were handed out before are out of date.
   bool setLook(BoardLook look);
   bool setContent(protocol::WidgetFamily family, const protocol::Node& view, render::Redaction redaction);
 
   const BoardLook& look() const { return look_; }
-  /// Bars where texts will stand, as long as the size has no content.
+  /// Shows bars in place of texts until the size has content.
   std::shared_ptr<BoardPicture> picture(protocol::WidgetFamily family);
 
  private:

@@ -10,7 +10,7 @@
 namespace desktop {
 namespace {
 
-/// What is placed where nothing is yet.
+/// The size of the widget that the first start places.
 constexpr protocol::WidgetFamily firstFamily = protocol::WidgetFamily::systemMedium;
 
 }  // namespace
@@ -45,7 +45,7 @@ void Desktop::begin() {
       if (window && places_.arranged(id) != nullptr) window->askToBeShown();
     }
   });
-  // A program without a window would seem to do nothing.
+  // Without any window, the program would seem not to have started.
   if (places_.empty() && !firstWidgetWanted_) openGallery();
 }
 
@@ -165,7 +165,7 @@ void Desktop::remove(int id) {
   if (places_.empty()) openGallery();
 }
 
-/// A window's own handlers may be running: it is hidden now and destroyed when they have returned.
+/// One of the window's own handlers may be running, so it is hidden now and destroyed after they have returned.
 void Desktop::dropWindow(int id) {
   auto window = windows_.extract(id);
   if (window.empty()) return;
@@ -180,7 +180,7 @@ void Desktop::placesChanged() {
 }
 
 void Desktop::save() {
-  // A copy that was placed before the widget's name was known is kept once it is.
+  // A copy that was placed before the widget's kind was known is saved only when it is.
   const bool nameless = std::ranges::any_of(places_.all(), [](const Placed& placed) { return placed.kind.empty(); });
   if (parts_.saver != nullptr && !nameless) parts_.saver->save(places_.placements());
 }
@@ -188,7 +188,7 @@ void Desktop::save() {
 void Desktop::feedFamilies() {
   std::set<protocol::WidgetFamily> families;
   for (const auto& placed : places_.all()) families.insert(placed.family);
-  // Only a change of sizes interrupts a load.
+  // A post interrupts a load, so nothing is posted unless the sizes have changed.
   std::vector wanted(families.begin(), families.end());
   if (std::exchange(fedFamilies_, wanted) == wanted) return;
   feed_.post([wanted = std::move(wanted)](host::Feed& feed) { feed.show(wanted); });
@@ -210,7 +210,7 @@ void Desktop::openGallery() {
 }
 
 void Desktop::galleryClosed() {
-  // No window is left, so quit.
+  // That was the last window.
   if (places_.empty() && !firstWidgetWanted_) quit();
 }
 

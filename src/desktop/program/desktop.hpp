@@ -1,4 +1,4 @@
-// The widgets on the desktop: brings together where they are, what they show, their windows, the gallery and the feed.
+// The widgets on the desktop. Connects their places, their contents, their windows, the gallery and the feed.
 #pragma once
 
 #include <map>
@@ -27,7 +27,7 @@ class Desktop final : public BoardCommands {
     const Journal& journal;
     DisplayWay way;
     LoadedPlacements placements;
-    PlacementSaver* saver = nullptr;  ///< null where the environment names no folder to keep placements in
+    PlacementSaver* saver = nullptr;  ///< null if the environment names no folder to save placements in
   };
 
   Desktop(Parts parts, host::ExtensionSettings extension);
@@ -35,11 +35,11 @@ class Desktop final : public BoardCommands {
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;
 
-  /// Shows what is placed; a medium widget on the first start.
+  /// Shows the placed widgets. The first start places a medium one.
   void begin();
 
   void setLook(const BoardLook& look);
-  /// How large text is beside the usual size: boards are as many times larger.
+  /// The size of text relative to the usual one. Boards grow by the same factor.
   void setTextScale(double scale);
   void openGallery() override;
 
@@ -53,7 +53,7 @@ class Desktop final : public BoardCommands {
   std::optional<absl::Time> nextReload() const override { return nextReload_; }
   void quit() override { parts_.loop.quit(); }
 
-  /// What the feed reports, on the main thread.
+  // Called on the main thread with each report of the feed.
   void heard(const host::WidgetDeclaration& widget);
   void heard(const host::FeedBoards& boards);
   void heard(const host::ExtensionFailure& failure);
@@ -83,11 +83,11 @@ class Desktop final : public BoardCommands {
   bool monitorsPending_ = false;
   std::map<int, std::unique_ptr<BoardWindow>> windows_;
   Gallery gallery_;
-  std::vector<protocol::WidgetFamily> fedFamilies_;  ///< what the feed was last asked to show
+  std::vector<protocol::WidgetFamily> fedFamilies_;  ///< the sizes that the feed was last asked for
   host::WidgetDeclaration widget_;
   std::optional<absl::Time> nextReload_;
   std::string lastFailure_;
-  host::FeedThread feed_;  // last: it tells the others
+  host::FeedThread feed_;  // last, since its thread calls into the other members
 };
 
 }  // namespace desktop

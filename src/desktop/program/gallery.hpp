@@ -1,4 +1,4 @@
-// The gallery from its opening to its end: its window, and the previews that it shows.
+// The gallery: creates and destroys its window, and keeps the previews that the window shows.
 #pragma once
 
 #include <functional>
@@ -13,11 +13,11 @@ namespace desktop {
 
 class Gallery {
  public:
-  /// `actions.closed` is called when nothing of the window is needed any more.
+  /// `actions.closed` is called after the window has been destroyed.
   Gallery(const Texts& texts, GalleryWindow::Actions actions) : texts_(texts), actions_(std::move(actions)) {}
 
   bool isOpen() const { return window_ != nullptr; }
-  /// Opens the window, or brings it to the front.
+  /// Opens the window, or brings it to the front if it is open.
   void open(const host::WidgetDeclaration& widget);
   void describe(const host::WidgetDeclaration& widget);
   void showPreviews(const host::FeedBoards& boards, host::Language language, const BoardLook& look);

@@ -1,4 +1,4 @@
-// What the desktop tells a person, on standard error.
+// Messages of the desktop to a person, on standard error.
 #pragma once
 
 #include <cstdio>

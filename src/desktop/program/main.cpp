@@ -1,4 +1,4 @@
-// `vamba-desktop`: what `vamba-host desktop` becomes. It reads the same command line.
+// `vamba-desktop`, which `vamba-host desktop` executes. It reads the same command line.
 #include "desktop/program/run.hpp"
 #include "host/command_line/run_program.hpp"
 

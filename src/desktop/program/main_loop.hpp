@@ -1,4 +1,4 @@
-// The main thread's loop: what runs on it, and how others reach it.
+// The main thread's event loop, and how other threads run something on it.
 #pragma once
 
 #include <functional>
@@ -15,18 +15,18 @@ class MainLoop {
   MainLoop(const MainLoop&) = delete;
   MainLoop& operator=(const MainLoop&) = delete;
 
-  /// Until `quit`, SIGTERM, SIGINT or SIGHUP.
+  /// Returns after `quit`, SIGTERM, SIGINT or SIGHUP.
   void run();
   void quit() { g_main_loop_quit(loop_); }
 
-  /// Runs the task on the main thread, from any thread, soon and in order: before windows are painted. What is posted
-  /// when the loop has ended never runs.
+  /// Runs the task on the main thread soon, before windows are painted. Can be called from any thread. Tasks run in the
+  /// order in which they were posted; those that are posted after the loop has ended never run.
   static void post(std::function<void()> task);
 
-  /// Runs the task on the main thread, once, when the time has passed.
+  /// Runs the task once on the main thread, after this time.
   static void postAfter(absl::Duration time, std::function<void()> task);
 
-  /// Runs the task on the main thread when nothing else is to do.
+  /// Runs the task on the main thread when there is nothing else to do.
   static void postWhenIdle(std::function<void()> task);
 
  private:

@@ -32,13 +32,14 @@ std::optional<PlacementStore> placementStore(const Journal& journal) {
   return PlacementStore(*file);
 }
 
-/// How boards look: as the desktop's portal says, else by the toolkit's settings. Followed as long as this lives.
+/// Applies the desktop's look to the boards: the settings portal's, else the toolkit's. Follows changes until it is
+/// destroyed.
 class Look {
  public:
   explicit Look(Desktop& desktop) : desktop_(desktop) {
     onToolkitLookChange(apply_);
     apply();
-    // The portal may have to be started first. Nothing waits for it.
+    // Asked asynchronously: the bus may have to start the portal first.
     const auto bus = sessionBusToAsk();
     if (!bus) return;
     portal_.emplace(*bus, [this](const DesktopAppearance& appearance) {
@@ -74,12 +75,12 @@ host::CommandResult run(const host::CommandLine& line) {
   journal.sayIfVerbose("the display: " + std::string(describe(way)));
 
   render::beginLoadingFonts();  // while the toolkit and the extension start
-  // Times and numbers are formatted without it, and the host's texts need no locale.
+  // Times, numbers and the host's texts are formatted without a C locale.
   gtk_disable_setlocale();
   if (gtk_init_check(nullptr, nullptr) == FALSE) return failure("the display can't be opened");
   sayWhenServerGoes(way, [] {
     std::fputs("vamba-host: the display has gone\n", stderr);
-    // What Xlib calls this from is not to be left in any other way.
+    // Xlib does not allow its error handler to return.
     _exit(host::exit_status::noAnswer);
   });
 

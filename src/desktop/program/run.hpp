@@ -1,4 +1,4 @@
-// The desktop's program from its command line to its end.
+// The main routine of the desktop's program.
 #pragma once
 
 #include "host/command_line/command_line.hpp"
@@ -6,7 +6,8 @@
 
 namespace desktop {
 
-/// Until it is told to quit. A session that has a desktop already shows that one's gallery.
+/// Returns when the person or the session ends it. If the session has a desktop already, opens that one's gallery and
+/// returns at once.
 host::CommandResult run(const host::CommandLine& line);
 
 }  // namespace desktop

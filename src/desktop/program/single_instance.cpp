@@ -11,10 +11,10 @@ SingleInstance::SingleInstance(std::function<void()> calledAgain) : calledAgain_
 }
 
 bool SingleInstance::claim() {
-  // A bus that can't be reached is as good as none.
+  // A bus that can't be reached is treated like none.
   if (!application_ || g_application_register(application_.get(), nullptr, nullptr) == FALSE) return true;
   GDBusConnection* const bus = g_application_get_dbus_connection(application_.get());
-  // The widgets stay when the bus goes.
+  // By default, the process would end when the bus does.
   if (bus != nullptr) g_dbus_connection_set_exit_on_close(bus, FALSE);
   if (g_application_get_is_remote(application_.get()) == FALSE) return true;
   g_application_activate(application_.get());

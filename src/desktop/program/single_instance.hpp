@@ -1,4 +1,4 @@
-// One desktop a session: a second start tells the first, which opens its gallery.
+// Makes the desktop run once in a session: a second start notifies the first, which opens its gallery.
 #pragma once
 
 #include <functional>
@@ -11,11 +11,10 @@ namespace desktop {
 
 class SingleInstance {
  public:
-  /// `calledAgain` runs on the main thread whenever the program was started
-  /// once more.
+  /// `calledAgain` runs on the main thread each time the program is started again.
   explicit SingleInstance(std::function<void()> calledAgain);
 
-  /// Whether this one is the first; where it is not, the first is told. Without a session bus every start is the first.
+  /// Returns whether this is the first start; if it is not, notifies the first. Without a session bus, always true.
   bool claim();
 
  private:

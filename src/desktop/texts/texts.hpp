@@ -1,4 +1,5 @@
-// The words of menus and gallery in the languages of the board, the widget's own name and description apart.
+// The texts of menus and gallery in the languages of the board. The widget's name and description come from the
+// extension.
 #pragma once
 
 #include <optional>
@@ -10,7 +11,7 @@
 
 namespace desktop {
 
-/// Menu items hold their mnemonic after an underscore, no two of a menu the same.
+/// In menu items, an underscore stands before the mnemonic. No two items of a menu share one.
 struct Texts {
   const char* size;
   const char* small;
@@ -23,16 +24,16 @@ struct Texts {
   const char* noReload;
   const char* quit;
   const char* galleryTitle;
-  const char* addSmall;  ///< what a preview's button does, for those who hear it
+  const char* addSmall;  ///< a preview's button for screen readers
   const char* addMedium;
   const char* addLarge;
   const char* addHint;
-  const char* loading;  ///< what a redacted board says aloud
+  const char* loading;  ///< a placeholder board for screen readers
 };
 
 const Texts& textsFor(host::Language language);
 
-/// The menu's line about the next timeline, its time in the device's zone ("12:45").
+/// The menu's line about the next refresh, with its time in the device's time zone: "Next refresh: 12:45".
 std::string nextReloadLine(const Texts& texts, std::optional<absl::Time> reload);
 
 }  // namespace desktop

@@ -22,13 +22,13 @@ using testing::IsEmpty;
 
 const DesktopAppearance darkWithAccent{Appearance::dark, Colour{255, 0, 51}};
 
-/// Keeps what it was told.
+/// Records the reported appearances.
 class Listener {
  public:
   explicit Listener(const std::string& address)
       : portal_(address, [this](const DesktopAppearance& now) { told.push_back(now); }) {}
 
-  /// Lets the main context work until it was told so often; gives up after a while.
+  /// Runs the main context until so many appearances were reported, or a timeout passes.
   void listenUntil(std::size_t count) {
     bool late = false;
     const guint timer = g_timeout_add(30'000, &Listener::expire, &late);
@@ -68,7 +68,7 @@ TEST(AppearancePortal, FollowsChangesAndTellsNothingTwice) {
   StandInPortal portal(bus, {.appearance = {ColourScheme::light, {}}});
   Listener listener(bus.address());
   listener.listenUntil(1);
-  portal.change({ColourScheme::dark, AccentColour{-1, -1, -1}});  // an accent that says none
+  portal.change({ColourScheme::dark, AccentColour{-1, -1, -1}});  // out of range: no accent
   listener.listenUntil(2);
   portal.change({ColourScheme::dark, AccentColour{1, 0, 0.2}});
   listener.listenUntil(3);
@@ -85,7 +85,7 @@ TEST(AppearancePortal, HearsAPortalThatComesLater) {
   const support::SessionBus elsewhere;
   const StandInPortal other(elsewhere, {.appearance = {ColourScheme::light, {}}});
   Listener second(elsewhere.address());
-  second.listenUntil(1);  // by now the first has long been told that there is no portal
+  second.listenUntil(1);  // the first has been told by now that there is no portal
   EXPECT_THAT(listener.told, IsEmpty());
   const StandInPortal portal(bus, {.appearance = {ColourScheme::dark, AccentColour{1, 0, 0.2}}});
   listener.listenUntil(1);
@@ -135,7 +135,7 @@ TEST(AppearancePortal, EndsWhileItsQuestionsAreOpen) {
     for (int i = 0; i < steps; ++i) g_main_context_iteration(nullptr, FALSE);
   }
   {
-    // What it told while the other question is open, and what it was about to.
+    // One report went out while the other question was open, and one was due.
     const support::SessionBus quiet;
     const StandInPortal half(quiet, {.appearance = {ColourScheme::dark, {}}, .silentAbout = {"accent-color"}});
     for (const std::size_t told : {0U, 1U}) Listener(quiet.address()).listenUntil(told);

@@ -16,9 +16,9 @@ TEST(FindMonitor, GoesByMakeModelAndSerialThenByConnector) {
       monitor({"Acme", "P27", "A1", "DP-1"}),   // 0
       monitor({"Acme", "P27", "A2", "DP-2"}),   // 1
       monitor({"Other", "P27", "A1", "DP-3"}),  // 2
-      monitor({"Twin", "T24", "0", "DP-4"}),    // 3: two with one serial
+      monitor({"Twin", "T24", "0", "DP-4"}),    // 3: shares its serial with 4
       monitor({"Twin", "T24", "0", "DP-5"}),    // 4
-      monitor({"Plain", "M1", "", "HDMI-1"}),   // 5: two that tell none
+      monitor({"Plain", "M1", "", "HDMI-1"}),   // 5: has no serial, like 6
       monitor({"Plain", "M1", "", "HDMI-2"}),   // 6
       monitor({"", "", "", "VIRTUAL-1"}),       // 7
   };

@@ -1,4 +1,4 @@
-// How places look in a failed expectation, and the sizes that the tests place.
+// Prints places in failed expectations, and has the sizes that the tests place.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// Properties of any desktop, each against a model that looks at every single place.
+// Properties of arrangements on random desktops, compared with a model that tries every place.
 #include <algorithm>
 #include <random>
 
@@ -21,10 +21,10 @@ class Dice {
   std::mt19937_64 generator_;
 };
 
-// Small desktops: every place can be tried, and widgets are in each other's way.
+// The desktops are small, so that every place can be tried and widgets get in each other's way.
 Size smallSizes(protocol::WidgetFamily family) {
-  if (family == protocol::WidgetFamily::systemSmall) return {8, 8};
-  if (family == protocol::WidgetFamily::systemMedium) return {16, 8};
+  if (family == protocol::WidgetFamily::systemSmall) return Size{8, 8};
+  if (family == protocol::WidgetFamily::systemMedium) return Size{16, 8};
   return {16, 16};
 }
 
@@ -92,7 +92,7 @@ TEST(RandomArrangements, ShowEveryCopyWholeOnAMonitorOfTheMoment) {
   EXPECT_GT(shown, 5000U);
 }
 
-// In which turn a copy is settled: 0 exactly at its place, 1 on its own monitor, 2 on another one.
+// In which round a copy is placed: 0 exactly at its place, 1 on its own monitor, 2 on another one.
 int turnOf(const Arranged& copy, const Place& place, std::span<const Monitor> monitors) {
   const auto own = findMonitor(place.monitor, monitors);
   if (!own) return 2;
@@ -154,7 +154,7 @@ TEST(RandomArrangements, StayAsTheyAreWhenStoredAndArrangedAgain) {
     const auto again = arrange(placements, monitors, smallSizes);
     ASSERT_EQ(arranged.size(), again.size());
     for (std::size_t i = 0; i < again.size(); ++i) {
-      // Monitors without a difference in their identity can't be told apart.
+      // Monitors of the same identity can't be told apart.
       if (findMonitor(monitors[arranged[i].monitor].identity, monitors) != arranged[i].monitor) break;
       ASSERT_EQ(again[i], arranged[i]) << "seed " << seed;
     }

@@ -47,7 +47,7 @@ TEST_F(WidgetPlacesTest, KeepsADroppedCopyWhereItWasDropped) {
 TEST_F(WidgetPlacesTest, CopyDroppedOnAnotherIsKeptAtTheNearestFreePlace) {
   places_.add("day", protocol::WidgetFamily::systemMedium);
   places_.add("day", protocol::WidgetFamily::systemSmall);
-  // The first in order, so it is the neighbour that would have to give way.
+  // It comes first in the order, so it is the neighbour that would have to move.
   places_.moveTo(1, {900, 300});
   EXPECT_EQ(rectOf(2), (Rect{1020, 280, 240, 240})) << "the other stays";
   EXPECT_FALSE(overlap(rectOf(1), rectOf(2)));

@@ -42,7 +42,7 @@ TEST(BoardInBox, LeavesOutAndCountsTheRowsThatDoNot) {
   for (const auto family : {WidgetFamily::systemSmall, WidgetFamily::systemMedium, WidgetFamily::systemLarge}) {
     const auto board = boardInBox(dayOf(tasks), family, host::Language::english);
     EXPECT_TRUE(fits(board, family)) << nameOf(family);
-    // Beside the rows there are the header and the last line.
+    // The header and the last line are not rows.
     const int hidden = tasks - static_cast<int>(linesOf(board) - 2);
     EXPECT_GT(hidden, 0) << nameOf(family);
     EXPECT_EQ(lastLineOf(board), "and " + std::to_string(hidden) + " more") << nameOf(family);

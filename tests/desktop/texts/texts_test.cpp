@@ -11,7 +11,7 @@ namespace {
 
 constexpr host::Language languages[] = {host::Language::polish, host::Language::english, host::Language::lithuanian};
 
-/// The letter after the underscore, in lower case; of more than one byte where it is no ASCII letter.
+/// The letter after the underscore, in lower case. It has more than one byte if it is not an ASCII letter.
 std::string mnemonic(const std::string& label) {
   const auto at = label.find('_');
   if (at == std::string::npos || at + 1 == label.size()) return {};
