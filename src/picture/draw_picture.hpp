@@ -1,4 +1,4 @@
-// A board as the bytes of a picture file, in the format and the look that the command line asks for.
+// Draws a board as a picture file in the format and appearance that the command line asks for.
 #pragma once
 
 #include "host/commands/draw.hpp"

@@ -1,4 +1,4 @@
-// `vamba-picture`: what `vamba-host show` becomes where the board is to be a picture. It reads the same command line.
+// `vamba-picture`: the program that `vamba-host show` becomes to draw a picture. It reads the same command line.
 #include "host/command_line/programs.hpp"
 #include "host/command_line/run_program.hpp"
 #include "host/commands/commands.hpp"

@@ -1,4 +1,4 @@
-// `vamba-host show` in a picture's format: the host becomes the program that draws.
+// `vamba-host show` with a picture format, for which the host becomes the drawing program.
 #include <gmock/gmock.h>
 
 #include "host/commands/host_process.hpp"

@@ -1,4 +1,4 @@
-// What a person can ask of a placed copy, by pointer, keyboard or menu.
+// The commands that a placed copy of the widget offers by pointer, keyboard and menu.
 #pragma once
 
 #include <optional>
@@ -12,12 +12,12 @@
 
 namespace desktop {
 
-/// Copies are named by their ids. A copy may be gone when the call returns.
+/// `id` is that of a placed copy. The copy and its window may be removed during a call.
 class BoardCommands {
  public:
   virtual ~BoardCommands() = default;
 
-  /// Where the copy would come to lie if it were dropped at `wanted`.
+  /// Where the copy would be placed if it were dropped at `wanted`.
   virtual Point snapped(int id, Point wanted) = 0;
   virtual void moveTo(int id, Point origin) = 0;
   virtual void step(int id, Direction direction) = 0;

@@ -39,7 +39,7 @@ BoardPicture::BoardPicture(protocol::WidgetFamily family, BoardContent content, 
 
 void BoardPicture::paint(cairo_t* cairo, Size size, int scale) {
   if (!drawing_) return;
-  // On a surface of its own in memory: letters come out as in a picture file, whatever the window's surface is.
+  // Painted on an image surface first, so that letters look as in a picture file whatever the window's surface is.
   const std::unique_ptr<cairo_surface_t, DestroySurface> surface(
       cairo_image_surface_create(CAIRO_FORMAT_ARGB32, size.width * scale, size.height * scale));
   const std::unique_ptr<cairo_t, DestroyContext> painting(cairo_create(surface.get()));

@@ -1,4 +1,4 @@
-// One board as it is drawn in windows: laid out once, painted as often as a window asks.
+// One board as it is drawn in windows: laid out once, painted whenever a window needs it.
 #pragma once
 
 #include <optional>
@@ -14,7 +14,7 @@
 
 namespace desktop {
 
-/// What the desktop says of how boards look.
+/// The desktop's settings that change how boards look.
 struct BoardLook {
   render::Appearance appearance = render::Appearance::light;
   std::optional<render::Colour> accent;
@@ -22,7 +22,7 @@ struct BoardLook {
   bool operator==(const BoardLook&) const = default;
 };
 
-/// What a board shows. Its texts are localised already.
+/// What a board shows. Texts with keys have already been replaced by localised ones.
 struct BoardContent {
   protocol::Node view;
   render::Redaction redaction = render::Redaction::none;
@@ -35,14 +35,15 @@ class BoardPicture {
   BoardPicture(const BoardPicture&) = delete;
   BoardPicture& operator=(const BoardPicture&) = delete;
 
-  /// Paints the board from the origin on, over what is there, in this size and with `scale` pixels for each unit: the
-  /// same pixels as a picture file of that size has.
+  /// Paints the board in this size at the origin, over the existing content, with `scale` device pixels a unit. The
+  /// pixels equal those of a picture file: a medium board painted with {480, 320} and scale 2 is the same as
+  /// `show --format png --scale 2`.
   void paint(cairo_t* cairo, Size size, int scale);
 
-  /// Of the board's corners where it is so large.
+  /// The radius of the corners of a board painted in this size.
   double radiusAt(Size size) const;
 
-  /// The texts of the board, a line each, in the order in which they are read; empty for a redacted one.
+  /// The texts of the board in reading order, one a line; empty for a redacted board.
   const std::string& aloud() const { return aloud_; }
 
   const BoardContent& content() const { return content_; }

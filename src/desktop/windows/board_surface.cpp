@@ -9,7 +9,6 @@
 
 #include "desktop/placement/place.hpp"
 #include "render/colour/palette.hpp"
-#include "render/picture/frame_style.hpp"
 #include "render/picture/shape.hpp"
 
 namespace desktop {
@@ -17,8 +16,8 @@ namespace {
 
 GtkWindow* asWindow(GtkWidget* widget) { return GTK_WINDOW(widget); }
 
-/// What window managers are told of the surface. They keep docks when the desktop is shown, above the icons of a file
-/// manager; one that asks to be kept below lies below all other windows.
+/// Sets the window manager hints. "Show desktop" leaves docks visible, above a file manager's icons; keep-below puts
+/// them below all other windows.
 void describeToManager(GtkWindow* window) {
   gtk_window_set_type_hint(window, GDK_WINDOW_TYPE_HINT_DOCK);
   gtk_window_set_decorated(window, FALSE);
@@ -34,7 +33,7 @@ void makeLayer(GtkWindow* window, BoardSurface::Role role) {
   const bool isBoard = role == BoardSurface::Role::board;
   gtk_layer_init_for_window(window);
   gtk_layer_set_namespace(window, "vamba-widget");
-  // Compositors put surfaces of one layer above each other in an order of their own.
+  // The order of surfaces within one layer is up to the compositor, so an image needs a layer above the boards'.
   gtk_layer_set_layer(window, isBoard ? GTK_LAYER_SHELL_LAYER_BOTTOM : GTK_LAYER_SHELL_LAYER_OVERLAY);
   constexpr guint onDemandSince = 4;
   if (isBoard && gtk_layer_get_protocol_version() >= onDemandSince) {
@@ -42,7 +41,8 @@ void makeLayer(GtkWindow* window, BoardSurface::Role role) {
   }
 }
 
-/// By the nearest corner of its monitor: where a panel takes room, the compositor moves what is kept from that edge.
+/// Anchors the layer to the nearest corner of its monitor. When a panel reserves room at an edge, the compositor then
+/// moves only the boards anchored to that edge.
 void placeLayer(GtkWindow* window, const SurfacePlace& place) {
   GdkRectangle monitor{};
   gdk_monitor_get_geometry(place.monitor, &monitor);
@@ -58,7 +58,7 @@ void placeLayer(GtkWindow* window, const SurfacePlace& place) {
   keep(GTK_LAYER_SHELL_EDGE_BOTTOM, isBottom(corner), inset.y);
 }
 
-/// The toolkit commits with the next frame, for which a compositor does not ask while the surface is out of sight.
+/// Commits at once. The toolkit would wait for the next frame, which a compositor does not request for hidden surfaces.
 void commit(GtkWidget* window) {
   GdkWindow* const mapped = gtk_widget_get_window(window);
   if (mapped == nullptr || gtk_widget_get_mapped(window) == FALSE) return;
@@ -74,7 +74,7 @@ BoardSurface::BoardSurface(DisplayWay way, Role role)
     gtk_widget_set_visual(window_, visual);
   }
   describeToManager(asWindow(window_));
-  // Windows begin with a visible focus; a board shows it once a key was struck in it.
+  // The toolkit shows the focus from the start; a board shows it only after the keyboard was used.
   gtk_window_set_focus_visible(asWindow(window_), FALSE);
   if (way == DisplayWay::layerShell) makeLayer(asWindow(window_), role);
   if (role == Role::image) gtk_window_set_accept_focus(asWindow(window_), FALSE);
@@ -154,7 +154,7 @@ gboolean BoardSurface::draw(cairo_t* cairo) {
   return FALSE;
 }
 
-/// For who moves about by keyboard: an outline within the edge, as a pointer alone never makes it appear.
+/// Draws the focus ring within the edge. It is visible only after the keyboard was used.
 void BoardSurface::drawFocus(cairo_t* cairo) const {
   GtkWindow* const window = asWindow(window_);
   if (gtk_window_is_active(window) == FALSE || gtk_window_get_focus_visible(window) == FALSE) return;
@@ -181,7 +181,7 @@ void BoardSurface::compositingChanged() {
   repaint();
 }
 
-/// Where nothing composes windows there is no transparency: the corners are cut off.
+/// Without a compositing manager there is no transparency, so the corners are cut off the window's shape.
 void BoardSurface::shape() {
   if (role_ == Role::image) {
     cairo_region_t* const nowhere = cairo_region_create();
@@ -215,7 +215,7 @@ gboolean BoardSurface::shown(GdkEvent* /*event*/) {
   return FALSE;
 }
 
-/// A board goes when its copy is removed, not when a window manager or a vanished monitor closes it.
+/// A board is only destroyed when its copy is removed. Requests to close it by a window manager are ignored.
 gboolean BoardSurface::closeAsked(GdkEvent* /*event*/) { return TRUE; }
 
 }  // namespace desktop

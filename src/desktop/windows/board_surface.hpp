@@ -1,5 +1,5 @@
-// A window without a frame at the bottom of the desktop that shows one board: made, put in its place and painted, each
-// in the way of the display. What a person does with it is board_window.hpp's.
+// A window without a frame at the bottom of the desktop that shows one board. This creates, places and paints it, on
+// X11, on a Wayland layer or as a plain Wayland window. Input is handled in board_window.hpp.
 #pragma once
 
 #include <memory>
@@ -13,7 +13,8 @@
 
 namespace desktop {
 
-/// Where a surface goes: in the display's coordinates, and relative to its monitor, which layers ask for.
+/// Where a surface is: in the display's coordinates (`origin`), and relative to its monitor (`onMonitor`), as layers
+/// need it. On a monitor at 1280,0 a board with `origin` 1300,20 has `onMonitor` 20,20.
 struct SurfacePlace {
   GdkMonitor* monitor = nullptr;
   Size size;
@@ -24,7 +25,7 @@ struct SurfacePlace {
 
 class BoardSurface {
  public:
-  /// An image follows a board that is dragged: above everything, and nothing can be done with it.
+  /// An image is shown above all windows while its board is dragged, and takes no input.
   enum class Role { board, image };
 
   BoardSurface(DisplayWay way, Role role);
@@ -34,16 +35,16 @@ class BoardSurface {
 
   GtkWidget* widget() const { return window_; }
 
-  /// The picture is drawn as large as the surface's place says.
+  /// The picture is scaled to the size given to `place`.
   void show(std::shared_ptr<BoardPicture> picture);
   void place(const SurfacePlace& place);
   void hide();
-  /// Asks an X11 window manager once more for a board that it has not shown yet: one that is starting may answer
-  /// nothing until the next request.
+  /// Asks an X11 window manager again to show a board that it has not shown yet. A window manager that is still
+  /// starting may ignore the first request.
   void askToBeShown();
-  /// Gives it the keyboard, at a person's press at that time of the display.
+  /// Requests the keyboard focus. `time` is that of the event that caused it, which window managers check.
   void activate(guint32 time);
-  /// How opaque the board is painted.
+  /// Sets the opacity with which the board is painted, 0 to 1.
   void fade(double opacity);
 
  private:
@@ -62,8 +63,8 @@ class BoardSurface {
   GtkWidget* window_;
   std::shared_ptr<BoardPicture> picture_;  // shared with the copies of the same size
   SurfacePlace place_;
-  OwnedObject<GdkMonitor> monitor_;  // kept: another one at a gone one's address would pass for it
-  bool mapped_ = false;              ///< the window manager has shown it
+  OwnedObject<GdkMonitor> monitor_;  // a reference, so that no other monitor can get the same address
+  bool mapped_ = false;              ///< the window manager has shown the window
   double opacity_ = 1;
 };
 

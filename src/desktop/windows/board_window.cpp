@@ -11,7 +11,7 @@ namespace {
 
 constexpr double draggedOpacity = 0.4;  ///< of the board while its image follows the pointer
 
-/// The step that an arrow key stands for.
+/// The direction of an arrow key.
 std::optional<Direction> directionOf(guint key) {
   switch (key) {
     case GDK_KEY_Left:
@@ -61,7 +61,8 @@ void BoardWindow::place(const SurfacePlace& place) {
   surface_.place(place);
 }
 
-/// Layers know their own coordinates only, and those mean something as long as the layer stays where it was pressed.
+/// A layer is told pointer positions relative to itself only, so they are converted with the place at which it was
+/// pressed. This requires that the layer does not move during a drag.
 Point BoardWindow::pointerAt(double x, double y, double rootX, double rootY) const {
   if (way_ != DisplayWay::layerShell)
     return {static_cast<int>(std::lround(rootX)), static_cast<int>(std::lround(rootY))};
@@ -69,7 +70,7 @@ Point BoardWindow::pointerAt(double x, double y, double rootX, double rootY) con
 }
 
 gboolean BoardWindow::pressed(GdkEventButton* event) {
-  // Window managers give docks no keyboard by themselves.
+  // Window managers do not focus docks by themselves.
   if (way_ == DisplayWay::x11) surface_.activate(event->time);
   if (gdk_event_triggers_context_menu(reinterpret_cast<GdkEvent*>(event)) != FALSE) {
     popUpBoardMenu(surface_.widget(), {id_, picture_->family()}, commands_, texts_, reinterpret_cast<GdkEvent*>(event));

@@ -1,5 +1,5 @@
-// One placed copy under a person's hands: dragged, moved by keys, with its menu, and one accessible object that bears
-// the widget's name and reads the board.
+// The window of one placed copy of the widget. It handles the pointer, the keyboard and the menu, and describes the
+// board to screen readers. Drawing and stacking are board_surface.hpp's.
 #pragma once
 
 #include <memory>
@@ -53,7 +53,7 @@ class BoardWindow {
   SurfacePlace place_;
   std::optional<Drag> drag_;
   Point dropped_;                        ///< where the drag would end now
-  std::unique_ptr<BoardSurface> image_;  ///< what follows the pointer where the board itself must not
+  std::unique_ptr<BoardSurface> image_;  ///< follows the pointer on Wayland, where the board's own window stays
 };
 
 }  // namespace desktop

@@ -46,7 +46,7 @@ Compositor askCompositor() {
 }  // namespace
 
 DisplayWay chooseDisplayWay() {
-  // Who forces the X server upon the toolkit means it.
+  // A backend that is forced by the environment is respected.
   const char* const forced = std::getenv("GDK_BACKEND");
   const bool xForced = forced != nullptr && std::string_view(forced) == "x11";
   const auto compositor = xForced ? Compositor::absent : askCompositor();
@@ -57,8 +57,8 @@ DisplayWay chooseDisplayWay() {
 
 void useDisplayWay(DisplayWay way) {
   if (way != DisplayWay::none) setenv("GDK_BACKEND", way == DisplayWay::x11 ? "x11" : "wayland", 1);
-  // Boards are painted without it, and the first program on a fresh X server that asks for it pays dearly: three times
-  // the memory and twice the time.
+  // Boards need no GL. The first program that probes GLX on a fresh X server needs three times the memory and twice the
+  // time to start.
   setenv("GDK_GL", "disable", 0);
 }
 

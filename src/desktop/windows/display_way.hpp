@@ -1,5 +1,5 @@
-// In which way windows get to the bottom of the desktop. Settled before the toolkit starts, for it can't change its
-// mind afterwards.
+// How windows are put at the bottom of the desktop. This is decided before the toolkit starts, since the toolkit cannot
+// change its display afterwards.
 #pragma once
 
 #include <string_view>
@@ -7,20 +7,21 @@
 namespace desktop {
 
 enum class DisplayWay {
-  layerShell,  ///< a Wayland compositor with layers: on its bottom layer
-  x11,         ///< an X server, or a Wayland compositor's own: below other windows
-  plain,       ///< a Wayland compositor without either: windows that it puts where it likes
-  none,        ///< no display is named
+  layerShell,  ///< a Wayland compositor with layer shell: windows are on its bottom layer
+  x11,         ///< an X server, or that of a Wayland compositor: windows are kept below others
+  plain,       ///< a Wayland compositor with neither: the compositor decides place and stacking
+  none,        ///< the environment names no display
 };
 
-/// By the environment and by what the compositor offers (wlr-layer-shell-unstable-v1). Asks the compositor, once.
+/// Decides by the environment and by whether the compositor offers wlr-layer-shell-unstable-v1, for which it connects
+/// to the compositor once. GDK_BACKEND=x11 in the environment forces X11.
 DisplayWay chooseDisplayWay();
 
-/// Tells the toolkit, through its environment. Before any thread is started.
+/// Sets the environment variables that make the toolkit use it. Must be called before any thread is started.
 void useDisplayWay(DisplayWay way);
 
-/// Called when the X server goes, which ends the program: the toolkit leaves without a word, with Wayland it has its
-/// own. For once the toolkit has started; does not return.
+/// Called when the connection to the X server is lost, which ends the program. The toolkit itself prints a message for
+/// Wayland, but none for X11. To be set after the toolkit has started; must not return.
 using LastWords = void (*)();
 void sayWhenServerGoes(DisplayWay way, LastWords lastWords);
 

@@ -18,7 +18,7 @@ constexpr std::size_t descriptorCount = 4;
 constexpr std::uint8_t serialTag = 0xff;
 constexpr std::uint8_t nameTag = 0xfc;
 
-/// Three letters of five bits each, 1 being A.
+/// The make is three letters of five bits each; 1 is A.
 std::string makeOf(std::span<const std::uint8_t> block) {
   const unsigned packed = static_cast<unsigned>(block[8]) << 8 | block[9];
   std::string make;
@@ -30,7 +30,7 @@ std::string makeOf(std::span<const std::uint8_t> block) {
   return make;
 }
 
-/// The text of a descriptor, up to its line feed, without blanks around it.
+/// The text of the descriptor with this tag, up to its line feed, without leading and trailing blanks.
 std::string textOf(std::span<const std::uint8_t> block, std::uint8_t tag) {
   for (std::size_t i = 0; i < descriptorCount; ++i) {
     const auto descriptor = block.subspan(firstDescriptor + i * descriptorLength, descriptorLength);
@@ -59,7 +59,7 @@ std::optional<Edid> parseEdid(std::span<const std::uint8_t> block) {
   const std::uint32_t number = static_cast<std::uint32_t>(block[15]) << 24 |
                                static_cast<std::uint32_t>(block[14]) << 16 |
                                static_cast<std::uint32_t>(block[13]) << 8 | block[12];
-  // All ones and 01010101 are what makers write who count nothing.
+  // Manufacturers that assign no serial numbers write zeros, all ones or 01010101.
   if (edid.serial.empty() && number != 0 && number != 0xffffffff && number != 0x01010101) {
     edid.serial = absl::StrCat(number);
   }

@@ -1,4 +1,4 @@
-// What a monitor says of itself in its EDID (VESA E-EDID 1.4, section 3).
+// A monitor's identity as its EDID describes it (VESA E-EDID 1.4, section 3).
 #pragma once
 
 #include <cstdint>
@@ -9,13 +9,13 @@
 namespace desktop {
 
 struct Edid {
-  std::string make;    ///< three letters, as registered
-  std::string model;   ///< its name, else its number in hexadecimal digits
-  std::string serial;  ///< its text, else its number; empty for none
+  std::string make;    ///< the manufacturer's three registered letters, "DEL"
+  std::string model;   ///< the monitor's name, else its product code in hexadecimal digits
+  std::string serial;  ///< the serial number as text, else as a number; empty for none
   bool operator==(const Edid&) const = default;
 };
 
-/// None for what is too short, or does not begin as an EDID does.
+/// None if the block is too short or has no EDID header.
 std::optional<Edid> parseEdid(std::span<const std::uint8_t> block);
 
 }  // namespace desktop

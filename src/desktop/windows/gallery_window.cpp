@@ -13,7 +13,7 @@ namespace {
 constexpr int margin = 24;
 constexpr int spacing = 16;
 
-/// How large previews are beside the boards themselves: three quarters, or less where the monitor has no room for that.
+/// The scale of the previews: three quarters of a board's size, or less where the monitor is too small for that.
 double previewScale(double textScale) {
   GdkDisplay* const display = gdk_display_get_default();
   GdkMonitor* monitor = gdk_display_get_primary_monitor(display);
@@ -21,7 +21,7 @@ double previewScale(double textScale) {
   if (monitor == nullptr) return 0.75 * textScale;
   GdkRectangle area{};
   gdk_monitor_get_workarea(monitor, &area);
-  // Beside the previews there are margins, words and the window's frame.
+  // The rest of the window's size is margins, texts and the frame.
   const double across =
       (area.width - 160 * textScale) /
       (render::smallFamily.size.width + render::mediumFamily.size.width + render::largeFamily.size.width);
@@ -58,7 +58,7 @@ GalleryWindow::GalleryWindow(const Texts& texts, Actions actions)
 
 GalleryWindow::~GalleryWindow() { gtk_widget_destroy(window_); }
 
-// From top to bottom as it is seen.
+// In visual order, from top to bottom.
 void GalleryWindow::build() {
   GtkWidget* const column = gtk_box_new(GTK_ORIENTATION_VERTICAL, spacing);
   gtk_container_set_border_width(GTK_CONTAINER(column), margin);
@@ -137,7 +137,7 @@ void GalleryWindow::show(const std::map<protocol::WidgetFamily, std::shared_ptr<
 }
 
 void GalleryWindow::present() {
-  // The medium size, which most people want. A window that is shown without a focus gives it to a child of its choice.
+  // Focuses the medium size, as most people want that one. Without this, the toolkit chooses the focus.
   if (gtk_window_get_focus(GTK_WINDOW(window_)) == nullptr) gtk_widget_grab_focus(previews_[1]->button);
   gtk_window_present(GTK_WINDOW(window_));
 }

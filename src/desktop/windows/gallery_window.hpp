@@ -1,5 +1,5 @@
-// The gallery: what the widget is called, what it is, and a live preview in each of its sizes; a click or Enter on one
-// adds it to the desktop.
+// The window of the gallery: the widget's name and description, and a live preview of each size. A click or Enter on a
+// preview adds a widget of that size to the desktop.
 #pragma once
 
 #include <functional>
@@ -30,15 +30,15 @@ class GalleryWindow {
   GalleryWindow& operator=(const GalleryWindow&) = delete;
 
   void describe(const host::WidgetDeclaration& widget);
-  /// Previews grow with the text, as far as the monitor has room for them.
+  /// Scales the previews with the text, up to what fits the monitor.
   void setTextScale(double scale);
-  /// Those that have no picture yet show nothing.
+  /// Sets the previews. A family without a picture shows an empty tile.
   void show(const std::map<protocol::WidgetFamily, std::shared_ptr<BoardPicture>>& pictures);
-  /// To the front, with the keyboard.
+  /// Brings the window to the front and focuses it.
   void present();
 
  private:
-  /// One size's button with its drawing.
+  /// The button of one size with its drawing.
   struct Preview {
     GalleryWindow* gallery = nullptr;
     protocol::WidgetFamily family;

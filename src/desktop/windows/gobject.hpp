@@ -1,4 +1,4 @@
-// Small owners for the toolkit's objects, and signals that call member functions.
+// Owners for the toolkit's objects, and connecting signals to member functions.
 #pragma once
 
 #include <memory>
@@ -29,7 +29,8 @@ struct Slot<method> {
 
 }  // namespace detail
 
-/// Calls `method` of `self` with the signal's arguments but the emitter. `self` outlives the emitter, or disconnects.
+/// Calls `method` of `self` with the signal's arguments, without the emitter. `self` must outlive the emitter or
+/// disconnect. Example: `connect<&BoardWindow::keyPressed>(widget, "key-press-event", this)`.
 template <auto method, typename Class>
 gulong connect(gpointer emitter, const char* signal, Class* self) {
   return g_signal_connect(emitter, signal, G_CALLBACK(&detail::Slot<method>::call), self);

@@ -20,7 +20,7 @@ protocol::View row(const char* text) {
 }  // namespace
 
 BoardContent loadingBoard() {
-  // Under the bars, only the lengths of these texts are seen.
+  // The texts are drawn as bars, so only their lengths matter.
   protocol::Node view = VStack({.spacing = 6},
                                {
                                    Text("Vamba").font(protocol::TextStyle::headline),

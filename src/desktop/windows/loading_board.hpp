@@ -1,11 +1,11 @@
-// A board for the moment before the extension has answered anything at all, and for as long as it does not.
+// The board that is shown until the extension has answered for the first time.
 #pragma once
 
 #include "desktop/windows/board_picture.hpp"
 
 namespace desktop {
 
-/// Bars where a day's texts will stand.
+/// A board with bars in place of texts.
 BoardContent loadingBoard();
 
 }  // namespace desktop

@@ -35,7 +35,7 @@ std::optional<Edid> edidOf(GdkDisplay* display, XID output) {
   unsigned long left = 0;
   unsigned char* bytes = nullptr;
   constexpr long words = 128 / 4;
-  gdk_x11_display_error_trap_push(display);  // it may be gone already
+  gdk_x11_display_error_trap_push(display);  // the output may have been unplugged meanwhile
   XRRGetOutputProperty(connection, output, property, 0, words, False, False, AnyPropertyType, &type, &format, &length,
                        &left, &bytes);
   const bool failed = gdk_x11_display_error_trap_pop(display) != 0;
@@ -45,7 +45,7 @@ std::optional<Edid> edidOf(GdkDisplay* display, XID output) {
 }
 
 MonitorIdentity identityOnX(GdkDisplay* display, GdkMonitor* monitor) {
-  // The toolkit calls the connector a model there.
+  // On X11 the toolkit returns the connector as the model.
   MonitorIdentity identity{.connector = textOrEmpty(gdk_monitor_get_model(monitor))};
   if (const auto edid = edidOf(display, gdk_x11_monitor_get_output(monitor))) {
     identity.make = edid->make;
@@ -55,7 +55,7 @@ MonitorIdentity identityOnX(GdkDisplay* display, GdkMonitor* monitor) {
   return identity;
 }
 
-/// `output` as the compositor told of it, if it is known.
+/// `output` is what the compositor said about this monitor; null where that is unknown.
 MonitorIdentity identityOnWayland(GdkMonitor* monitor, const WaylandOutput* output) {
   MonitorIdentity identity{.make = textOrEmpty(gdk_monitor_get_manufacturer(monitor)),
                            .model = textOrEmpty(gdk_monitor_get_model(monitor))};
@@ -71,7 +71,7 @@ std::vector<DisplayedMonitor> displayedMonitors(DisplayWay way) {
   GdkDisplay* const display = gdk_display_get_default();
   const bool onX = way == DisplayWay::x11;
   const auto count = static_cast<std::size_t>(gdk_display_get_n_monitors(display));
-  // The toolkit, too, has them in the order in which the compositor announces them.
+  // The toolkit keeps monitors in the order in which the compositor announces them, as `waylandOutputs` does.
   auto outputs = onX ? std::vector<WaylandOutput>() : waylandOutputs(gdk_wayland_display_get_wl_display(display));
   if (outputs.size() != count) outputs.clear();
   std::vector<DisplayedMonitor> all;

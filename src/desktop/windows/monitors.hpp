@@ -1,4 +1,4 @@
-// The monitors of the display as placement knows them: what they are, and what panels leave of them.
+// The monitors of the display: their identities and the areas that panels leave free.
 #pragma once
 
 #include <functional>
@@ -13,15 +13,15 @@ namespace desktop {
 
 struct DisplayedMonitor {
   Monitor monitor;
-  GdkMonitor* handle = nullptr;  ///< the display's, valid until its monitors change
+  GdkMonitor* handle = nullptr;  ///< owned by the display, valid until its monitors change
 };
 
-/// In the display's order. What a display server does not tell of a monitor stays empty: X11 tells of it by the EDID
-/// (VESA E-EDID 1.4, section 3), Wayland by its description.
+/// The monitors in the display's order. X11 identifies a monitor by its EDID (VESA E-EDID 1.4, section 3), Wayland by
+/// its description. Parts of the identity that the display server does not provide are empty.
 std::vector<DisplayedMonitor> displayedMonitors(DisplayWay way);
 
-/// Tells when monitors come, go, or change their size, place or scale: several times for one change, and some of them
-/// before all of it is known.
+/// Calls `changed` when monitors are added or removed or change their size, place or scale. One change may cause
+/// several calls, the first ones before all of the change is known.
 class MonitorChanges {
  public:
   explicit MonitorChanges(std::function<void()> changed);

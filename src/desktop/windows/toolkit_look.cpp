@@ -15,29 +15,29 @@ bool prefersDark() {
   return dark != FALSE;
 }
 
-/// As the person set it, before `useAppearance` first changed the setting.
+/// The person's own setting, read before `useAppearance` changes it for the first time.
 bool preferredDarkAtStart() {
   static const bool atStart = prefersDark();
   return atStart;
 }
 
-/// The toolkit announces a change even where nothing changes.
+/// Sets the property only if it differs, since the toolkit announces a change in any case.
 void preferTheme(bool dark) {
   if (prefersDark() != dark) g_object_set(gtk_settings_get_default(), preferDark, dark ? TRUE : FALSE, nullptr);
 }
 
-/// Of the theme that the toolkit draws with.
+/// Whether the theme in use has a dark background.
 bool hasDarkBackground() {
   GtkStyleContext* const style = gtk_style_context_new();
   GdkRGBA background{};
   const bool known = gtk_style_context_lookup_color(style, "theme_bg_color", &background) != FALSE;
   g_object_unref(style);
-  // Relative luminance without the curve: dark or light is all that is asked.
+  // Relative luminance without gamma, which is accurate enough to tell dark from light.
   return known && 0.2126 * background.red + 0.7152 * background.green + 0.0722 * background.blue < 0.5;
 }
 
 double textScale() {
-  // Knows the settings as well as GDK_DPI_SCALE.
+  // The screen's resolution includes the settings and GDK_DPI_SCALE.
   const double resolution = gdk_screen_get_resolution(gdk_screen_get_default());
   constexpr double usual = 96;
   constexpr double smallest = 0.5;

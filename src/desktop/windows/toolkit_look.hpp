@@ -1,4 +1,4 @@
-// How boards are to look by the toolkit's own settings, for where the desktop's portal has nothing to say.
+// How boards look by the toolkit's own settings, which are used where the desktop's portal gives no answer.
 #pragma once
 
 #include <functional>
@@ -7,17 +7,17 @@
 
 namespace desktop {
 
-/// Dark where the settings prefer it or the theme's background is a dark one; the text size beside the usual one.
+/// Dark where the settings prefer a dark theme or the theme's background is dark. `textScale` is 1 for 96 dots an inch.
 struct ToolkitLook {
   render::Appearance appearance = render::Appearance::light;
   double textScale = 1;
   bool operator==(const ToolkitLook&) const = default;
 };
 
-/// As the person set it: the toolkit is put back to that, whatever `useAppearance` chose.
+/// The look that the person set. This also reverts what `useAppearance` set.
 ToolkitLook toolkitLook();
 
-/// Whether menus and the gallery are drawn dark.
+/// Draws menus and the gallery in this appearance.
 void useAppearance(render::Appearance appearance);
 
 /// Calls `changed` whenever one of the settings behind `toolkitLook` changes, for the life of the process.

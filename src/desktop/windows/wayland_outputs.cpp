@@ -20,7 +20,7 @@ struct Release {
 using OwnedQueue = std::unique_ptr<wl_event_queue, Release<&wl_event_queue_destroy>>;
 using OwnedRegistry = std::unique_ptr<wl_registry, Release<&wl_registry_destroy>>;
 
-/// Tells the compositor too, since version 3: what is only destroyed here stays its own to keep.
+/// Releases the output in the compositor too, which is possible since version 3 of the interface.
 struct ReleaseOutput {
   void operator()(wl_output* output) const {
     if (wl_output_get_version(output) >= WL_OUTPUT_RELEASE_SINCE_VERSION) {
@@ -37,7 +37,7 @@ struct Bound {
   WaylandOutput told;
 };
 
-// Addresses of what is bound are given to the library, so each stays where it is.
+// The library keeps the addresses of these objects, so they must not move.
 using AllBound = std::vector<std::unique_ptr<Bound>>;
 
 constexpr wl_output_listener outputListener{
@@ -76,13 +76,13 @@ constexpr wl_registry_listener registryListener{
 
 std::vector<WaylandOutput> waylandOutputs(wl_display* display) {
   const OwnedQueue queue(wl_display_create_queue(display));
-  // A wrapper puts its children on the queue: the toolkit's own never sees them.
+  // Objects created through the wrapper use this queue, so the toolkit's own queue never gets their events.
   const std::unique_ptr<void, Release<&wl_proxy_wrapper_destroy>> wrapper(wl_proxy_create_wrapper(display));
   wl_proxy_set_queue(static_cast<wl_proxy*>(wrapper.get()), queue.get());
   AllBound bound;
   const OwnedRegistry registry(wl_display_get_registry(static_cast<wl_display*>(wrapper.get())));
   wl_registry_add_listener(registry.get(), &registryListener, &bound);
-  // The outputs are told of in the first answer, what they are in the second.
+  // The first round trip announces the outputs, the second delivers their properties.
   for (int i = 0; i < 2; ++i) {
     if (wl_display_roundtrip_queue(display, queue.get()) < 0) return {};
   }
@@ -99,7 +99,7 @@ std::string serialOf(const WaylandOutput& output) {
   const std::string before = output.make + " " + output.model + " ";
   if (!rest.starts_with(before)) return {};
   rest.remove_prefix(before.size());
-  // What compositors built on one library write where there is none.
+  // Compositors based on wlroots write these where there is no serial number.
   return rest == "Unknown" || rest == "(null)" ? std::string() : std::string(rest);
 }
 

@@ -1,4 +1,4 @@
-// What a Wayland compositor says of its outputs beyond what the toolkit keeps: their names and descriptions.
+// The names and descriptions of a Wayland compositor's outputs, which the toolkit does not keep.
 #pragma once
 
 #include <string>
@@ -8,19 +8,20 @@ struct wl_display;
 
 namespace desktop {
 
-/// wl_output of version 4. What the compositor does not tell is empty.
+/// The properties of a wl_output of version 4. Those that the compositor does not provide are empty.
 struct WaylandOutput {
   std::string make;
   std::string model;
-  std::string name;         ///< of the connector: "DP-1"
+  std::string name;         ///< the connector: "DP-1"
   std::string description;  ///< "Make Model Serial (DP-1)" with most compositors
 };
 
-/// In the order in which the compositor announces them. Asks it and waits for its answer, on a queue of its own. Empty
-/// where it has gone.
+/// The outputs in the order in which the compositor announces them. Blocks until the compositor has answered, on an
+/// event queue of its own. Empty if the connection is lost.
 std::vector<WaylandOutput> waylandOutputs(wl_display* display);
 
-/// The serial number in the description; empty where there is none.
+/// The serial number in the description; empty if there is none. For make "Dell", model "U2720Q", name "DP-1" and
+/// description "Dell U2720Q 7H3X (DP-1)" it is "7H3X".
 std::string serialOf(const WaylandOutput& output);
 
 }  // namespace desktop

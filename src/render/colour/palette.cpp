@@ -31,7 +31,7 @@ constexpr Palette dark{.background = opaque(0x1E1F23),
                        .edge = {0xF4, 0xF5, 0xF7, 0.12},
                        .placeholder = 0.26};
 
-/// The light that a channel of sRGB stands for, 0 to 1.
+/// The linear light of an sRGB channel, 0 to 1.
 double linear(std::uint8_t channel) {
   const double value = channel / 255.0;
   return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
@@ -41,7 +41,7 @@ double luminance(const Colour& colour) {
   return 0.2126 * linear(colour.red) + 0.7152 * linear(colour.green) + 0.0722 * linear(colour.blue);
 }
 
-/// In sRGB, from the first colour at 0 to the second at 1.
+/// Interpolates in sRGB: the first colour at 0, the second at 1.
 Colour between(const Colour& first, Colour second, double share) {
   second.opacity = share;
   return blended(second, first);

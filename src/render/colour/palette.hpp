@@ -1,4 +1,4 @@
-// The colours of each role in light and in dark, in sRGB, and the contrast between two of them.
+// The colours of each role in the light and dark appearance, in sRGB, and the contrast between two colours.
 #pragma once
 
 #include <cstdint>
@@ -33,9 +33,9 @@ struct Palette {
 
 const Palette& palette(Appearance appearance);
 
-/// The same with a person's own accent colour as the tint, if there is one: made darker in light and lighter in dark
-/// only as far as text in it needs to be readable (a contrast of 4.5, WCAG 2.1 level AA) on the background and on a
-/// badge filled with it. Its opacity is not asked.
+/// The palette with the person's accent colour as the tint, if there is one. The accent is darkened (light) or
+/// lightened (dark) only until text in it has a contrast of 4.5 (WCAG 2.1 level AA) on the background and on a badge
+/// filled with it. Its opacity is ignored. Example: a pale yellow accent becomes a dark yellow in the light appearance.
 Palette palette(Appearance appearance, const std::optional<Colour>& accent);
 Colour colourOf(protocol::ForegroundStyle style, const Palette& palette);
 

@@ -4,8 +4,8 @@
 //   medium   two columns, two rows   480 x 320
 //   large    two columns, three rows 480 x 490
 //
-// So two small boards are as wide as a medium one, and as high where one stands below the other. The fullest board of
-// each family fits at its natural size.
+// Two small boards side by side are as wide as a medium one, and two stacked ones as high. The fullest board of each
+// family fits without being scaled down.
 #pragma once
 
 #include "protocol/view_tree/widget_family.hpp"
@@ -13,7 +13,7 @@
 
 namespace render {
 
-/// The box of a board in points, and how much larger than its own points a board is shown in it.
+/// The size of a board's box in points, and by how much the board's content is magnified in it.
 struct BoardForm {
   Size size;
   double magnification = 1;
@@ -30,7 +30,7 @@ constexpr Size boardSize(int columns, int rows) {
 
 inline constexpr BoardForm smallFamily{boardSize(1, 1)};
 inline constexpr BoardForm mediumFamily{boardSize(2, 2)};
-/// A large board shows no more rows than a medium one: its room goes into larger type, to be read from further away.
+/// A large board shows the same rows as a medium one in larger type, to be read from further away.
 inline constexpr BoardForm largeFamily{boardSize(2, 3), 1.5};
 
 constexpr BoardForm familyForm(protocol::WidgetFamily family) {
@@ -45,7 +45,7 @@ constexpr BoardForm familyForm(protocol::WidgetFamily family) {
   return mediumFamily;
 }
 
-/// Of the board's corners, in points: one and a half of the padding that boards have.
+/// The radius of the board's corners in points: one and a half times the padding of boards.
 constexpr double boardRadius(const BoardForm& form) { return 18 * form.magnification; }
 
 }  // namespace render

@@ -1,5 +1,5 @@
-// Lengths in points, with the origin at the top left and y growing downwards; and the way to device pixels, which
-// are rounded only when painting, edge by edge, so that neighbours share an edge.
+// Sizes and rectangles in points, with the origin at the top left and y growing downwards, and their conversion to
+// device pixels. Only painters round to pixels, edge by edge, so that adjacent rectangles share an edge.
 #pragma once
 
 #include <algorithm>
@@ -24,14 +24,14 @@ struct Rect {
   bool operator==(const Rect&) const = default;
 };
 
-/// The device pixels that `rect` covers at `pixels` device pixels a point: each edge goes to the nearest one.
+/// `rect` in device pixels, at `pixels` device pixels a point, with each edge rounded to the nearest pixel.
 inline Rect snapped(const Rect& rect, double pixels) {
   const double left = std::round(rect.x * pixels);
   const double top = std::round(rect.y * pixels);
   return {left, top, std::round(rect.right() * pixels) - left, std::round(rect.bottom() * pixels) - top};
 }
 
-/// As `snapped`, for a rule: its thinner side covers at least one device pixel and the same number wherever it lies.
+/// As `snapped`, for a rule: its thickness is at least one device pixel and does not depend on its position.
 inline Rect snappedRule(const Rect& rule, double pixels) {
   Rect device = snapped(rule, pixels);
   double& thin = rule.width < rule.height ? device.width : device.height;

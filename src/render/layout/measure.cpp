@@ -11,8 +11,8 @@ using protocol::EdgeInsets;
 using protocol::Node;
 
 constexpr double ruleThickness = 1;
-constexpr double tolerance = 1e-6;  ///< what sums of lengths may lose
-constexpr int deepestNesting = 64;  ///< of nodes; what lies deeper is not shown
+constexpr double tolerance = 1e-6;  ///< rounding error of summed lengths
+constexpr int deepestNesting = 64;  ///< nodes that are nested deeper are not shown
 
 void shrinkToFit(double& near, double& far, double room) {
   const double sum = near + far;
@@ -40,7 +40,7 @@ double summedHeights(const std::vector<Measured>& children) {
                          [](double sum, const Measured& child) { return sum + child.size.height; });
 }
 
-/// The measuring of one tree: the measurer, and how deep it has gone.
+/// Measures one tree; keeps the measurer and the current depth.
 class Pass {
  public:
   Pass(TextMeasurer& measurer, double unit) : measurer_(measurer), unit_(unit) {}
@@ -76,7 +76,7 @@ Measured Pass::node(const Node& node, const Offer& offer) {
   const Offer inner{std::max(0.0, offer.width - padding.leading - padding.trailing),
                     std::max(0.0, offer.height - padding.top - padding.bottom), offer.axis, offer.leadingColumn};
 
-  // Each kind leaves the size and baseline of its content; the padding is added below.
+  // Each kind sets the size and baseline of its content; the padding is added below.
   if (const auto* kind = std::get_if<protocol::TextNode>(&node.kind)) {
     text(result, *kind, inner);
   } else if (const auto* stack = std::get_if<protocol::VStackNode>(&node.kind)) {
@@ -92,7 +92,7 @@ Measured Pass::node(const Node& node, const Offer& offer) {
     result.size = {inner.width, std::min(ruleThickness, inner.height)};
     result.firstBaseline = result.size.height;
   } else {
-    result.size = {std::min(ruleThickness, inner.width), 0};  // as high as the row turns out
+    result.size = {std::min(ruleThickness, inner.width), 0};  // gets the row's height later
   }
   --depth_;
   result.size.width += padding.leading + padding.trailing;
@@ -145,8 +145,8 @@ void Pass::verticalStack(Measured& result, const protocol::VStackNode& stack, co
   result.present = !children.empty() || stack.children.empty();
 }
 
-/// The leading columns of a stack's rows share one width, so that what follows them stands in line: the widest that is
-/// no wider than a quarter of the room.
+/// The width of the leading column that the rows of a stack share, so that the texts after it line up: the widest first
+/// child, but at most a quarter of the width.
 double Pass::leadingColumnOf(const protocol::VStackNode& stack, double width) {
   double widest = 0;
   for (const auto& child : stack.children) {
@@ -158,7 +158,7 @@ double Pass::leadingColumnOf(const protocol::VStackNode& stack, double width) {
   return widest;
 }
 
-/// Shares `spare.height` among the children that take any height.
+/// Shares `spare.height` among the children that can grow.
 void Pass::growDown(std::vector<Measured>& children, const Offer& spare) {
   const auto takers =
       std::count_if(children.begin(), children.end(), [](const Measured& child) { return growsDown(*child.node); });
@@ -183,8 +183,8 @@ void Pass::cutAtBottom(std::vector<Measured>& children, const Offer& offer) {
     const double gap = kept.empty() ? 0 : child.gap;
     const double room = offer.height - used - gap;
     if (child.size.height > room + tolerance) {
-      // A row goes whole, a paragraph can end in an ellipsis. The first thing is shown as far as it goes, for a board
-      // without anything tells nobody anything.
+      // Rows are left out whole; a paragraph can end in an ellipsis. The first child is always shown, even if it is
+      // cut, so that the board is not empty.
       const bool row = std::holds_alternative<protocol::HStackNode>(child.node->kind) || child.text.lines == 1;
       if (room > 0 && (!row || kept.empty())) {
         child = node(*child.node, {offer.width, room, Axis::vertical});
@@ -214,7 +214,7 @@ void Pass::horizontalStack(Measured& result, const protocol::HStackNode& stack, 
     result.size.width += child.gap + child.size.width;
     height = std::max(height, child.crossOffset + child.size.height);
   }
-  // Lining baselines up can ask for more height than any child alone.
+  // With aligned baselines a row can be higher than each of its children.
   const bool tooHigh = height > offer.height + tolerance;
   if (tooHigh) height = offer.height;
   for (auto& child : children) {
@@ -233,8 +233,8 @@ void Pass::horizontalStack(Measured& result, const protocol::HStackNode& stack, 
   result.present = !children.empty() || stack.children.empty();
 }
 
-/// Measures the children of a row, each once. Where their natural widths don't all fit, the widest give way until they
-/// are even; what is left over goes to those that take any width.
+/// Measures each child of a row once. If the natural widths don't all fit, the widest children are narrowed to an equal
+/// width. Children that can grow share the remaining width.
 std::vector<Measured> Pass::shareWidth(const protocol::HStackNode& stack, const Offer& offer) {
   const auto count = stack.children.size();
   std::vector<double> gaps(count, 0);

@@ -1,4 +1,4 @@
-// The second pass of layout: from sizes to positions, as the flat list of what is painted.
+// The second pass of layout: from sizes to positions, as a flat list of items to paint.
 #pragma once
 
 #include <vector>
@@ -8,7 +8,7 @@
 
 namespace render {
 
-/// What `measured` paints with its top left corner at the origin, backgrounds before what stands on them.
+/// The items of `measured` with its top left corner at the origin. A background precedes the items on it.
 std::vector<Placed> place(const Measured& measured);
 
 }  // namespace render

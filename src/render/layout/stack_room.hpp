@@ -1,5 +1,5 @@
-// What a stack asks of a node before it shares out its room: the natural width, whether more room would be taken, and
-// the gap to a sibling. All look at the tree alone, not at any room.
+// What a stack needs to know about a node before it distributes its room: the natural width, whether the node can grow,
+// and the gap to a sibling. All of this depends on the tree alone.
 #pragma once
 
 #include <optional>
@@ -9,23 +9,23 @@
 
 namespace render {
 
-/// A length from outside, pulled into the range in which sums stay exact: 0 for what is negative or no number.
+/// A length from outside, clamped to a range in which sums are exact. Negative values and NaN give 0.
 double sensibleLength(double length);
 
-/// The width at which no text of the node is broken or cut, in points; what grows counts with its least.
+/// The width in points at which no text of the node is broken or cut. Nodes that can grow count with their minimum.
 double naturalWidth(const protocol::Node& node, TextMeasurer& measurer);
 
-/// Whether a node of a row, offered more width than it needs, takes it all.
+/// Whether a node in a row takes all the width that it is offered.
 bool growsSideways(const protocol::Node& node);
 
-/// Whether a node of a column, offered more height than it needs, takes it all.
+/// Whether a node in a column takes all the height that it is offered.
 bool growsDown(const protocol::Node& node);
 
-/// Whether the node only parts others: pointless as the last thing on a board.
+/// Whether the node only separates others, so that it is useless at the end of a board.
 bool separates(const protocol::Node& node);
 
-/// The gap between two children of a stack. Where the stack names none, lines of text stand as close as the lines of
-/// a paragraph, and other things a little apart.
+/// The gap between two children of a stack. Without a given spacing, it is 0 between two texts, which read as lines of
+/// one paragraph, and 8 points otherwise.
 double gapBetween(const std::optional<double>& spacing, const protocol::Node& before, const protocol::Node& after);
 
 }  // namespace render

@@ -1,5 +1,4 @@
-// What layout asks of the fonts. The one that draws answers with real fonts; tests answer with figures they can
-// reckon in their head.
+// The interface by which layout measures texts. The typesetter implements it with real fonts, tests with fixed figures.
 #pragma once
 
 #include <limits>
@@ -10,7 +9,7 @@
 
 namespace render {
 
-/// The room of a text, in points; the baseline is that of its first line, from its top.
+/// The size of a text in points; the baseline is its first line's, from its top.
 struct TextExtent {
   Size size;
   double firstBaseline = 0;
@@ -24,11 +23,11 @@ class TextMeasurer {
  public:
   virtual ~TextMeasurer() = default;
 
-  /// The text with no line broken but where it says so itself.
+  /// The extent of the text with line breaks only where the text contains them.
   virtual TextExtent natural(const protocol::TextNode& text) = 0;
 
-  /// The text in lines no wider than `width`, at most `maxLines` of them, the last ending in an ellipsis where text is
-  /// left over. None where not even an ellipsis fits.
+  /// The extent of the text in at most `maxLines` lines of at most `width`; the last line ends in an ellipsis if text
+  /// is left over. None if not even an ellipsis fits.
   virtual std::optional<TextExtent> within(const protocol::TextNode& text, double width, int maxLines) = 0;
 
  protected:

@@ -1,4 +1,4 @@
-// A tree made ready for any painter: laid out in the box of the options, with the fonts that it was measured in.
+// A tree made ready for any painter: laid out in the box of the options, with its fonts; and what all painters share.
 #pragma once
 
 #include <expected>
@@ -12,20 +12,26 @@
 namespace render {
 
 struct Drawing {
-  std::unique_ptr<const protocol::Node> tree;  ///< what the others refer to
+  std::unique_ptr<const protocol::Node> tree;  ///< `typesetter` and `board` refer to it
   Typesetter typesetter;
   Board board;
 };
 
-/// Whether the board is whole, see `Board::whole`. True as well where nothing can be drawn at all.
+/// Whether the board is whole, see `Board::whole`. Also true if it cannot be drawn at all.
 bool fits(const protocol::Node& tree, const PictureOptions& options);
 
 std::expected<Drawing, PictureError> prepare(const protocol::Node& tree, const PictureOptions& options);
 
-/// The texts of the board as they are read, a line each, before any of them is cut.
+/// The full texts of the board in reading order, one a line.
 std::string readAloud(Drawing& drawing);
 
-/// The bar that stands for a redacted line of text of this type size, in the board's points.
+/// The width in device pixels of the hairline just within the board's edge, at `pixels` device pixels a point.
+double edgeWidth(double pixels);
+
+/// Whether the line contains colour glyphs, such as emoji. They have no outlines, so painters show them as glyphs.
+bool hasColourGlyphs(PangoLayoutLine* line);
+
+/// The bar that replaces a redacted line of text of this type size, in the board's points.
 Rect placeholderBar(const ShapedLine& line, double typeSize);
 
 }  // namespace render

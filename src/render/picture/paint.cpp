@@ -1,14 +1,13 @@
 #include "render/picture/paint.hpp"
 
-#include "render/picture/frame_style.hpp"
-#include "render/picture/letters.hpp"
 #include "render/picture/shape.hpp"
 #include "render/type/type_style.hpp"
 
 namespace render {
 namespace {
 
-/// From so many device pixels a point on, sixteen shades of an edge look like two hundred, in a third of the time.
+/// From this many device pixels a point on, fast antialiasing is used: it looks the same there and takes a third of the
+/// time.
 constexpr double densePixels = 1.75;
 
 class Painter {
@@ -57,7 +56,7 @@ class Painter {
     cairo_close_path(cairo_);
   }
 
-  /// A hairline just within the board, which sets it off from a desktop of its own colour.
+  /// Draws a hairline just within the board's edge, so that it stands out from a background of the same colour.
   void edge(const Rect& box) {
     const double width = edgeWidth(style_.pixels);
     const double half = width / 2;

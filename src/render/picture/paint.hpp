@@ -1,5 +1,5 @@
-// The third pass: a drawing onto a surface of the graphics library. The one header of pictures that names it, for
-// those who have a surface of their own.
+// The third pass: paints a drawing on a surface of the graphics library. For callers with a surface of their own, such
+// as windows.
 #pragma once
 
 #include <expected>
@@ -12,10 +12,10 @@
 
 namespace render {
 
-/// Letters as their outlines, placed to the fraction of a pixel; or as glyphs of their font, which a PDF keeps as text.
+/// Whether letters are painted as outlines, which allows fractions of a pixel, or as glyphs, which a PDF keeps as text.
 enum class LetterPaint { outlines, glyphs };
 
-/// Where the colours and sizes of a painting come from.
+/// The colours and sizes of a painting.
 struct PaintStyle {
   BoardForm form;     ///< the box
   double pixels = 1;  ///< device pixels a point
@@ -25,10 +25,10 @@ struct PaintStyle {
   std::optional<Colour> accent = std::nullopt;  ///< a person's own tint
 };
 
-/// Paints in device pixels from the surface's origin, over what is there.
+/// Paints in device pixels at the surface's origin, over the existing content.
 void paint(cairo_t* cairo, Drawing& drawing, const PaintStyle& style);
 
-/// Lays the tree out and paints it, with a point for each unit of `cairo`; the scale of the options is not asked.
+/// Lays the tree out and paints it with one point for each unit of `cairo`. `options.scale` is ignored.
 std::expected<void, PictureError> paint(cairo_t* cairo, const protocol::Node& tree, const PictureOptions& options);
 
 }  // namespace render

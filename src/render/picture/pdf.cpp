@@ -12,13 +12,14 @@ Picture drawPdf(const protocol::Node& tree, const PictureOptions& options) {
   std::string file;
   const OwnedSurface surface(cairo_pdf_surface_create_for_stream(
       appendToFile, &file, options.form.size.width * options.scale, options.form.size.height * options.scale));
-  // Else the library puts the time of day in, and equal boards give unequal files. No date is one it leaves out.
+  // An empty date is left out. Otherwise the library writes the current time, and equal boards would give unequal
+  // files.
   cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, "");
   if (const auto title = visibleText(options.title, 1); !title.empty()) {
     cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_TITLE, title.c_str());
   }
   const OwnedCairo cairo(cairo_create(surface.get()));
-  // Paper has no pixels: places are rounded to where the eye sees no rounding.
+  // Paper has no pixels, so positions are rounded to steps too small to be seen.
   constexpr double fineness = 16;
   cairo_scale(cairo.get(), 1 / fineness, 1 / fineness);
   paint(cairo.get(), *drawing,

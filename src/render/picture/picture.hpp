@@ -1,6 +1,6 @@
-// A view tree as a picture: the bytes of a PNG, SVG or PDF file. The same tree and options give the same bytes.
+// Draws a view tree as a PNG, SVG or PDF file. The same tree and options always give the same bytes.
 //
-// Texts of the tree are drawn as they stand: keys of localised texts are the host's to replace first.
+// Texts are drawn as they are, so the host must replace the keys of localised texts first.
 #pragma once
 
 #include <expected>
@@ -14,31 +14,31 @@
 
 namespace render {
 
-/// Whether texts are drawn, or rounded bars in their place: sample data is not to be taken for one's own.
+/// Whether texts are drawn, or rounded bars in their place, so that nobody takes sample data for their own.
 enum class Redaction { none, placeholder };
 
-/// Whether an SVG holds text, which can be searched and read aloud, or the outlines of its letters, which look alike
-/// where the font is missing.
+/// Whether an SVG contains text, which can be searched and read aloud, or outlines of letters, which look the same
+/// without the font.
 enum class Lettering { text, outlines };
 
 struct PictureOptions {
   BoardForm form = mediumFamily;  ///< see `familyForm`
-  double scale = 1;               ///< pixels a point in a PNG; in the others the natural size is as many times larger
+  double scale = 1;               ///< of a PNG: pixels a point; of the others: factor of the natural size
   Appearance appearance = Appearance::light;
   Redaction redaction = Redaction::none;
   Lettering lettering = Lettering::text;        ///< of an SVG
-  std::string title;                            ///< what the picture is called by those who read it aloud
-  std::string language;                         ///< of the texts, as in BCP 47; empty: unknown
-  std::optional<Colour> accent = std::nullopt;  ///< a person's own tint, made readable; none: the board's
+  std::string title;                            ///< the picture's name for screen readers
+  std::string language;                         ///< of the texts, as in BCP 47; empty if unknown
+  std::optional<Colour> accent = std::nullopt;  ///< the person's own tint, which is made readable
 };
 
 enum class PictureError {
   noFont,           ///< no font is installed
-  scaleOutOfRange,  ///< the scale is no number, or the picture would be smaller than a pixel or beyond 16384 a side
-  notEncoded,       ///< a library refused, for want of memory
+  scaleOutOfRange,  ///< the scale is not a number, or a side would be less than 1 or more than 16384 pixels
+  notEncoded,       ///< a library failed, usually for lack of memory
 };
 
-/// What to tell a person, without a full stop: "no font is installed".
+/// A message for a person without a full stop: "no font is installed".
 constexpr std::string_view describe(PictureError error) {
   switch (error) {
     case PictureError::noFont:

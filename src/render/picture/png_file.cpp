@@ -17,7 +17,7 @@ void append(png_structp png, png_bytep bytes, png_size_t count) noexcept {
 void nothingToFlush(png_structp) noexcept {}
 void keepSilent(png_structp, png_const_charp) noexcept {}
 
-/// The pixel's colours, no longer multiplied by its opacity, as red, green, blue, opacity from the highest byte down.
+/// The pixel without premultiplied opacity, as red, green, blue, opacity from the highest byte down.
 std::uint32_t unmultiplied(std::uint32_t pixel) {
   const std::uint32_t opacity = pixel >> 24U;
   if (opacity == 0) return 0;
@@ -25,7 +25,7 @@ std::uint32_t unmultiplied(std::uint32_t pixel) {
   return channel(16) << 24U | channel(8) << 16U | channel(0) << 8U | opacity;
 }
 
-/// A row in the file's order: red, green, blue, opacity.
+/// Converts a row to the byte order of the file: red, green, blue, opacity.
 void unpack(const unsigned char* row, std::uint32_t width, unsigned char* out) {
   for (std::uint32_t x = 0; x < width; ++x, row += 4, out += 4) {
     std::uint32_t pixel = 0;
@@ -39,7 +39,7 @@ void unpack(const unsigned char* row, std::uint32_t width, unsigned char* out) {
   }
 }
 
-/// The library leaves by a long jump, which runs no destructors: everything that owns memory is the caller's.
+/// The library reports errors by longjmp, which runs no destructors, so everything that owns memory is in the caller.
 bool write(png_structp png, png_infop info, const Pixels& pixels, double scale, std::vector<unsigned char>& row) {
   if (setjmp(png_jmpbuf(png)) != 0) return false;
   png_set_compression_level(png, 1);

@@ -1,4 +1,4 @@
-// Pixels as the bytes of a PNG file.
+// Encodes pixels as a PNG file.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,8 @@
 
 namespace render {
 
-/// Pixels of 32 bits in the machine's byte order: opacity, red, green, blue from the highest byte down, the colours
-/// multiplied by the opacity. Rows follow each other every `stride` bytes.
+/// Pixels of 32 bits in the machine's byte order: opacity, red, green, blue from the highest byte down, with
+/// premultiplied opacity. Each row begins `stride` bytes after the previous one.
 struct Pixels {
   const unsigned char* rows = nullptr;
   std::uint32_t width = 0;
@@ -16,8 +16,8 @@ struct Pixels {
   std::size_t stride = 0;
 };
 
-/// An sRGB picture with `scale` pixels a point (a 72nd of an inch), and no date or author, so that equal pixels give
-/// equal bytes. Compressed for speed: boards are mostly of one colour. None where the library refuses.
+/// An sRGB picture with `scale` pixels a point (1/72 inch). It contains no date or author, so equal pixels give equal
+/// bytes. The compression is the fastest, which suffices for boards. None if the library fails.
 std::optional<std::string> pngFile(const Pixels& pixels, double scale);
 
 }  // namespace render

@@ -3,11 +3,11 @@
 namespace render {
 namespace {
 
-constexpr double reach = 1.28;            ///< how many radii from the corner the bend begins, where there is room
-constexpr double middle = 0.29289321881;  ///< radii from either side to the middle of a quarter circle
+constexpr double reach = 1.28;            ///< distance from the corner, in radii, at which the bend begins
+constexpr double middle = 0.29289321881;  ///< distance of a quarter circle's middle from either side, in radii
 
-/// The control point of a bend that begins at `begin`, such that its middle lies where the circle's would: a cubic's
-/// middle is (begin + 3 * control) / 8 from the side.
+/// The control point of a bend that begins at `begin`, chosen so that its middle is the circle's. The middle of the
+/// cubic is (begin + 3 * control) / 8 from the side.
 double control(double begin, double radius) { return (8 * middle * radius - begin) / 3; }
 
 }  // namespace

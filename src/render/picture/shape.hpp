@@ -1,4 +1,4 @@
-// Rounded outlines whose corners begin to bend gently, as the cubic curves that every painter knows.
+// Rounded rectangles with continuous corners, which begin to bend gradually, as cubic Bézier curves.
 #pragma once
 
 #include <array>
@@ -20,8 +20,8 @@ struct Corner {
   Point end;
 };
 
-/// The four corners of a rectangle clockwise from the top left, to be joined by straight lines. The radius is that of
-/// the circle that the corner's middle touches; it is at most half the shorter side, where the result is a capsule.
+/// The four corners of a rectangle clockwise from the top left, to be joined by straight lines. The middle of each
+/// corner touches a circle of this radius. The radius is limited to half the shorter side, which gives a capsule.
 std::array<Corner, 4> continuousCorners(const Rect& rect, double radius);
 
 }  // namespace render

@@ -1,4 +1,4 @@
-// Owners of the graphics library's C handles, and files of it kept in memory.
+// Owners of the graphics library's C handles, and writing its files to memory.
 #pragma once
 
 #include <string>

@@ -1,8 +1,6 @@
 #include <algorithm>
 
 #include "render/picture/drawing.hpp"
-#include "render/picture/frame_style.hpp"
-#include "render/picture/letters.hpp"
 #include "render/picture/picture.hpp"
 #include "render/picture/shape.hpp"
 #include "render/picture/surface.hpp"
@@ -13,8 +11,8 @@
 namespace render {
 namespace {
 
-/// Where letters become outlines; nothing is ever painted here. The surface is without bounds, for the library leaves
-/// out letters beyond them.
+/// A context that turns letters into outlines; nothing is painted on it. The surface is unbounded, since the library
+/// leaves out letters beyond the bounds.
 struct Outliner {
   OwnedSurface surface{cairo_recording_surface_create(CAIRO_CONTENT_ALPHA, nullptr)};
   OwnedCairo cairo{cairo_create(surface.get())};
@@ -132,20 +130,20 @@ class Svg {
 
   void letters(const ShapedLine& line, const protocol::TextNode& text) {
     const auto style = typeStyle(text);
-    // A line begins at its right edge where its text runs from right to left.
+    // A line of right-to-left text begins at its right edge.
     const double x = line.rightToLeft ? line.x + line.width : line.x;
     svg_.element("text").attribute("x", x * boardPixels_).attribute("y", std::round(line.baseline * boardPixels_));
     if (line.rightToLeft) svg_.attribute("direction", "rtl");
     svg_.attribute("font-size", style.size * boardPixels_);
     if (style.weight != 400) svg_.attribute("font-weight", style.weight);
     if (text.monospacedDigits) svg_.attribute("style", "font-variant-numeric:tabular-nums");
-    // Keeps the line within its place in a viewer that has a wider font only.
+    // Keeps the line within its place in a viewer that only has a wider font.
     svg_.attribute("textLength", line.width * boardPixels_).attribute("lengthAdjust", "spacingAndGlyphs");
     svg_.colour("fill", colourOf(text.style, palette_)).content(line.shown);
   }
 
   void outlines(const ShapedLine& line, const protocol::TextNode& text) {
-    // The library keeps outlines in 256ths of a pixel; enlarged pixels keep more.
+    // The library stores outlines in 1/256 pixel; enlarging them first keeps more precision.
     constexpr double precision = 64;
     auto* cairo = outliner_.cairo.get();
     cairo_identity_matrix(cairo);
@@ -178,7 +176,7 @@ class Svg {
       const auto* element = &path.data[i];
       switch (element->header.type) {
         case CAIRO_PATH_MOVE_TO: {
-          // One that nothing follows draws nothing.
+          // A "move to" at the end draws nothing.
           const int next = i + element->header.length;
           if (next < path.num_data && path.data[next].header.type != CAIRO_PATH_MOVE_TO) points('M', element, 1);
           break;

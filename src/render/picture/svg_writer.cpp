@@ -10,7 +10,7 @@ namespace render {
 void appendNumber(std::string& text, double value) {
   const double thousandths = std::round(value * 1000);
   std::array<char, 48> digits{};
-  // Adding zero turns the negative zero into the ordinary one.
+  // Adding zero turns negative zero into zero.
   const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), thousandths / 1000 + 0.0,
                                     std::chars_format::fixed, 3);
   std::string_view written(digits.data(), result.ptr);

@@ -1,4 +1,4 @@
-// The text of an SVG file as it grows: elements, attributes, escaping, numbers. Knows nothing of boards.
+// Writes the text of an SVG file: elements, attributes, escaping and numbers.
 #pragma once
 
 #include <string>
@@ -13,9 +13,9 @@ class SvgWriter {
   /// Opens `<name`; attributes follow, then `close`, `content` or `open`.
   SvgWriter& element(std::string_view name);
   SvgWriter& attribute(std::string_view name, std::string_view value);
-  /// To a thousandth, with a point whatever the locale, and without needless zeros.
+  /// The number is rounded to a thousandth and written with a decimal point in any locale, without trailing zeros.
   SvgWriter& attribute(std::string_view name, double value);
-  /// A colour as `name` and, where it is not opaque, `name`-opacity.
+  /// Writes a colour as `name` and, if it is not opaque, its opacity as `name`-opacity.
   SvgWriter& colour(std::string_view name, const Colour& colour);
 
   void close();                         ///< of an element without content: `/>`

@@ -24,12 +24,12 @@ std::string repeated(std::string_view text, int times) {
   return out;
 }
 
-/// A headline is bold of itself; a weight that is named decides.
+/// A headline is bold unless a weight is given.
 bool isBold(const protocol::TextNode& text) {
   return text.weight ? *text.weight == FontWeight::semibold : text.font == TextStyle::headline;
 }
 
-/// The paint pass: a box and what it holds, its corner at the given cell.
+/// The paint pass: paints a box and its children with its corner at the given cell.
 void paint(Canvas& canvas, const Box& box, int x, int y, Fill fill) {
   const protocol::Node& node = *box.node;
   if (box.height == 0) return;

@@ -9,8 +9,8 @@ namespace {
 
 using protocol::ForegroundStyle;
 
-/// SGR parameters (ECMA-48) for an ink; empty for plain text. The greys and the blue keep a contrast of about 4 or
-/// more on black and on white alike.
+/// SGR parameters (ECMA-48) for an ink; empty for plain text. The greys and the blue have a contrast of about 4 or more
+/// both on black and on white.
 std::string parametersOf(const Ink& ink) {
   std::string parameters;
   const auto add = [&](std::string_view parameter) {
@@ -65,7 +65,7 @@ class RowWriter {
     auto parameters = escapes_ == Escapes::sgr ? parametersOf(ink) : std::string();
     const bool changes = parameters != current_;
     if (changes) reset();
-    // Pieces are texts of their own: two halves of a flag, or two emoji with a joiner between them, stay apart.
+    // Pieces are separate texts: two halves of a flag, or two emoji with a joiner between them, must not be combined.
     if (last_ != ' ' && text.front() != ' ' && !(isAscii(last_) && isAscii(text.front()))) out_ += nonJoiner;
     if (changes && !parameters.empty()) out_ += "\x1b[" + parameters + "m";
     current_ = std::move(parameters);

@@ -1,5 +1,5 @@
-// The paint pass's paper: pieces of text on rows of cells, each with its ink, written out as lines of one width.
-// Rows keep pieces, not cells, so a board costs what it shows.
+// What the paint pass draws on: pieces of text on rows of cells, each with its ink, written out as lines of one width.
+// Rows store pieces instead of cells, so the cost depends on the text and not on the size of the board.
 #pragma once
 
 #include <optional>
@@ -10,12 +10,12 @@
 
 namespace render::terminal {
 
-/// How a piece of text looks. Colours are of the 256-colour palette where the sixteen themed ones would vanish on some
-/// background; red and the text's own colour are left to the user's theme.
+/// How a piece of text looks. Red and the default colour are those of the user's theme. The other colours are from the
+/// 256-colour palette, since some themes make the sixteen themed ones unreadable.
 struct Ink {
   protocol::ForegroundStyle style = protocol::ForegroundStyle::primary;
   bool bold = false;
-  std::optional<protocol::ForegroundStyle> fill;  ///< of the capsule it stands on
+  std::optional<protocol::ForegroundStyle> fill;  ///< the fill of the capsule behind the text
   bool operator==(const Ink&) const = default;
 };
 
@@ -29,8 +29,8 @@ class Canvas {
   int width() const { return width_; }
   int height() const { return static_cast<int>(rows_.size()); }
 
-  /// Puts text of that display width at a cell. What would reach beyond the canvas is not put, nor is what would stand
-  /// on a piece put before: the lines keep their width even then.
+  /// Puts text of that display width at a cell. Text that would leave the canvas or overlap an earlier piece is
+  /// ignored, so lines always keep their width.
   void put(int x, int y, std::string text, int width, const Ink& ink);
 
   /// Fills a rectangle behind the text that is put there with the same fill.

@@ -10,9 +10,9 @@ namespace render::terminal {
 namespace {
 
 constexpr int deepest = 512;
-constexpr double mostCells = 20;  // of a single length: beyond it a tree talks nonsense
+constexpr double mostCells = 20;  // limit of a single length, for trees with absurd values
 
-/// Whole cells of a length; what is no number or out of proportion is bounded.
+/// A length in whole cells. NaN and values out of range are clamped.
 int cells(double points, double cell) {
   return points >= cell ? static_cast<int>(std::min(points / cell, mostCells)) : 0;
 }
@@ -28,16 +28,17 @@ const Stack* stack(const Box& box) {
 bool isSpacer(const Box& box) { return std::holds_alternative<protocol::SpacerNode>(box.node->kind); }
 bool isDivider(const Box& box) { return std::holds_alternative<protocol::DividerNode>(box.node->kind); }
 
-/// A child of a row that shows nothing and keeps nothing apart, as an empty text.
+/// Whether a child of a row neither shows nor separates anything, such as an empty text.
 bool isAbsent(const Box& box) { return box.ideal == 0 && !box.expands && !isSpacer(box); }
 
-/// Columns between a row's children; any spacing keeps texts from running together.
+/// Columns between a row's children; any spacing is at least one column.
 int gapOf(const protocol::HStackNode& row) {
   const double spacing = row.spacing.value_or(8);
   return spacing > 0 ? std::max(1, cells(spacing, 12)) : 0;
 }
 
-/// Columns before each child of a row. A spacer needs none before it: what it leaves and the gap after it are enough.
+/// Columns before each child of a row. There are none before a spacer, since its own width and the gap after it
+/// suffice.
 std::vector<int> gapsOf(const Box& row) {
   std::vector<int> gaps(row.children.size(), 0);
   const int gap = gapOf(*stack<protocol::HStackNode>(row));
@@ -55,7 +56,7 @@ std::string textOf(const protocol::TextNode& text) {
   return std::get<protocol::Verbatim>(text.content).text;
 }
 
-/// The leading text of a row whose digits line up with those of other rows: a time, a number.
+/// The leading text of a row if its digits are to line up with those of other rows, such as a time or a number.
 Box* leadingFigure(Box& row) {
   const auto* stacked = stack<protocol::HStackNode>(row);
   if (stacked == nullptr || stacked->alignment != protocol::VerticalAlignment::firstTextBaseline) return nullptr;
@@ -114,8 +115,8 @@ Box measuredAt(const protocol::Node& node, Capsules capsules, int depth) {
   return box;
 }
 
-/// Gives rows that stand below each other one leading column, as wide as the widest figure that is not out of
-/// proportion: one endless number moves its own row's text and no other's.
+/// Gives the rows of a stack one leading column. It is as wide as the widest leading text, but very long ones are left
+/// out, so a huge number indents only its own row.
 void shareLeadingColumn(Box& column, int width) {
   const int widest = std::max(6, width / 4);
   int shared = 0;
@@ -153,14 +154,14 @@ void placeColumn(Box& box, int width) {
   box.height = y;
 }
 
-/// What each child of a row wants, the shared column counted in.
+/// The ideal width of each child of a row, including the shared leading column.
 int wish(const Box& row, std::size_t i) {
   const int ideal = row.children[i].ideal;
   return i == 0 ? std::max(ideal, row.leadingColumn) : ideal;
 }
 
-/// Columns for each child: what it wants where there is room, else those that want least are served first and the rest
-/// share alike, so a time stands whole beside a title that is cut.
+/// Columns for each child: the ideal width if there is room for all. Otherwise the narrow children get theirs and the
+/// others share the rest equally, so a time is shown whole beside a shortened title.
 std::vector<int> sharesOf(const Box& row, int room) {
   std::vector<int> shares(row.children.size(), 0);
   std::vector<std::size_t> order(row.children.size());
@@ -174,7 +175,7 @@ std::vector<int> sharesOf(const Box& row, int room) {
     shares[i] = std::min(wish(row, i), room / std::max(waiting--, 1));
     room -= shares[i];
   }
-  // What is left goes to children that fill what they get; spacers take theirs later, when the texts have settled.
+  // Expanding children get what is left. Spacers get theirs later, when the widths of the texts are known.
   const bool hasSpacer = std::any_of(row.children.begin(), row.children.end(), isSpacer);
   if (!hasSpacer) {
     auto filling = static_cast<int>(
@@ -217,7 +218,7 @@ void placeRow(Box& box, int width) {
     Box& child = box.children[i];
     place(child, shares[i]);
     if (isDivider(child)) child.width = std::min(shares[i], 1);
-    // Lines broken at words may need less than they were given; a shared column stays as wide as it is.
+    // Lines broken at words may be narrower than offered. A shared leading column keeps its width.
     if (!isSpacer(child) && !(i == 0 && box.leadingColumn > 0)) shares[i] = child.width;
     left -= shares[i];
   }

@@ -1,6 +1,5 @@
-// Where each node of a view tree stands on a grid of cells: the passes measure and place. Points become cells by two
-// rules: a cell is about 12 points wide and 16 high, and what keeps things apart (padding from 6 points, any spacing
-// in a row) keeps at least one column between them.
+// The position of each node of a view tree on a grid of cells: the passes measure and place. A cell is about 12 points
+// wide and 16 high; padding of 6 points or more and any spacing in a row become at least one column.
 #pragma once
 
 #include <vector>
@@ -10,7 +9,7 @@
 
 namespace render::terminal {
 
-/// Whether a capsule shows: one that does not needs no padding, which would only move its text off the edge.
+/// Whether capsules are drawn. The padding of a capsule that is not drawn is left out.
 enum class Capsules { drawn, bare };
 
 struct CellInsets {
@@ -20,7 +19,7 @@ struct CellInsets {
   int trailing = 0;
 };
 
-/// A node's place. Sizes and places are in cells, padding included; x and y count from the parent's inner corner.
+/// A node's size and position in cells, including its padding; x and y are relative to the parent's content.
 struct Box {
   const protocol::Node* node = nullptr;
   CellInsets padding;
@@ -28,10 +27,10 @@ struct Box {
   ShownText text;
 
   // measured
-  int ideal = 0;          ///< columns to show all of it on one line
-  bool expands = false;   ///< takes all columns that it is given
-  bool headline = false;  ///< holds a headline, which stands off from what it heads by a blank line
-  int leadingColumn = 0;  ///< of a row: columns that its first child shares with the rows around
+  int ideal = 0;          ///< columns needed to show everything on one line
+  bool expands = false;   ///< takes all columns that are offered
+  bool headline = false;  ///< holds a headline, which is followed by a blank line
+  int leadingColumn = 0;  ///< of a row: width of the leading column that it shares with the rows around it
 
   // placed
   int x = 0;
@@ -42,11 +41,11 @@ struct Box {
   std::vector<Line> lines;
 };
 
-/// The measure pass. The boxes point into the tree, which must outlive them. What lies deeper than 512 levels shows as
-/// "…": no reader of JSON lets more in.
+/// The measure pass. The boxes point into the tree, which must outlive them. Nodes deeper than 512 levels are shown as
+/// "…"; the JSON reader accepts no deeper trees.
 Box measured(const protocol::Node& node, Capsules capsules);
 
-/// The place pass: lays the box out in `width` columns; its height follows. No child reaches beyond its parent.
+/// The place pass: lays the box out in `width` columns and sets its height. No child leaves its parent.
 void place(Box& box, int width);
 
 }  // namespace render::terminal

@@ -17,7 +17,7 @@ constexpr std::string_view ellipsis = "…";
 
 const utf8proc_property_t& properties(char32_t c) { return *utf8proc_get_property(static_cast<utf8proc_int32_t>(c)); }
 
-/// Takes one code point off the front; a byte that begins none gives U+FFFD.
+/// Removes one code point from the front and returns it; an invalid byte gives U+FFFD.
 char32_t takeFirst(std::string_view& text) {
   utf8proc_int32_t c = 0;
   const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
@@ -38,11 +38,11 @@ void append(std::string& text, char32_t c) {
 
 bool overridesDirection(char32_t c) { return (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069); }
 
-bool isTag(char32_t c) { return c >= 0xE0020 && c <= 0xE007F; }  // spell the region in a flag of one
+bool isTag(char32_t c) { return c >= 0xE0020 && c <= 0xE007F; }  // tags spell the region in flags such as Scotland's
 
 bool isNoncharacter(char32_t c) { return (c & 0xFFFE) == 0xFFFE || (c >= 0xFDD0 && c <= 0xFDEF); }
 
-/// What is shown for a code point; nothing where it is left out.
+/// The code point shown for `c`; none if it is left out.
 std::optional<char32_t> shownFor(char32_t c) {
   if (c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r' || c == 0x85) return U' ';
   if (overridesDirection(c) || isNoncharacter(c)) return replacement;
@@ -59,12 +59,12 @@ std::optional<char32_t> shownFor(char32_t c) {
     default:
       break;
   }
-  // Unassigned yet ignorable: invisible by promise.
+  // Unassigned, but reserved by Unicode for invisible characters.
   if (c >= 0xE0000 && c <= 0xE0FFF && properties(c).category == UTF8PROC_CATEGORY_CN) return std::nullopt;
   return c;
 }
 
-/// Columns of a code point by itself: none for marks; prefixed signs, which the tables call formats, do show.
+/// Columns of a code point by itself: none for marks. Prepended signs count as formats in the tables, but are visible.
 int widthAlone(char32_t c) {
   const auto& property = properties(c);
   switch (property.category) {
@@ -79,12 +79,12 @@ int widthAlone(char32_t c) {
   return property.boundclass == UTF8PROC_BOUNDCLASS_PREPEND ? std::max(width, 1) : width;
 }
 
-/// Whether a code point would join, or sit on, whatever stands before the text.
+/// Whether a code point would combine with the text before it.
 bool continuesACharacter(char32_t c) {
   return !utf8proc_grapheme_break(' ', static_cast<utf8proc_int32_t>(c)) || widthAlone(c) == 0;
 }
 
-/// Columns that a code point adds to the cluster it continues: vowels and finals of Hangul join the syllable.
+/// Columns that a code point adds to the cluster it continues. Hangul vowels and final consonants add none.
 int widthContinuing(char32_t c) {
   const auto kind = properties(c).boundclass;
   return kind == UTF8PROC_BOUNDCLASS_V || kind == UTF8PROC_BOUNDCLASS_T ? 0 : widthAlone(c);
@@ -104,8 +104,8 @@ int clusterWidth(std::string_view cluster) {
   return pictograph || kind == UTF8PROC_BOUNDCLASS_REGIONAL_INDICATOR ? std::min(width, 2) : width;
 }
 
-/// Clusters of a text that is safe already. One without a width of its own joins the one before it: no line may begin
-/// with what would then sit on a stranger.
+/// The clusters of a text that is safe already. A cluster of width 0 is joined to the one before it, so that no line
+/// begins with a mark that would combine with the text before it.
 std::vector<Cluster> clustersOf(const std::string& text) {
   std::vector<Cluster> clusters;
   std::string_view rest = text;
@@ -136,7 +136,7 @@ std::vector<Cluster> clustersOf(const std::string& text) {
 
 bool isBlank(const ShownText& text, std::size_t cluster) { return text.text[text.clusters[cluster].begin] == ' '; }
 
-/// The clusters from `first` up to `last`, without the blanks at their end.
+/// The clusters from `first` up to `last`, without trailing blanks.
 Line lineOf(const ShownText& text, std::size_t first, std::size_t last) {
   while (last > first && isBlank(text, last - 1)) --last;
   Line line;
@@ -165,7 +165,7 @@ bool fits(const ShownText& text, std::size_t first, int width) {
   return used <= width;
 }
 
-/// Where the line that begins at `first` ends, and whether a cluster wider than the line stands there instead.
+/// Where a line ends, and whether it consists of one cluster that is wider than the line.
 struct LineEnd {
   std::size_t last;
   bool tooWide;

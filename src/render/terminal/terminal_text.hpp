@@ -1,6 +1,6 @@
-// Text as a terminal's cells show it: what may be shown at all, how many columns it takes, where it breaks into lines.
-// Widths follow Unicode by utf8proc and are what most terminals agree on; for joined emoji and variation selectors
-// terminals differ among themselves, and two columns is the common answer.
+// Text in a terminal's cells: which characters are shown, how many columns they take and where lines are broken. Widths
+// come from utf8proc and match most terminals. Terminals differ for joined emoji and variation selectors; two columns
+// is the most common width.
 #pragma once
 
 #include <cstddef>
@@ -11,9 +11,9 @@
 
 namespace render::terminal {
 
-/// What a reader takes for one character (UAX #29 extended grapheme cluster) and the columns it takes.
+/// An extended grapheme cluster (UAX #29), which readers perceive as one character, and its width in columns.
 struct Cluster {
-  std::size_t begin;  ///< bytes of the text it belongs to
+  std::size_t begin;  ///< byte offsets in the text
   std::size_t end;
   int width;
 };
@@ -31,18 +31,18 @@ struct Line {
   int width = 0;
 };
 
-/// The text made safe to show, in valid UTF-8: line ends, tabs and separators become a blank (CR LF two); other control
-/// characters, what overrides or isolates the direction of text, noncharacters and each byte of invalid UTF-8 become
-/// U+FFFD; invisible format characters (direction marks, byte order marks, soft hyphens) are left out. A mark without a
-/// character to stand on gets U+25CC, so that it combines with nothing around the text.
+/// The text made safe to show, as valid UTF-8. Line ends, tabs and separators become a blank (CR LF two). Other control
+/// characters, direction overrides and isolates, noncharacters and each byte of invalid UTF-8 become U+FFFD. Invisible
+/// format characters (direction marks, byte order marks, soft hyphens) are removed. A leading mark gets U+25CC before
+/// it, so that it does not combine with the text around: "a\tb\x1b[0m" becomes "a b\uFFFD[0m".
 ShownText shown(std::string_view text);
 
-/// Columns that the text takes; it is measured as `shown` would show it.
+/// The columns that the text takes after `shown`.
 int displayWidth(std::string_view text);
 
-/// The text in lines of at most `width` columns, broken at blanks or beside wide characters, a longer word where it
-/// ends. With a limit, what does not fit into that many lines is cut and the last ends in "…". No lines for an empty
-/// text or without a column to show it in. A cluster wider than `width` shows as "…".
+/// The text in lines of at most `width` columns. Lines are broken at blanks and beside wide characters; a word that is
+/// too long is broken at the end of the line. With a limit, the last line ends in "…" if text is left over. An empty
+/// text or a width below 1 gives no lines. A cluster wider than `width` becomes "…".
 std::vector<Line> brokenIntoLines(const ShownText& text, int width, std::optional<int> lineLimit);
 
 }  // namespace render::terminal

@@ -25,7 +25,7 @@ using OwnedFontDescription = Owned<PangoFontDescription, pango_font_description_
 using OwnedAttributes = Owned<PangoAttrList, pango_attr_list_unref>;
 using OwnedIterator = Owned<PangoLayoutIter, pango_layout_iter_free>;
 
-/// The text library counts in 1024ths of a point.
+/// The text library's unit is 1/1024 point.
 inline double toPoints(int units) { return static_cast<double>(units) / PANGO_SCALE; }
 
 }  // namespace render

@@ -11,9 +11,9 @@ namespace {
 
 using protocol::TextNode;
 
-constexpr double tolerance = 0.05;  ///< points; what rounding to the library's units may add to a line
+constexpr double tolerance = 0.05;  ///< in points; rounding to the library's units may add this much to a line
 
-/// Text stands as it does in print, whatever the screen's settings: no hinting, no coloured edges.
+/// Disables hinting and subpixel colours whatever the screen's settings, so that text looks as in print.
 void setFontOptions(PangoContext* context) {
   const Owned<cairo_font_options_t, cairo_font_options_destroy> options(cairo_font_options_create());
   cairo_font_options_set_antialias(options.get(), CAIRO_ANTIALIAS_GRAY);
@@ -43,7 +43,7 @@ TextExtent extentOf(PangoLayout* layout) {
           pango_layout_get_line_count(layout)};
 }
 
-/// What is to be read of a line: its text, but the ellipsis for what that hides, and no line separator.
+/// The readable text of a line: hidden text is replaced by the ellipsis, and the line separator is removed.
 std::string shownText(PangoLayoutLine* line) {
   const char* text = pango_layout_get_text(line->layout);
   std::string shown(text + line->start_index, static_cast<std::size_t>(line->length));
@@ -84,7 +84,7 @@ Typesetter::Shaped& Typesetter::shaped(const TextNode& text) {
   pango_layout_set_font_description(layout, describe(typeStyle(text)).get());
   pango_layout_set_wrap(layout, PANGO_WRAP_WORD_CHAR);
   const OwnedAttributes attributes(pango_attr_list_new());
-  // A text is shown as it is: a word that is too long for a line is parted without a hyphen.
+  // Hyphens would change the text, so a word that is too long for a line is broken without one.
   pango_attr_list_insert(attributes.get(), pango_attr_insert_hyphens_new(FALSE));
   if (text.monospacedDigits) pango_attr_list_insert(attributes.get(), pango_attr_font_features_new("tnum=1"));
   pango_layout_set_attributes(layout, attributes.get());
@@ -92,7 +92,7 @@ Typesetter::Shaped& Typesetter::shaped(const TextNode& text) {
   return entry;
 }
 
-/// Gives the text its limits; the least work where it keeps within them by itself.
+/// Sets the limits of the text's layout, if the text exceeds them.
 TextExtent Typesetter::limit(Shaped& shaped, double width, int maxLines) {
   auto* layout = shaped.layout.get();
   const bool fits = shaped.natural.size.width <= width + tolerance && shaped.natural.lines <= maxLines;
@@ -150,7 +150,7 @@ std::string Typesetter::visible(const TextNode& text) { return pango_layout_get_
 }  // namespace render
 
 #ifdef __SANITIZE_ADDRESS__
-// The font library keeps what it has read until the process ends, where the leak checker does not find it.
+// The font library keeps its data until the process ends, in a way that the leak checker reports.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" __attribute__((weak)) const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }
 #endif

@@ -1,5 +1,5 @@
-// Texts in real fonts: measured for layout, and handed to painters line by line, shaped once for both. Advances are
-// not rounded to pixels, so a board is laid out alike at every scale.
+// Sets texts in real fonts: measures them for layout and gives them to painters line by line. Each text is shaped once.
+// Advances are not rounded to pixels, so a board has the same layout at every scale.
 #pragma once
 
 #include <expected>
@@ -17,24 +17,24 @@ namespace render {
 /// The system has no font at all.
 struct NoFont {};
 
-/// A line of a placed text, in the board's points. Valid until the typesetter measures the text again.
+/// A line of a placed text, in the board's points. Valid until the text is measured again.
 struct ShapedLine {
   PangoLayoutLine* line = nullptr;
   double x = 0;         ///< of the left edge
   double baseline = 0;  ///< from the board's top
   double width = 0;
   bool rightToLeft = false;
-  std::string shown;  ///< what is to be read of it, with the ellipsis that stands for the rest
+  std::string shown;  ///< the readable text of the line, with its ellipsis
 };
 
-/// Makes the text library begin to read the system's font settings, on a thread of its own; what typesets first waits
-/// for it. For a program that has something else to wait for until it draws.
+/// Starts a thread that reads the system's font settings. The first text that is set waits for it. Call this if the
+/// program has to wait for something else before it draws.
 void beginLoadingFonts();
 
-/// Remembers texts by their address: for the drawing of one tree.
+/// Typesets the texts of one tree. Texts are cached by address, so the tree must outlive the typesetter and not change.
 class Typesetter final : public TextMeasurer {
  public:
-  /// `language`, as in BCP 47, chooses between the forms that a letter has in several languages.
+  /// `language` (BCP 47) selects the forms of letters that differ between languages.
   static std::expected<Typesetter, NoFont> create(const std::string& language);
 
   TextExtent natural(const protocol::TextNode& text) override;
@@ -49,7 +49,7 @@ class Typesetter final : public TextMeasurer {
   struct Shaped {
     OwnedLayout layout;
     TextExtent natural;
-    double width = 0;  ///< the limits that `layout` has now; 0 lines: none
+    double width = 0;  ///< the current limits of `layout`; none if `maxLines` is 0
     int maxLines = 0;
   };
 

@@ -7,7 +7,7 @@
 namespace render {
 namespace {
 
-constexpr std::size_t mostInLine = 600;    ///< characters; the narrowest letters of the widest line are fewer
+constexpr std::size_t mostInLine = 600;    ///< characters; more than the narrowest letters fill in the widest line
 constexpr std::size_t mostInText = 16384;  ///< characters
 constexpr std::string_view replacement = "\uFFFD";
 constexpr std::string_view ellipsis = "\u2026";
@@ -18,7 +18,7 @@ struct Character {
   bool valid = false;
 };
 
-/// The first character of `text`; a byte that begins none is one broken character.
+/// The first character of `text`; an invalid byte is one invalid character.
 Character firstCharacter(std::string_view text) {
   const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
   const unsigned char lead = byteAt(0);
@@ -42,7 +42,7 @@ bool endsLine(char32_t code) {
 
 bool isControl(char32_t code) { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
 
-/// Code points that stand for no character, ever; XML allows some of them no more than controls.
+/// Code points that never stand for a character. XML forbids some of them.
 bool isNoncharacter(char32_t code) { return (code & 0xFFFEU) == 0xFFFE || (code >= 0xFDD0 && code <= 0xFDEF); }
 
 }  // namespace

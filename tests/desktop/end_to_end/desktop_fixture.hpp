@@ -1,5 +1,5 @@
-// `vamba-host` as a session starts it on a test's display: its process, what it says on standard error, the file that
-// keeps its widgets' places, and an extension whose ways a test changes while the host runs.
+// `vamba-host` as a session starts it on a test's display: its process, its standard error, its placements file, and an
+// extension whose behaviour a test changes while the host runs.
 #pragma once
 
 #include <filesystem>
@@ -17,19 +17,19 @@
 
 namespace end_to_end {
 
-/// The fake extension of tests/support. What is set counts for processes that start afterwards; a host starts one for
-/// each load.
+/// The fake extension of tests/support. Settings apply to processes that start afterwards; a host starts one for each
+/// load.
 class ChangingExtension {
  public:
   ChangingExtension();
 
-  /// Such as FAKE_EXTENSION or FAKE_EXTENSION_TITLE.
+  /// Sets a variable such as FAKE_EXTENSION or FAKE_EXTENSION_TITLE.
   void set(const std::string& variable, const std::string& value);
 
   std::string program() const { return folder_.path("extension"); }
-  /// The processes that were started so far, the oldest first.
+  /// The processes started so far, the oldest first.
   std::vector<pid_t> processes() const;
-  /// How often it was asked for this, such as "timeline".
+  /// The number of requests with this method, such as "timeline".
   std::size_t requests(const std::string& method) const;
 
  private:
@@ -40,9 +40,9 @@ class ChangingExtension {
 struct HostSettings {
   std::string extension = VAMBA_FAKE_EXTENSION;
   std::vector<std::string> arguments = {"desktop", "--verbose"};
-  /// Beside the display's own; the language is Polish and the zone Warsaw unless they say otherwise.
+  /// Added to the display's own. The language is Polish and the zone Warsaw unless set here.
   support::SessionBus::Environment variables = {};
-  /// Those that it goes without in spite of that.
+  /// Variables to remove.
   std::vector<std::string> without = {};
 };
 
@@ -53,16 +53,16 @@ class DesktopHost {
 
   pid_t id() const { return process_.id(); }
 
-  /// What it said so far, and whether it came to say this.
+  /// What it has written to standard error, and whether it comes to write this so often.
   std::string said() const;
   bool says(const std::string& text, std::size_t times = 1) const;
 
-  /// Its status once it has ended.
+  /// Waits until it has ended; its status.
   std::optional<int> exitStatus() const { return process_.exitStatus(); }
-  /// Asks it to end as a session does; its status.
+  /// Ends it as a session does, by SIGTERM; its status.
   std::optional<int> end() const;
 
-  /// MB of memory that it has written and shares with nobody, and how many descriptors it has open.
+  /// Its private written memory in MB, and the number of its open descriptors.
   double memory() const;
   std::size_t descriptors() const;
 
@@ -71,21 +71,21 @@ class DesktopHost {
   support::ChildProcess process_;
 };
 
-/// The variables with which a host on that display runs.
+/// The environment of a host on that display.
 support::SessionBus::Environment hostEnvironment(support::SessionBus::Environment display);
 
-/// Where hosts of that display keep their widgets' places, and what is kept: null where there is no file.
+/// The placements file of hosts on that display, and its content: null if there is no file.
 std::filesystem::path placementsFile(const support::SessionBus::Environment& display);
 nlohmann::json placements(const support::SessionBus::Environment& display);
 
-/// The placement of one widget; null while no file holds that many. A change is saved half a second after it was made.
+/// The placement of one widget; null while the file holds fewer. Changes are saved after half a second.
 nlohmann::json placedWidget(const support::SessionBus::Environment& display, std::size_t index);
-/// Places one widget of a size, as its owner left it.
+/// A placement as the file holds it; `place` writes the file.
 nlohmann::json placed(int id, const std::string& family, const std::string& connector, const std::string& corner, int x,
                       int y);
 void place(const support::SessionBus::Environment& display, const nlohmann::json& widgets);
 
-/// What `vamba-host show` draws of the extension's board, with further options.
+/// The extension's board drawn by `vamba-host show` with further options.
 support::Bitmap exportedPicture(const support::SessionBus::Environment& display, const HostSettings& settings,
                                 std::vector<std::string> options);
 

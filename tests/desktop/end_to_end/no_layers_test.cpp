@@ -1,4 +1,4 @@
-// The desktop on a Wayland compositor without layer shell: through its X server, or as it can.
+// The desktop on a Wayland compositor without layer shell: on its X server, or else as a plain window.
 #include <gmock/gmock.h>
 
 #include "desktop/end_to_end/desktop_fixture.hpp"
@@ -47,7 +47,7 @@ TEST_F(WithoutLayers, BoardIsDrawnAsTheExporterDrawsIt) {
   const DesktopHost host(display(), settings_);
   ASSERT_TRUE(eventually([&] { return windows(host).size() == 1; })) << host.said();
   const auto board = windows(host).at(0);
-  // X windows' colours are multiplied by their opacity.
+  // The pixels of X windows have premultiplied opacity.
   auto expected = exportedPicture(display(), settings_, {});
   constexpr int full = 255;
   for (auto& pixel : expected.pixels) {

@@ -1,4 +1,4 @@
-// How large boards are and how far apart, and the keys that a person strikes in them.
+// The sizes of boards, the gap between them, and the keys that tests press.
 #pragma once
 
 #include <cstdint>
@@ -12,10 +12,10 @@ inline constexpr int mediumWidth = 480;
 inline constexpr int mediumHeight = 320;
 inline constexpr int largeHeight = 490;
 
-/// Between boards, and from them to the edges; also the step of an arrow key.
+/// Between boards, and between boards and edges; also the step of an arrow key.
 inline constexpr int gap = 20;
 
-/// By their numbers in the protocol.
+/// Keysyms of the X protocol.
 namespace keys {
 inline constexpr std::uint32_t escape = 0xff1b;
 inline constexpr std::uint32_t tab = 0xff09;

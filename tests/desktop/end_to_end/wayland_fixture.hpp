@@ -1,5 +1,5 @@
-// What the tests on a compositor with layer shell share: a desktop, an extension, a host, and the screen as it has to
-// be. Layers are in no list of windows: where boards are is seen.
+// The fixture of the tests on a compositor with layer shell: a desktop, an extension, a host and the expected screen.
+// No protocol lists layers, so tests find boards by screenshots.
 #pragma once
 
 #include <map>
@@ -36,7 +36,7 @@ class OnSway : public testing::Test {
   }
   support::SessionBus::Environment display() { return desktop().environment(); }
 
-  /// Replaces the host that runs, which ends first.
+  /// Starts a host; one that is running is ended first.
   DesktopHost& start() {
     host_.reset();
     host_ = std::make_unique<DesktopHost>(display(), settings_);
@@ -44,40 +44,40 @@ class OnSway : public testing::Test {
   }
   DesktopHost& host() { return *host_; }
 
-  /// A host that starts while the first one runs.
+  /// Starts a second host while the first one runs.
   void startAgain() {
     const DesktopHost second(display(), settings_);
     EXPECT_EQ(second.exitStatus(), 0) << second.said();
   }
   void press(std::uint32_t key) { desktop().input().key(key); }
 
-  /// A drawing of the extension's board; `options` are those of `vamba-host show`.
+  /// The extension's board as `vamba-host show` draws it with these options.
   const support::Bitmap& exported(const std::string& family, const std::vector<std::string>& options = {});
-  /// An output of these many pixels with these boards on it and nothing else, each drawn with the options.
+  /// The expected screen: an output of this size with these boards and nothing else, each drawn with the options.
   support::Bitmap screenWith(const std::vector<ShownBoard>& boards, const std::vector<std::string>& options = {},
                              std::uint32_t width = 1280, std::uint32_t height = 800);
 
-  /// Whether the output comes to show this, and all of this.
+  /// Whether the whole output comes to look like this.
   testing::AssertionResult comesToShow(const support::Bitmap& expected, const std::string& name,
                                        const std::string& output = "HEADLESS-1") {
-    // A whole screen is compared: a board by one pixel aside is more than this.
+    // A board that is one pixel off differs in more pixels than this.
     return comesToShow(expected, name, output, 100);
   }
   testing::AssertionResult comesToShowBesideTheCursor(const support::Bitmap& expected, const std::string& name) {
     return comesToShow(expected, name, "HEADLESS-1", 100 + 300);
   }
-  /// The same for boards of which one may have the outline of the keyboard's focus.
+  /// The same, but one of the boards may have a focus ring.
   testing::AssertionResult boardsAre(const std::vector<ShownBoard>& boards, const std::string& name,
                                      const std::string& output = "HEADLESS-1") {
     return comesToShow(screenWith(boards), name, output, 100 + 2 * 2 * (mediumWidth + largeHeight));
   }
 
-  /// What is kept of a widget, the first having number 0; null where there is none.
+  /// The saved placement of a widget, counted from 0; null if there is none.
   nlohmann::json kept(std::size_t widget = 0);
-  /// Whether this comes to be kept.
+  /// Whether these placements come to be saved.
   testing::AssertionResult comesToBeKept(const std::vector<nlohmann::json>& widgets);
 
-  /// Where the first widget of a person comes to be.
+  /// Where the first widget is placed on a fresh desktop.
   static constexpr ScreenPoint firstPlace{1280 - gap - mediumWidth, gap};
   static constexpr ScreenPoint middleOfFirst{firstPlace.x + mediumWidth / 2, firstPlace.y + mediumHeight / 2};
 
@@ -93,13 +93,13 @@ class OnSway : public testing::Test {
   std::map<std::vector<std::string>, support::Bitmap> pictures_;
 };
 
-/// Puts the picture over the screen there, in pixels.
+/// Paints the picture over the screen at a place in pixels.
 void paint(support::Bitmap& screen, const support::Bitmap& picture, ScreenPoint place);
 
-/// The picture as opaque as that.
+/// The picture with its opacity multiplied.
 support::Bitmap faded(support::Bitmap picture, double opacity);
 
-/// A widget as its owner left it on a headless output.
+/// A saved placement on a headless output.
 nlohmann::json placedOn(const std::string& output, int id, const std::string& family, const std::string& corner, int x,
                         int y);
 

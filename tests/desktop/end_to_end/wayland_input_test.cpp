@@ -1,4 +1,4 @@
-// What a person does with widgets on a compositor with layer shell, by mouse and keyboard.
+// Using widgets by mouse and keyboard on a compositor with layer shell.
 #include "desktop/end_to_end/wayland_fixture.hpp"
 #include "support/displays/steps.hpp"
 
@@ -9,7 +9,7 @@ using support::MouseButton;
 
 class InputOnWayland : public OnSway {
  protected:
-  /// Two widgets away from the edges; the keyboard is the medium one's.
+  /// Two widgets away from the edges; the medium one is focused.
   void startWithTwo() {
     place(display(), {keptMedium, keptSmall});
     start();
@@ -17,7 +17,7 @@ class InputOnWayland : public OnSway {
     ASSERT_TRUE(host().says("a new timeline is shown")) << host().said();
     desktop().input().click(middle);
   }
-  /// From the middle of the medium one.
+  /// Moves the pointer from the middle of the medium widget in small steps.
   void moveAsAHand(ScreenPoint to) {
     for (const auto& point : support::stepsBetween(middle, to)) {
       poll(nullptr, 0, support::pauseOfAHand);
@@ -95,7 +95,7 @@ TEST_F(InputOnWayland, DeleteRemovesAndOpensTheGalleryWhenNoneIsLeft) {
   press(keys::deletion);
   EXPECT_TRUE(eventually([this] { return galleryIsOpen(); })) << host().said();
   EXPECT_TRUE(comesToBeKept({}));
-  // Nothing would be left through which the program could be spoken to.
+  // Without widgets and gallery, nobody could use the program any more.
   press(keys::escape);
   EXPECT_EQ(host().exitStatus(), 0);
 }
@@ -103,7 +103,7 @@ TEST_F(InputOnWayland, DeleteRemovesAndOpensTheGalleryWhenNoneIsLeft) {
 TEST_F(InputOnWayland, MenuOpensByRightClickAndByKey) {
   startWithTwo();
   const auto boards = screenWith({medium, small});
-  // Of many more pixels than the outline of a focus.
+  // A menu has many more pixels than a focus ring.
   const auto menuIsOpen = [&] { return support::differingPixels(desktop().screenshot(), boards, 40) > 8000; };
   for (const auto key : {keys::menu, keys::enter}) {
     press(key);
@@ -113,7 +113,7 @@ TEST_F(InputOnWayland, MenuOpensByRightClickAndByKey) {
   }
   desktop().input().click(middle, MouseButton::right);
   EXPECT_TRUE(eventually(menuIsOpen));
-  // Its mnemonic for "remove".
+  // The mnemonic of "remove".
   press('u');
   EXPECT_TRUE(boardsAre({small}, "removed-by-menu"));
 }
@@ -123,7 +123,7 @@ TEST_F(InputOnWayland, SecondStartOpensTheGalleryOfTheFirst) {
   EXPECT_FALSE(galleryIsOpen());
   startAgain();
   EXPECT_TRUE(eventually([this] { return galleryIsOpen(); })) << host().said();
-  // A click or a key of it adds a widget.
+  // Enter adds the focused preview's widget.
   press(keys::enter);
   EXPECT_TRUE(eventually([this] { return !kept(2).is_null(); }));
   EXPECT_EQ(kept(2)["family"], "systemMedium");

@@ -1,4 +1,4 @@
-// Outputs that go and come on a compositor with layer shell, and one that goes itself.
+// Outputs that are unplugged and plugged in on a compositor with layer shell, and a compositor that ends.
 #include "desktop/end_to_end/wayland_fixture.hpp"
 
 namespace end_to_end {
@@ -6,10 +6,10 @@ namespace {
 
 class OutputsOnWayland : public OnSway {
  protected:
-  /// A widget that was left on that output, on two of 800x600 side by side.
+  /// Starts with a widget placed on that output. There are two outputs of 800x600 side by side.
   void startOn(const std::string& output) {
     startDesktop({.width = 800, .height = 600, .outputs = 2, .kind = Desktop::OutputKind::unpluggable});
-    // Make and model are those of the X server.
+    // The first start tells which make and model the X server's outputs have.
     start();
     ASSERT_TRUE(eventually([this] { return !kept().is_null(); })) << host().said();
     auto widget = placed(1, "systemMedium", "", "topLeft", spot.x, spot.y);
@@ -53,7 +53,7 @@ TEST_F(OutputsOnWayland, WidgetIsDraggedWithinTheSecondOutput) {
   start();
   ASSERT_TRUE(comesToShow(screenWith({{"medium", {40, 40}}}, {}, 800, 600), "before-drag", "HEADLESS-2"));
   desktop().input().drag({1000, 200}, {1098, 322});
-  // The screen is not looked at: this compositor leaves traces of layers that move on its second output.
+  // The screen is not compared, since this compositor leaves traces of layers that move on its second output.
   EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-2", 1, "systemMedium", "bottomLeft", 140, 120)}));
 }
 

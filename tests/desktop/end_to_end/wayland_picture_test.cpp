@@ -1,5 +1,5 @@
-// What a screen shows on a compositor with layer shell, beside what the exporter draws, and how it follows the output's
-// scale and the desktop's appearance; what a screen reader is told.
+// Boards on a compositor with layer shell: compared with the exporter's pictures, following the output's scale and the
+// desktop's appearance, and read by a screen reader.
 #include "desktop/end_to_end/wayland_fixture.hpp"
 #include "displays/sample_window.hpp"
 #include "support/displays/accessible_objects.hpp"

@@ -1,5 +1,5 @@
-// `vamba-host autostart` and the user's systemd: the widgets come and go with the graphical session. Beside a systemd
-// that is real the unit's text is checked on any machine (tests/host/autostart).
+// `vamba-host autostart` with a real user systemd: the widgets start and end with the graphical session. The unit's
+// text is tested without systemd in tests/host/autostart.
 #include <csignal>
 
 #include "desktop/end_to_end/x11_fixture.hpp"
@@ -84,7 +84,7 @@ TEST_F(AutostartOnX11, WidgetsThatCrashComeBackAndThoseThatAreEndedDoNot) {
   const auto crashed = process();
   ASSERT_GT(crashed, 0);
   ::kill(crashed, SIGKILL);
-  // After the five seconds that the unit grants it.
+  // The unit allows it five seconds.
   EXPECT_TRUE(eventually([&] { return session().property(unit, "NRestarts") == "1"; })) << state();
   EXPECT_TRUE(boardComes()) << state();
   const auto restarted = process();

@@ -1,4 +1,4 @@
-// What `vamba-host` does by itself where there is a display, and where there is none.
+// What `vamba-host` does without a command, with and without a display.
 #include "desktop/end_to_end/x11_fixture.hpp"
 
 namespace end_to_end {

@@ -1,4 +1,5 @@
-// How boards fare with the extension behind them: never blank, told once, started again, and many times over.
+// Boards whose extension fails: they are never blank, each failure is reported once, the extension is started again,
+// and many reloads leak nothing.
 #include <csignal>
 
 #include "desktop/end_to_end/x11_fixture.hpp"
@@ -9,7 +10,7 @@ namespace {
 using support::Bitmap;
 using testing::HasSubstr;
 
-/// Memory that a sanitizer adds to is not measured.
+/// Memory is not measured with a sanitizer, which adds to it.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool sanitized = true;
 #else
@@ -20,7 +21,7 @@ class ExtensionOnX11 : public OnX11 {
  protected:
   static constexpr const char* loaded = "a new timeline is shown";
 
-  /// Shows the board of a first load, whose next one fails as the behaviour says.
+  /// Shows the board of a first load. The next load fails as the behaviour says.
   void startThenFail(const std::string& behaviour) {
     start();
     ASSERT_TRUE(boardsAre({firstPlace()}));
@@ -60,7 +61,7 @@ TEST_P(FailingExtensionOnX11, LastBoardStaysAndTheExtensionIsStartedAgain) {
   startThenFail(GetParam().behaviour);
   EXPECT_TRUE(host().says(GetParam().said)) << host().said();
   EXPECT_TRUE(isShown());
-  // It fails again after a pause, and that is not told once more.
+  // It fails again after a pause, which is not reported again.
   const auto starts = extension_.processes().size();
   EXPECT_TRUE(eventually([&] { return extension_.processes().size() > starts; }));
   EXPECT_TRUE(isShown());
@@ -135,15 +136,15 @@ TEST_F(ExtensionOnX11, ManyReloadsLeaveMemoryAndDescriptorsAsTheyWere) {
   std::size_t loads = 1;
   const auto reloadUntil = [&](std::size_t count) {
     while (loads < count) {
-      // Boards differ from one load to the next, so that each is drawn.
+      // Each load gives another board, so that each is drawn.
       extension_.set("FAKE_EXTENSION_TITLE", "load " + std::to_string(loads));
       desktop().input().key(keys::f5);
       ASSERT_TRUE(host().says(loaded, ++loads)) << host().said();
     }
   };
-  // The toolkit's and the allocator's own stores fill up meanwhile.
+  // This allows for caches of the toolkit and the allocator.
   reloadUntil(60);
-  // Those to the extension close when it has ended.
+  // The extension's descriptors are closed after it has ended.
   ASSERT_TRUE(eventually([this] { return ::kill(extension_.processes().back(), 0) != 0; }));
   const double memory = host().memory();
   const auto descriptors = host().descriptors();

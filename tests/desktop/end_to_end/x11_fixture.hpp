@@ -1,4 +1,4 @@
-// What the tests on X11 share: a desktop, an extension, a host, and its windows by what they are for.
+// The fixture of the tests on X11: a desktop, an extension, a host, and its windows by purpose.
 #pragma once
 
 #include <algorithm>
@@ -30,7 +30,7 @@ class OnX11 : public testing::Test {
   }
   support::SessionBus::Environment display() { return desktop().environment(); }
 
-  /// Replaces the host that runs, which ends first.
+  /// Starts a host; one that is running is ended first.
   DesktopHost& start() {
     host_.reset();
     host_ = std::make_unique<DesktopHost>(display(), settings_);
@@ -49,7 +49,7 @@ class OnX11 : public testing::Test {
     std::erase_if(found, [this](support::XWindow window) { return !isBoard(window); });
     return found;
   }
-  /// Where boards are, from left to right and then from top to bottom.
+  /// The areas of the boards, ordered from left to right and then from top to bottom.
   std::vector<ScreenArea> areas() {
     std::vector<ScreenArea> areas;
     for (const auto window : boards()) {
@@ -58,7 +58,7 @@ class OnX11 : public testing::Test {
     std::ranges::sort(areas, {}, [](const ScreenArea& area) { return std::pair(area.x, area.y); });
     return areas;
   }
-  /// Whether the boards come to be there, and no others.
+  /// Whether the boards come to have exactly these areas.
   testing::AssertionResult boardsAre(const std::vector<ScreenArea>& wanted) {
     if (eventually([&] { return areas() == wanted; })) return testing::AssertionSuccess();
     auto failure = testing::AssertionFailure() << "boards are at";
@@ -73,8 +73,7 @@ class OnX11 : public testing::Test {
     }
     return std::nullopt;
   }
-  /// Clicks on the board, which gets the keyboard by it, and nothing else: again where the window manager has only now
-  /// put it there.
+  /// Focuses the board by a click, and by another one if the window manager was not ready for the first.
   void focus(const ScreenArea& board) {
     const auto isActive = [&] {
       const auto active = desktop().windows().numbers(desktop().windows().root(), "_NET_ACTIVE_WINDOW");
@@ -91,7 +90,7 @@ class OnX11 : public testing::Test {
     return support::crop(desktop().screenshot(), area.x, area.y, static_cast<std::uint32_t>(area.width),
                          static_cast<std::uint32_t>(area.height));
   }
-  /// Whether the screen comes to show this there.
+  /// Whether the screen comes to show this picture there.
   testing::AssertionResult comesToShow(const ScreenArea& area, const support::Bitmap& expected, const std::string& name,
                                        const support::Tolerance& tolerance = {}) {
     eventually([&] {
@@ -101,7 +100,7 @@ class OnX11 : public testing::Test {
     return support::showsTheSame(shown(area), expected, name, tolerance);
   }
 
-  /// The same for what an exporter drew of a whole board there, its corners and the outline of the focus left aside.
+  /// The same for the picture of a whole board, without its corners and its focus ring.
   testing::AssertionResult comesToShowInside(const ScreenArea& area, const support::Bitmap& board,
                                              const std::string& name, const support::Tolerance& tolerance = {}) {
     constexpr int edge = 20;
@@ -112,12 +111,12 @@ class OnX11 : public testing::Test {
                        name, tolerance);
   }
 
-  /// A background that no board has anything of, to be seen through its corners.
+  /// Paints a background in a colour that no board has, which is seen through the corners.
   void paintBackground() {
     support::runTool("xsetroot", "x11-xserver-utils", {"-display", display().at("DISPLAY"), "-solid", "#2060a0"},
                      desktop().bus().path("xsetroot.log"));
   }
-  /// The screen before any board.
+  /// Keeps a screenshot of the screen without boards.
   void keepBackground() { background_ = desktop().screenshot(); }
   support::Bitmap expectedAt(const ScreenArea& area, const support::Bitmap& picture) const {
     return over(support::crop(background_, area.x, area.y, picture.width, picture.height), picture);
@@ -126,7 +125,7 @@ class OnX11 : public testing::Test {
     return exportedPicture(display(), settings_, std::move(options));
   }
 
-  /// Where the first widget of a person comes to be.
+  /// Where the first widget is placed on a fresh desktop.
   ScreenArea firstPlace(int screenWidth = 1280) const {
     return {screenWidth - gap - mediumWidth, gap, mediumWidth, mediumHeight};
   }

@@ -1,4 +1,4 @@
-// What a person does with widgets on X11 by mouse and keyboard: moving, sizes, the menu, the gallery.
+// Using widgets by mouse and keyboard on X11: moving, sizes, the menu, the gallery.
 #include "desktop/end_to_end/x11_fixture.hpp"
 
 namespace end_to_end {
@@ -8,7 +8,7 @@ using support::ScreenPoint;
 
 class InputOnX11 : public OnX11 {
  protected:
-  /// Two widgets away from the edges; the keyboard is the medium one's.
+  /// Two widgets away from the edges; the medium one is focused.
   void startWithTwo() {
     place(display(), {placed(1, "systemMedium", "screen", "topLeft", 200, 300),
                       placed(2, "systemSmall", "screen", "topLeft", 820, 40)});
@@ -21,7 +21,7 @@ class InputOnX11 : public OnX11 {
     desktop().input().key(key, modifiers);
   }
 
-  /// Menus are windows that no window manager lists.
+  /// Menus are windows that the window manager does not list.
   bool menuIsOpen() {
     const auto managed = desktop().windows().stacking();
     return std::ranges::any_of(
@@ -33,7 +33,7 @@ class InputOnX11 : public OnX11 {
   bool galleryCloses() {
     return eventually([this] { return !galleryIsOpen(); });
   }
-  /// Waits until the keyboard is the gallery's.
+  /// Waits until the gallery is focused.
   void awaitGallery() {
     ASSERT_TRUE(galleryOpens()) << host().said();
     const auto gallery = windowTitled("Galeria widżetów").value();
@@ -91,11 +91,11 @@ TEST_F(InputOnX11, EscapeDuringADragPutsTheWidgetBack) {
   EXPECT_TRUE(boardsAre({medium, small}));
   desktop().input().moveTo({from.x + 150, from.y + 150});
   desktop().input().release();
-  // What comes after it has been dealt with shows that nothing was kept of it.
+  // The reload is handled after the release, so the boards' places are final then.
   press(keys::f5);
   EXPECT_TRUE(host().says("a new timeline is shown", 2));
   EXPECT_TRUE(boardsAre({medium, small}));
-  // What there is to keep is kept at the end.
+  // Unsaved changes are saved at the end.
   EXPECT_EQ(host().end(), 0);
   EXPECT_EQ(placements(display()), before);
 }
@@ -111,7 +111,7 @@ TEST_F(InputOnX11, ArrowKeysMoveByAStepAndDigitsChangeTheSize) {
   press(keys::up);
   EXPECT_TRUE(boardsAre({movedBy(medium, -20, 0), small}));
   press('1');
-  // From the nearest corner, which is the bottom left one.
+  // It is resized from the nearest corner, the bottom left one.
   EXPECT_TRUE(boardsAre({{180, 300 + mediumHeight - smallHeight, smallWidth, smallHeight}, small}));
   press('3');
   ASSERT_TRUE(eventually([this] { return areas().at(0).height == largeHeight; }));
@@ -131,7 +131,7 @@ TEST_F(InputOnX11, DeleteRemovesAndOpensTheGalleryWhenNoneIsLeft) {
   EXPECT_TRUE(boardsAre({}));
   EXPECT_TRUE(eventually([this] { return placedCount() == 0; })) << placements(display());
   awaitGallery();
-  // Nothing would be left through which the program could be spoken to.
+  // Without widgets and gallery, nobody could use the program any more.
   press(keys::escape);
   EXPECT_EQ(host().exitStatus(), 0);
 }
@@ -148,7 +148,7 @@ TEST_F(InputOnX11, EveryMenuKeyOpensTheMenuAndEscapeClosesIt) {
   }
   desktop().input().click(medium.centre(), support::MouseButton::right);
   EXPECT_TRUE(eventually([this] { return menuIsOpen(); }));
-  // Its mnemonic for "remove".
+  // The mnemonic of "remove".
   press('u');
   EXPECT_TRUE(boardsAre({small}));
 }
@@ -173,7 +173,7 @@ TEST_F(InputOnX11, TabGoesThroughTheGalleryAsItIsRead) {
   startWithTwo();
   press(keys::insert);
   awaitGallery();
-  // It begins at the medium size and goes round.
+  // The medium size is focused first.
   const std::vector<std::pair<std::vector<std::uint32_t>, std::string>> steps{
       {{}, "systemLarge"}, {{}, "systemSmall"}, {{}, "systemMedium"}, {{keys::shift}, "systemSmall"}};
   for (std::size_t i = 0; i < steps.size(); ++i) {

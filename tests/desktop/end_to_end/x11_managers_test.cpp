@@ -46,7 +46,7 @@ TEST_P(ManagersOnX11, BoardIsSeenWhenTheDesktopIsShownAndCoveredByWindowsOtherwi
 TEST_P(ManagersOnX11, ClickedBoardHasTheKeyboardAndStaysBelowWindows) {
   start();
   ASSERT_TRUE(boardsAre({firstPlace()}));
-  // Not every manager tells which window is active when it is a dock: the keys tell.
+  // Some window managers never report a dock as the active window, so the test presses a key.
   const auto hasMoved = [&] { return areas().size() == 1 && areas()[0].x < firstPlace().x; };
   EXPECT_TRUE(eventually([&] {
     desktop().input().click(firstPlace().centre());

@@ -1,4 +1,4 @@
-// Monitors that are plugged and unplugged on X11.
+// Monitors that are plugged in and unplugged on X11.
 #include "desktop/end_to_end/x11_fixture.hpp"
 
 namespace end_to_end {

@@ -1,6 +1,5 @@
-// What a screen shows of a real day on X11, beside what the exporter draws of it, and how it follows the desktop's
-// appearance; what a screen reader is told of it.
-
+// Boards of a real day on X11: compared with the exporter's pictures, following the desktop's appearance, and read by a
+// screen reader.
 #include "desktop/end_to_end/x11_service_fixture.hpp"
 #include "support/displays/accessible_objects.hpp"
 #include "support/displays/stand_in_portal.hpp"
@@ -14,7 +13,7 @@ using support::StandInPortal;
 using testing::Contains;
 using testing::HasSubstr;
 
-/// An unchanging day: no meeting, which would pass, and nothing of today.
+/// A day that does not change: without meetings, which would pass, and with nothing due today.
 class PictureOnX11 : public ServiceOnX11 {
  protected:
   PictureOnX11() { answerTasks("Oddać rozliczenie"); }
@@ -24,7 +23,7 @@ class PictureOnX11 : public ServiceOnX11 {
     return json::array({serverTask(41, title, "2020-01-05"), serverTask(42, "Sprawdzić korektę", "2020-01-06")}).dump();
   }
 
-  /// Square corners would show at the very ones.
+  /// Expects the background at the four outermost pixels.
   void expectRoundCorners(const ScreenArea& area) {
     const auto screen = desktop().screenshot();
     for (const int x : {area.x, area.x + area.width - 1}) {
@@ -100,7 +99,7 @@ TEST_F(PictureOnX11, DarkAndAccentOfThePortalAreFollowedAtRunTime) {
   portal.change({.colourScheme = ColourScheme::light});
   EXPECT_TRUE(comesToShow(firstPlace(), light, "x11-light-again"));
 
-  // The badge is of a pale purple then, which nothing else is.
+  // Only the badge is pale purple.
   const auto tinted = [&] {
     return std::ranges::count_if(shown(firstPlace()).pixels, [](const Pixel& pixel) {
       return std::abs(pixel.red - pixel.blue) < 8 && pixel.red - pixel.green > 10;

@@ -1,4 +1,4 @@
-// How boards follow the desktop's portal where that is slow to answer, and where it is the one that Debian has.
+// Boards follow the desktop's portal: one that is slow to answer, and Debian's own.
 #include <map>
 
 #include "desktop/end_to_end/x11_fixture.hpp"
@@ -35,7 +35,7 @@ TEST_F(PortalOnX11, BoardOfASilentPortalIsThereAtOnceAndTakesItsWordInTheEnd) {
   start();
   EXPECT_TRUE(isLight()) << host().said();
   ASSERT_TRUE(eventually([&] { return portal.reads() == 2; }));
-  // Not only its picture is there: it obeys, and loads.
+  // The board can be used and loads meanwhile.
   EXPECT_TRUE(host().says("a new timeline is shown")) << host().said();
   focus(firstPlace());
   desktop().input().key(keys::left);

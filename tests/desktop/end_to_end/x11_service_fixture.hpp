@@ -1,4 +1,4 @@
-// What the tests on X11 share that show the real widget: it is signed in to a service of the test's own.
+// The fixture of the tests on X11 with the real widget, which is signed in to the test's own service.
 #pragma once
 
 #include "desktop/end_to_end/x11_fixture.hpp"
@@ -7,7 +7,7 @@
 
 namespace end_to_end {
 
-/// Signed in, and the day is empty until a test says otherwise.
+/// The widget is signed in, and the day is empty until a test changes it.
 class ServiceOnX11 : public OnX11 {
  protected:
   ServiceOnX11() {

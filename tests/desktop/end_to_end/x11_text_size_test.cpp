@@ -1,4 +1,4 @@
-// Boards grow with the text of the desktop, on X11.
+// Boards grow with the desktop's text size on X11.
 #include <fstream>
 
 #include "desktop/end_to_end/x11_fixture.hpp"
@@ -9,7 +9,7 @@ namespace {
 
 class TextSizeOnX11 : public OnX11 {
  protected:
-  /// As a desktop's session sets it before programs start.
+  /// Sets the resolution as a desktop's session does before programs start.
   void setResolution(int dotsPerInch) {
     const auto file = desktop().bus().path("resources");
     std::ofstream(file) << "Xft.dpi: " << dotsPerInch << "\n";
@@ -47,7 +47,7 @@ TEST_F(TextSizeOnX11, ResolutionThatTheFactorTakesBackIsTheUsualSize) {
   settings_.variables["GDK_SCALE"] = "2";
   settings_.variables["GDK_DPI_SCALE"] = "0.5";
   start();
-  // 640x400 points of two pixels.
+  // The screen has 640x400 points of two pixels.
   const ScreenArea area{1280 - 2 * gap - 2 * mediumWidth, 2 * gap, 2 * mediumWidth, 2 * mediumHeight};
   EXPECT_TRUE(boardsAre({area}));
   EXPECT_TRUE(comesToShowInside(area, exported({"--scale", "2"}), "x11-scale-2")) << host().said();
@@ -56,7 +56,7 @@ TEST_F(TextSizeOnX11, ResolutionThatTheFactorTakesBackIsTheUsualSize) {
 TEST_F(TextSizeOnX11, BoardIsNoLargerThanItsMonitor) {
   setResolution(288);
   start();
-  // 1440x960 where there is room for it.
+  // It would be 1440x960 on a larger monitor.
   EXPECT_TRUE(boardsAre({{60, 0, 1200, 800}}));
 }
 

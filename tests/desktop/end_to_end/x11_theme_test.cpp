@@ -1,4 +1,4 @@
-// The toolkit's themes on X11: boards follow whether one is dark, menus are drawn by it.
+// The toolkit's themes on X11: boards are dark with a dark theme, and menus use it.
 #include <filesystem>
 #include <fstream>
 
@@ -10,7 +10,7 @@ namespace {
 
 using support::Pixel;
 
-/// With a theme of the person's own, whose name does not tell that it is dark.
+/// A dark theme whose name does not contain "dark".
 class ThemeOnX11 : public OnX11 {
  protected:
   ThemeOnX11() {

@@ -85,7 +85,7 @@ TEST_P(PaletteContrast, AnyAccentIsReadableAndNoFurtherFromItselfThanItMustBe) {
     ASSERT_GE(contrastOnItsBadge(colours), 4.5) << what;
     if (colours.tint == Colour{accent.red, accent.green, accent.blue}) continue;
     ++moved;
-    // One that was moved is hardly more readable than it must be; channels are whole numbers, hence not exactly.
+    // An accent that was changed has hardly more contrast than required. Channels are integers, so it is not exact.
     ASSERT_LT(contrastOnItsBadge(colours), 4.75) << what;
   }
   EXPECT_GT(moved, 500);

@@ -118,7 +118,7 @@ TEST(Layout, MagnifiedFormShowsALargerBoard) {
   EXPECT_TRUE(layoutOf(tree, {{200, 75}, 2}).starts_with("board 100x37.5 at 200% cut\n"));
 }
 
-/// Lines of an awkward height, as real fonts have.
+/// Lines with a fractional height, as in real fonts.
 class AwkwardMeasurer final : public TextMeasurer {
  public:
   TextExtent natural(const TextNode& text) override { return stretched(plain_.natural(text)); }

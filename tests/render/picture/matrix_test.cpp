@@ -1,5 +1,5 @@
-// Every family in every language, state, appearance and size of badge, whole and redacted: sound in layout, and drawn
-// within its box.
+// Every family in every language, state, appearance and size of badge, plain and redacted, has a sound layout and is
+// drawn within its box.
 #include <gtest/gtest.h>
 
 #include "render/picture/drawing.hpp"
@@ -22,7 +22,7 @@ BoardForm formOf(Family family) {
   return family == Family::small ? smallFamily : family == Family::medium ? mediumFamily : largeFamily;
 }
 
-/// Texts of the tree, counted.
+/// The number of texts in the tree.
 std::size_t textsIn(const protocol::Node& node) {
   if (std::holds_alternative<protocol::TextNode>(node.kind)) return 1;
   std::size_t count = 0;

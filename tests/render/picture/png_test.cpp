@@ -83,7 +83,7 @@ TEST(Png, RulesAreCrispAtEveryScale) {
 }
 
 TEST(Png, BaselinesLieOnPixelsAtEveryScale) {
-  // H stands on its baseline with flat feet: the row above is inked as fully as the stems, the row below not at all.
+  // The H has flat feet on the baseline: the row above is as dark as the stems, and the row below is empty.
   const Node tree = VStack({.spacing = 6.37}, {Text("HHH"), Text("HHH").font(TextStyle::caption2), Text("HHH")})
                         .padding(12)
                         .containerBackground(ContainerBackground::background);

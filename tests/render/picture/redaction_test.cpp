@@ -24,7 +24,7 @@ TEST(RedactedSvg, HoldsBarsInPlaceOfEveryText) {
   EXPECT_TRUE(svg.named("text").empty());
   EXPECT_TRUE(svg.named("desc").empty());
   EXPECT_THAT(*file, Not(HasSubstr("Narada")));
-  // Background, edge and badge; and a bar for each text, counted in the drawing that shows them.
+  // Background, edge and badge, and a bar for each text of the plain drawing.
   EXPECT_EQ(svg.named("path").size(), 3 + readMarkup(*drawSvg(sample(), {})).named("text").size());
 }
 

@@ -14,8 +14,8 @@ using support::Bitmap;
 using support::Pixel;
 using support::readPng;
 
-/// Success where the file `name` (below tests/goldens/) holds the same picture: of one size, and all but one in two
-/// hundred pixels nearly equal, for letters come out a shade different with another version of the font library.
+/// Success if the file `name` (below tests/goldens/) holds the same picture: of the same size, with at most one in two
+/// hundred pixels clearly different, since letters differ slightly between versions of the font library.
 ::testing::AssertionResult matchesGoldenPicture(const std::string& name, const std::string& file);
 
 }  // namespace render::testing

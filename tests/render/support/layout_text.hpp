@@ -1,4 +1,4 @@
-// A board as text, one line for each thing painted, and fonts whose measures can be reckoned in the head.
+// A board as text, one line for each painted item, and a font with simple measures.
 #pragma once
 
 #include <string>
@@ -19,7 +19,7 @@ class PlainMeasurer final : public TextMeasurer {
   std::optional<TextExtent> within(const protocol::TextNode& text, double width, int maxLines) override;
 };
 
-/// The faults of a board: things that overlap or leave the box. Empty for a sound one.
+/// The faults of a board: items that overlap or leave the box. Empty if there are none.
 std::string layoutFaults(const Board& board);
 
 }  // namespace render::testing

@@ -19,7 +19,7 @@ class PinnedFonts final : public ::testing::Environment {
 
 void pinFonts() {
   setenv("FONTCONFIG_FILE", VAMBA_PINNED_FONTS, 1);
-  // Fonts must not change with the languages of whoever runs the tests.
+  // Fonts must not depend on the languages of the person who runs the tests.
   unsetenv("PANGO_LANGUAGE");
   unsetenv("LANGUAGE");
 }
@@ -27,7 +27,7 @@ void pinFonts() {
 }  // namespace render::testing
 
 #ifdef __SANITIZE_ADDRESS__
-// The font library keeps what it has read until the process ends, where the leak checker does not find it.
+// The font library keeps its data until the process ends, in a way that the leak checker reports.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }
 #endif

@@ -1,9 +1,9 @@
-// Which fonts the tests draw with: Inter and DejaVu alone, whatever else the machine has and prefers.
+// Makes tests draw with Inter and DejaVu only, whatever other fonts are installed.
 #pragma once
 
 namespace render::testing {
 
-/// Tells the font library before its first use. Linked-in tests do so by themselves when they start.
+/// Configures the font library, before its first use. Test programs that link this do so when they start.
 void pinFonts();
 
 }  // namespace render::testing

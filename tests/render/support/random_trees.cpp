@@ -66,7 +66,7 @@ class Generator {
 
   double length() {
     static constexpr double lengths[] = {0, 1, 6, 12, 6.5, 40, 300, -5, 1e9, 1e300, -1e300};
-    // Sensible lengths are the rule, else nothing would ever be shown.
+    // Most lengths are reasonable, since otherwise nothing would be shown.
     return chance(8) ? lengths[below(std::size(lengths))] : lengths[below(5)];
   }
 

@@ -1,5 +1,4 @@
-// View trees such as nobody would write: deep, wide, with lengths and texts at their extremes. The same seed gives the
-// same tree.
+// Random view trees: deep, wide, with extreme lengths and texts. The same seed gives the same tree.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,4 @@
-// Boards as the day widget builds them, in every state, with texts already in place: what the layout and picture
-// tests draw.
+// Boards as the day widget builds them, in every state and with localised texts, for the layout and picture tests.
 #pragma once
 
 #include <cstdint>
@@ -36,13 +35,13 @@ struct BoardContent {
   std::vector<TaskRow> tasks;
 };
 
-/// The board of a family; lists are cut to what the family shows, and the rest is counted in the last line.
+/// The board of a family. Lists are cut to what the family shows; the rest is counted in the last line.
 protocol::Node board(const BoardContent& content, Family family);
 
 enum class Language { polish, english, lithuanian };
 enum class State { full, empty, noMeetings, noTasks, overlongTitles, error };
 
-/// What the matrix of tests draws: every row with a project and a mark where the state has rows.
+/// The samples of the matrix test: every row has a project and a mark if the state has rows.
 BoardContent sampleContent(State state, Language language, std::int64_t awaiting);
 
 }  // namespace render::testing

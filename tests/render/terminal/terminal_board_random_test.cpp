@@ -12,7 +12,7 @@ namespace {
 
 using namespace protocol;
 
-/// Trees with a liking for what breaks frames.
+/// Generates trees with much that could break frames.
 class RandomTrees {
  public:
   explicit RandomTrees(unsigned seed) : random_(seed) {}
@@ -101,7 +101,7 @@ class RandomTrees {
   std::mt19937 random_;
 };
 
-/// The text without the sequences that colour it; anything else that begins with ESC stays in.
+/// The text without SGR sequences; other escape sequences are kept.
 std::string withoutColours(const std::string& text) {
   std::string out;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -115,7 +115,7 @@ std::string withoutColours(const std::string& text) {
   return out;
 }
 
-/// Whether a line holds only what may be shown: it stays as it is when shown again.
+/// Whether a line contains only safe text, so that `shown` does not change it.
 void expectLines(const std::string& board, int width, bool exactly) {
   std::istringstream in(board);
   for (std::string line; std::getline(in, line);) {

@@ -20,7 +20,7 @@ using support::SampleTask;
 
 enum class Family { small, wide };
 
-/// What the widget itself would have put into a language.
+/// A text as the widget itself would localise it.
 struct Words {
   std::string suffix;
   Language language;
@@ -135,7 +135,7 @@ TEST(TerminalBoard, IsColouredAsReviewed) {
 }
 
 TEST(TerminalBoard, SaysTheSameWithAndWithoutEscapes) {
-  // But for the capsule, whose padding shows with its colour only.
+  // Except for the capsule, whose padding is drawn only with its colour.
   const auto view = viewOf(states[2], allWords[0], Family::wide);
   std::string stripped;
   bool escape = false;

@@ -21,7 +21,7 @@ Typesetter typesetter() {
 const TextNode& textOf(const Node& node) { return std::get<TextNode>(node.kind); }
 
 double widthOf(Typesetter& setter, View view) {
-  // Kept for the typesetter's life: it remembers texts by address.
+  // Must outlive the typesetter, which caches texts by address.
   static std::vector<std::unique_ptr<Node>> kept;
   kept.push_back(std::make_unique<Node>(std::move(view)));
   return setter.natural(textOf(*kept.back())).size.width;
