@@ -1,5 +1,5 @@
-// Any text in a date's place: what is read can be written again and reads as the same instant, a reader of RFC 3339
-// agrees where there is a time of day, and Warsaw's calendar shows the date where there is none.
+// Any text in place of a date. What is read can be written and reads back as the same instant. With a time of day a
+// reader of RFC 3339 agrees; without one Warsaw's calendar shows the date.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// What an extension writes on its standard error, in two pieces cut anywhere: nothing that a terminal obeys reaches the
-// person, and no more than the relay's bound. The first byte says where the cut is.
+// An extension's standard error in two pieces, cut anywhere: the host prints no control character of it, and no more
+// than the relay's limit. The first byte chooses the cut.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>

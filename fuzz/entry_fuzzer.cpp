@@ -1,5 +1,5 @@
-// Any JSON as the entry that a host hands to `render`: an entry that is read is written so that it reads back equal,
-// and its view in each size travels to the host and back unchanged.
+// Any JSON as the entry that a host passes to `render`. An entry that is accepted reads back equal after it is written,
+// and its view in each size is the same after its conversion to JSON and back.
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>

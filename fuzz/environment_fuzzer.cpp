@@ -1,5 +1,5 @@
-// Any text in the environment's languages and zone: the first line is LANGUAGE, the second TZ. The languages come out
-// as plain tags, the widget and the host choose the same one, and the zone is one that a clock can use.
+// Any text as LANGUAGE (the first line) and TZ (the second). The languages are plain tags, the widget and the host
+// choose the same one, and a clock can use the zone.
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -46,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text(reinterpret_cast<const char*>(data), size);
   const auto lineEnd = text.find('\n');
   const std::string zone = lineEnd == std::string::npos ? "" : text.substr(lineEnd + 1);
-  // A path names a file of this machine, whose content is none of the input.
+  // A path names a file of this machine, so the result would not depend on the input alone.
   if (text.find('/') != std::string::npos) return -1;
   ::setenv("LANGUAGE", text.substr(0, lineEnd).c_str(), 1);
   ::setenv("TZ", zone.c_str(), 1);

@@ -1,5 +1,5 @@
-// Header fields and a response in any bytes. No request header becomes two fields on the wire, and what a response
-// brings is gathered whole or refused as too large.
+// Header fields and a response of any bytes. No request header becomes two fields on the wire, and a response is
+// collected completely or refused as too large.
 #include <cstdint>
 #include <cstdlib>
 #include <optional>

@@ -1,5 +1,5 @@
-// Any view tree, as a foreign extension may answer it, is laid out within its box with nothing over another thing, and
-// never smaller than 70 %. The first byte chooses the form; then a tree as JSON, or else any bytes as a title.
+// Any view tree that an extension may send is laid out within its box, without overlaps and at 70 % or more of its
+// size. The first byte chooses the form; the rest is a tree as JSON, or else the bytes of a title.
 #include <cstdint>
 #include <cstdlib>
 #include <string>

@@ -1,5 +1,5 @@
-// Any bytes as a placements file: what is read of it is within its bounds, and is written so that it reads back equal,
-// with every foreign key still there, and as the same text again.
+// Any bytes as a placements file. What is read is within its bounds and reads back equal after it is written: with
+// every foreign key, and as the same text when written again.
 #include <cstdint>
 #include <cstdlib>
 #include <string>

@@ -1,5 +1,5 @@
-// A line in any bytes, read as a request and as a response. What is read is written so that it reads back equal, what
-// is refused is answered with an error that can be read, and no line holds a control character.
+// Any bytes as a line, read as a request and as a response. What is accepted reads back equal after it is written, what
+// is refused is answered with a well-formed error, and no line that is written holds a control character.
 #include <cstdint>
 #include <cstdlib>
 #include <string>

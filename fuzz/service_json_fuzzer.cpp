@@ -1,5 +1,5 @@
-// Any body that a service may answer: the decoder takes it for JSON exactly when an independent slow grammar does, and
-// the records that come out hold what another JSON library reads.
+// Any bytes as the service's body: the decoder accepts them as JSON exactly when an independent slow grammar does, and
+// the records hold what another JSON library reads.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

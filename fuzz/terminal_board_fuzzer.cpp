@@ -1,5 +1,5 @@
-// Any view tree, as a foreign extension may answer it, keeps the board's promise: lines of one width that hold nothing
-// a terminal obeys. The first byte is the terminal's width; then a tree as JSON, or else any bytes as a title.
+// Any view tree that an extension may send becomes lines of equal width without control characters. The first byte is
+// the terminal's width; the rest is a tree as JSON, or else the bytes of a title.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// Any view tree as a line for a status bar: one line of JSON whose texts hold no control but the tooltip's line ends,
-// and whose markup is well formed.
+// Any view tree as a line for a status bar: one line of JSON whose texts hold no control characters except the
+// tooltip's line ends, and whose markup is well formed.
 #include <cstdint>
 #include <cstdlib>
 #include <string>

@@ -21,7 +21,7 @@ class FileDescriptor {
   int get() const { return descriptor_; }
   bool isOpen() const { return descriptor_ >= 0; }
 
-  /// Closes it now. False, with errno set, where the system could not keep what was written to it.
+  /// Closes it now. Returns false, with errno set, where the system could not store what was written.
   bool close() { return ::close(std::exchange(descriptor_, -1)) == 0; }
 
   /// Closes it and takes another in its place, or none.

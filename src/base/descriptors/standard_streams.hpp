@@ -8,9 +8,9 @@
 
 namespace base {
 
-/// Opens /dev/null in place of those that are closed: what is opened later must not take their numbers, or a message
-/// meant for a person goes into it. Reading from or writing to what was closed still fails, diagnostics apart. For the
-/// first line of a program.
+/// Opens /dev/null in place of those that are closed. Otherwise a file that is opened later could get the number 2, and
+/// messages would be written into it. The mode is chosen so that reading from a closed input, or writing to a closed
+/// output, still fails. Call it in the first line of a program.
 inline void fillStandardStreams() {
   constexpr std::array modes{O_WRONLY, O_RDONLY, O_WRONLY};
   for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {

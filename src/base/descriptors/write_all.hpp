@@ -1,4 +1,4 @@
-// Writing bytes to a descriptor to the last one.
+// Writes all bytes to a descriptor.
 #pragma once
 
 #include <cerrno>
@@ -10,8 +10,8 @@
 
 namespace base {
 
-/// Returns when all of `bytes` is written, or the error that ended it. Waits for a full non-blocking descriptor: a
-/// terminal or pipe may be shared with a process that made it non-blocking.
+/// Returns when all of `bytes` is written, or the first error. Waits where a non-blocking descriptor is full: another
+/// process that shares the terminal or pipe may have made it non-blocking.
 inline std::error_code writeAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());

@@ -16,7 +16,8 @@ namespace {
 int renameWithoutReplacing(const std::filesystem::path& from, const std::filesystem::path& to) {
   if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
   if (errno != EINVAL && errno != ENOSYS) return errno;
-  // A file system that doesn't know how: look first. Only this user's own programs could come in between.
+  // The file system lacks RENAME_NOREPLACE: check first. Only this user's own programs could create the name in
+  // between.
   struct stat status{};
   if (lstat(to.c_str(), &status) == 0) return EEXIST;
   return rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
@@ -26,7 +27,7 @@ int renameWithoutReplacing(const std::filesystem::path& from, const std::filesys
 
 std::expected<std::filesystem::path, std::string> quarantine(const std::filesystem::path& file,
                                                              const std::string& suffix) {
-  // Links that lead nowhere are set aside themselves.
+  // A dangling link is renamed itself.
   const auto target = behindLinks(file).value_or(file);
   int error = EEXIST;
   constexpr int names = 10000;

@@ -1,4 +1,4 @@
-// Files that can't be used are kept for whoever wants to look at them, under another name.
+// Sets files that cannot be used aside under another name, so that nothing is lost.
 #pragma once
 
 #include <expected>
@@ -7,8 +7,8 @@
 
 namespace base {
 
-/// Renames whatever the path leads to (through links, which stay) to its name with "SUFFIX-1", or the first number that
-/// is free, behind it; nothing is ever overwritten. Gives the new path. The error is the system's reason.
+/// Renames the file that the path leads to (links on the way stay) by appending `suffix` and "-1", or the first number
+/// that is free. Never overwrites a file. Returns the new path; the error is the system's reason.
 std::expected<std::filesystem::path, std::string> quarantine(const std::filesystem::path& file,
                                                              const std::string& suffix);
 

@@ -1,4 +1,4 @@
-// The whole of a file that may be anything: missing, huge, a folder, a pipe whose other end nobody holds.
+// Reads a whole file that may be anything: missing, huge, a folder, a pipe that nobody writes to.
 #pragma once
 
 #include <cstddef>
@@ -10,8 +10,8 @@ namespace base {
 
 struct ReadFailure {
   enum class Kind {
-    missing,  ///< there is nothing by that name, or behind the link
-    unusable  ///< there is something, and it can't be read or is no plain file or too large
+    missing,  ///< no such file, or a dangling link
+    unusable  ///< it cannot be read, is not a regular file, or is too large
   };
   Kind kind = Kind::unusable;
   std::string reason;  ///< for a person: "Permission denied"

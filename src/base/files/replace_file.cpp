@@ -18,10 +18,10 @@ namespace {
 
 std::unexpected<std::string> reason(int error) { return std::unexpected(std::generic_category().message(error)); }
 
-/// A file system that cannot sync says so by EINVAL, which is no reason to refuse the content.
+/// EINVAL means that the file system cannot sync; the content is written all the same.
 bool syncAsFarAsPossible(int descriptor) { return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOSYS; }
 
-/// Makes a rename in the folder last. The new name is there for everybody already, so a failure changes nothing.
+/// Syncs a rename in the folder. Other processes see the new name already, so a failure is ignored.
 void syncFolder(const std::filesystem::path& folder) {
   const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor < 0) return;
@@ -31,16 +31,16 @@ void syncFolder(const std::filesystem::path& folder) {
 
 constexpr std::string_view temporaryMark = ".new-";
 
-/// A new file that nobody else writes to. Its descriptor is below 0, with errno set, where there is none.
+/// A new file of this process alone. Without one the descriptor is negative and errno is set.
 struct NewFile {
   std::string path;
   int descriptor = -1;
 };
 
-/// Opened by its final rights, so that the kernel itself applies the umask.
+/// Created with its final permissions, so that the kernel applies the umask.
 NewFile newFileBeside(const std::filesystem::path& target, mode_t rights) {
   const std::string start = target.string() + std::string(temporaryMark) + std::to_string(getpid()) + "-";
-  constexpr int attempts = 1000;  // left over by processes that were killed and whose id this one has now
+  constexpr int attempts = 1000;  // a killed process that had this one's id may have left names
   for (int i = 0; i < attempts; ++i) {
     std::string path = start + std::to_string(i);
     const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, rights);
@@ -50,7 +50,7 @@ NewFile newFileBeside(const std::filesystem::path& target, mode_t rights) {
 }
 
 bool takeOver(int descriptor, const struct stat& old) {
-  // Only root can give a file away: whoever replaces another's file otherwise owns the new one.
+  // Only root can change the owner. Otherwise the new file belongs to whoever replaced it.
   struct stat fresh{};
   if (fstat(descriptor, &fresh) == 0 && (fresh.st_uid != old.st_uid || fresh.st_gid != old.st_gid)) {
     [[maybe_unused]] const int ignored = fchown(descriptor, old.st_uid, old.st_gid);
@@ -113,7 +113,7 @@ std::expected<void, std::string> replaceFile(const std::filesystem::path& file, 
   bool done = !writeAll(fresh.descriptor, bytes) && (!exists || takeOver(fresh.descriptor, old)) &&
               (durability == Durability::fast || syncAsFarAsPossible(fresh.descriptor));
   int error = done ? 0 : errno;
-  // A network file system may refuse what was written only now.
+  // A network file system may report a failed write only now.
   if (close(fresh.descriptor) != 0 && done) {
     error = errno;
     done = false;

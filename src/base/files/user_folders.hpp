@@ -11,7 +11,7 @@ namespace base {
 /// The value of an environment variable, or null, as of std::getenv.
 using EnvironmentLookup = absl::FunctionRef<const char*(const char* name)>;
 
-/// `$XDG_CONFIG_HOME`, else `$HOME/.config`; a relative path counts as none. None where neither is set.
+/// `$XDG_CONFIG_HOME`, else `$HOME/.config`; a relative path counts as unset. Absent where neither is set.
 std::optional<std::filesystem::path> userConfigFolder(EnvironmentLookup environment);
 
 }  // namespace base

@@ -25,7 +25,7 @@
 
 namespace base {
 
-/// What ends a reading; thrown by JsonObject and caught by readObject(), so that it leaves neither.
+/// Thrown by JsonObject and caught by readObject(); no other code sees it.
 struct JsonFault {
   std::string sentence;
 };

@@ -11,8 +11,8 @@ namespace {
 
 using nlohmann::json;
 
-// Builds the value as the library's own builder does, but stops at the first level too deep: a line of nothing but
-// "[" would otherwise cost some sixty bytes for each of its bytes.
+// Builds the value as the library's own builder does, but stops at the first level too deep: a line of only "[" would
+// otherwise cost some sixty bytes of memory for each of its bytes.
 class BoundedBuilder : public nlohmann::json_sax<json> {
  public:
   explicit BoundedBuilder(std::size_t mostValues) : left_(mostValues) {}
@@ -86,14 +86,14 @@ class BoundedBuilder : public nlohmann::json_sax<json> {
 
   std::size_t left_;  ///< values that may still come
   json root_;
-  // Pointers stay good: only the innermost container grows, and none of these lies inside it.
+  // The pointers stay valid: only the innermost container grows, and none of them points into it.
   std::vector<json*> open_;
   std::string key_;
   std::string fault_;
 };
 
-/// DEL and the controls from U+0080 to U+009F, which terminals obey too; the library leaves them as they are. In JSON
-/// text they stand in strings only.
+/// Escapes DEL and the controls U+0080 to U+009F, which terminals also obey; the library does not. In JSON text they
+/// occur only in strings.
 std::string withControlsEscaped(std::string_view text) {
   return replaceControls(text, [](char32_t control) {
     constexpr std::string_view digits = "0123456789abcdef";

@@ -15,9 +15,9 @@ namespace base {
 /// Arrays and objects inside one another beyond this are refused.
 inline constexpr std::size_t maximumNesting = 512;
 
-/// Reads one JSON value (RFC 8259; strictly UTF-8; nothing but white space around it). Integers of 64 bits are exact,
-/// of equal keys the last counts. The error is a short sentence for a person.
-/// A text of more than `mostValues` values is refused too.
+/// Reads one JSON value (RFC 8259; strictly UTF-8; only white space around it). Integers of 64 bits are exact; of equal
+/// keys the last counts. A text of more than `mostValues` values is refused. The error is a short sentence for a
+/// person.
 std::expected<nlohmann::json, std::string> parseJson(std::string_view text,
                                                      std::size_t mostValues = std::numeric_limits<std::size_t>::max());
 

@@ -1,4 +1,4 @@
-// A piece of a task that runs beside it: started, awaited or cancelled within the scope that holds it.
+// A part of a task on a thread of its own, which cannot outlive the scope that holds it.
 #pragma once
 
 #include <exception>
@@ -10,8 +10,8 @@
 
 namespace base {
 
-/// Runs a function on a thread of its own. The parent's cancellation reaches it; leaving the scope cancels it and waits
-/// for it, so no child outlives its parent. The constructor throws std::system_error where no thread can be had.
+/// Runs a function on a new thread. Cancelling the parent cancels the child; leaving the scope cancels it and waits for
+/// it. The constructor throws std::system_error where no thread can be started.
 template <typename Result>
 class ChildTask {
  public:

@@ -1,4 +1,4 @@
-// One instant that every wait of an operation shares, so that the whole is bounded and not each of its steps.
+// One point in time that all waits of an operation share, so that the operation as a whole is bounded, not each step.
 #pragma once
 
 #include <algorithm>
@@ -6,7 +6,7 @@
 
 namespace base {
 
-/// By the monotonic clock, which does not jump when somebody sets the machine's time.
+/// On the monotonic clock: setting the machine's time does not move it.
 ///
 ///     const auto load = base::Deadline::after(12s);
 ///     const auto call = std::min(base::Deadline::after(2s), load);  // two seconds, and never past the load's end
@@ -16,7 +16,7 @@ class Deadline {
 
   static Deadline never() { return Deadline(Clock::time_point::max()); }
 
-  /// A duration that the clock cannot reach counts as `never`.
+  /// A duration beyond the clock's range counts as `never`.
   static Deadline after(Clock::duration duration) {
     const auto now = Clock::now();
     return duration >= Clock::time_point::max() - now ? never() : Deadline(now + duration);

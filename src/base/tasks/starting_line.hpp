@@ -1,4 +1,4 @@
-// Where tasks wait for each other before a step that none may take too early.
+// A barrier: tasks wait here until all of them have arrived.
 #pragma once
 
 #include <condition_variable>
@@ -8,12 +8,12 @@
 
 namespace base {
 
-/// Every task comes here once. Safe to use from many threads.
+/// Every task arrives once. Safe to use from many threads.
 class StartingLine {
  public:
   explicit StartingLine(std::size_t tasks) : missing_(tasks) {}
 
-  /// Returns when all tasks have come, or the caller's stop is requested.
+  /// Returns when all tasks have arrived, or the caller's stop is requested.
   void arriveAndWait(std::stop_token stop) {
     std::unique_lock lock(mutex_);
     if (--missing_ == 0) allCame_.notify_all();

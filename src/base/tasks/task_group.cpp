@@ -14,7 +14,7 @@ TaskGroup::~TaskGroup() {
 
 void TaskGroup::start(Body body) {
   joinFinished();
-  // Shared with the thread, so that it is still here where none can be had.
+  // Shared with the thread, so that the task is not lost where no thread can be started.
   const auto shared = std::make_shared<Body>(std::move(body));
   std::stop_source withoutThread;
   {
@@ -62,7 +62,7 @@ void TaskGroup::joinFinished() {
       task = next;
     }
   }
-  // Joined here, outside the lock: a thread that marked its end may still be leaving its own.
+  // Joined outside the lock: a thread that has marked its end may still hold it.
 }
 
 }  // namespace base

@@ -1,4 +1,4 @@
-// Tasks that outlive the call that starts them. Whoever owns the group joins them: no thread is left to itself.
+// Tasks that outlive the call that starts them. The group's owner joins them; no thread is detached.
 #pragma once
 
 #include <condition_variable>
@@ -21,8 +21,8 @@ class TaskGroup {
   /// Cancels what still runs and waits for it.
   ~TaskGroup();
 
-  /// Starts a task and returns at once. After `cancelAll` tasks start with their stop already requested. Where no
-  /// thread can be had, the task runs on the caller's own, and is over when this returns.
+  /// Starts a task and returns at once. After `cancelAll` tasks start with their stop already requested. If no
+  /// thread can be started, the task runs on the caller's thread and has ended when this returns.
   void start(Body body);
 
   /// Asks every task to stop; it does not wait.

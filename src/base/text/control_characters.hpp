@@ -1,4 +1,4 @@
-// Control characters in texts of others, which a terminal, a file or a JSON reader could obey.
+// Control characters in foreign texts, which a terminal would obey.
 #pragma once
 
 #include <string>
@@ -13,8 +13,8 @@ constexpr bool isControl(char32_t character) { return character < 0x20 || (chara
 
 bool holdsControl(std::string_view text);
 
-/// `text` with each control character replaced by what `replacement` returns for it. A byte that is no UTF-8 counts as
-/// the character of its value, since a terminal may take it for one: the bare byte 0x9b is a control.
+/// `text` with each control character replaced by what `replacement` returns for it. A byte that is not valid UTF-8
+/// counts as the character of its value, because a terminal may read it so: the single byte 0x9b is a control.
 std::string replaceControls(std::string_view text, absl::FunctionRef<std::string(char32_t control)> replacement);
 
 }  // namespace base

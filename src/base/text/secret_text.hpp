@@ -1,4 +1,4 @@
-// Text that leaves no copy of itself in memory: passwords, tokens, and what is made of them.
+// Text that leaves no copy of itself in memory: for passwords, tokens and header fields made of them.
 #pragma once
 
 #include <algorithm>
@@ -12,8 +12,8 @@
 
 namespace base {
 
-/// Never changes, and overwrites its bytes before it gives them back. Unlike std::string it keeps short texts on the
-/// heap too, so that moving one leaves nothing behind.
+/// Immutable. Overwrites its bytes before it frees them. Unlike std::string it keeps short texts on the heap too, so
+/// that a move leaves no copy behind.
 class SecretText {
  public:
   SecretText() = default;
@@ -21,7 +21,7 @@ class SecretText {
   SecretText(const std::string& text) : SecretText({std::string_view(text)}) {}
   SecretText(const char* text) : SecretText({std::string_view(text)}) {}
 
-  /// The pieces, one behind the other.
+  /// The pieces, concatenated.
   SecretText(std::initializer_list<std::string_view> pieces) {
     for (const std::string_view piece : pieces) size_ += piece.size();
     bytes_ = std::make_unique_for_overwrite<char[]>(size_ + 1);
@@ -43,7 +43,7 @@ class SecretText {
   }
 
   std::string_view text() const { return {cText(), size_}; }
-  /// With a NUL behind the text, which may hold others.
+  /// NUL-terminated; the text itself may hold NULs too.
   const char* cText() const { return bytes_ ? bytes_.get() : ""; }
   bool empty() const { return size_ == 0; }
 

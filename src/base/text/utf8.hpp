@@ -5,7 +5,8 @@
 
 namespace base {
 
-/// No overlong forms, no surrogates, nothing beyond U+10FFFF, nothing cut short. Empty text is.
+/// Whether `text` is valid: no overlong form, no surrogate, nothing beyond U+10FFFF, no cut sequence. Empty text is
+/// valid.
 bool isUtf8(std::string_view bytes);
 
 /// Takes the first character off `text`, which must not be empty. A byte that begins no character is taken alone, as

@@ -22,8 +22,8 @@ std::uint8_t digitValue(char c) { return digitValues[static_cast<unsigned char>(
 
 }  // namespace
 
-// Read here and not by uuid_parse_range(): that one takes eight times as long (230 ns), which shows in a long list of
-// records, and asks the locale what a digit is.
+// Does not use uuid_parse_range(), which takes eight times as long (230 ns; noticeable in a long list of records) and
+// asks the locale what a digit is.
 std::optional<Uuid> Uuid::parse(std::string_view text) {
   constexpr std::string_view form = "hhhhhhhh-hhhh-hhhh-hhhh-hhhhhhhhhhhh";
   if (text.size() != form.size()) return std::nullopt;
@@ -58,6 +58,6 @@ std::string Uuid::text() const {
 }  // namespace base
 
 std::size_t std::hash<base::Uuid>::operator()(const base::Uuid& uuid) const noexcept {
-  // The service may hand out identifiers that are anything but random, so all sixteen bytes count.
+  // The service's identifiers need not be random, so all sixteen bytes are hashed.
   return std::hash<std::string_view>{}({reinterpret_cast<const char*>(uuid.bytes.data()), uuid.bytes.size()});
 }

@@ -7,7 +7,7 @@
 
 namespace base {
 
-/// The integer that `number` is: 7.0 gives 7. Absent for fractions, NaN and what is beyond 64 signed bits. -2^63 is
+/// The integer that `number` is: 7.0 gives 7. Absent for fractions, NaN and numbers beyond 64 signed bits. -2^63 is
 /// absent too: a text reader rounds every integer just below the range to it.
 inline std::optional<std::int64_t> wholeNumber(double number) {
   constexpr double beyond = 0x1p63;

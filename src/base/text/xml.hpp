@@ -7,7 +7,7 @@
 namespace base {
 
 /// `text` with the five characters that XML gives a meaning escaped, for content and for attributes in either quotes:
-/// `a < "b"` gives `a &lt; &quot;b&quot;`. Characters that XML has no form for are left: filter them before.
+/// `a < "b"` gives `a &lt; &quot;b&quot;`. Characters that XML cannot represent stay: filter them first.
 std::string escapedForXml(std::string_view text);
 
 }  // namespace base

@@ -12,8 +12,8 @@ absl::Time Calendar::startOfDay(absl::CivilDay day) const {
   const auto readings = zone_.At(midnight);
   if (readings.kind == absl::TimeZone::TimeInfo::SKIPPED) return readings.trans;
   // `pre` is the only reading of a midnight that comes once, and the first of one that comes twice. A zone that the C
-  // library reads (`TZ=EST5`) calls every midnight without summer time one that comes twice, the first of them an hour
-  // too early: a reading counts only if the clock shows it.
+  // library reads (`TZ=EST5`) reports every midnight in standard time as coming twice, the first an hour too early, so
+  // `pre` counts only if the clock shows midnight then.
   return zone_.At(readings.pre).cs == midnight ? readings.pre : readings.post;
 }
 

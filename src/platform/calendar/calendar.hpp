@@ -1,5 +1,5 @@
-// The Gregorian calendar in one time zone: days, their starts and their neighbours.
-// A value; which zone the device is in is device_time_zone.hpp's business, what time it is, clock.hpp's.
+// The Gregorian calendar in one time zone: days and where they start. A value. device_time_zone.hpp finds the device's
+// zone, clock.hpp tells the time.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// Where the time comes from: handed in at the top of the program, so that a test holds the clock.
+// The source of the time. It is passed in from main, so that a test can set the time.
 #pragma once
 
 #include <absl/time/time.h>

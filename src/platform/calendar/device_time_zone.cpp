@@ -16,16 +16,16 @@ namespace {
 
 constexpr const char* localTimeFile = "/etc/localtime";
 
-/// Zones that the C library alone can read: POSIX rules, and a file that no name leads to. Its conversions follow every
-/// later change of the zone by themselves, at the price of being slower.
+/// Zones that only the C library can read: POSIX rules, and files outside the zone folder. Its conversions are slower,
+/// and follow later changes of the zone.
 absl::TimeZone zoneOfTheCLibrary() {
   tzset();
   absl::TimeZone zone;
   return absl::LoadTimeZone("libc:localtime", &zone) ? zone : absl::UTCTimeZone();
 }
 
-/// Whether `name` can be handed to the zone loader. Zone names are folders and words; the loader has names of its own
-/// ("localtime", "libc:...", "Fixed/UTC+01:00:00") that no C library knows.
+/// Whether `name` can be handed to the zone loader. Zone names are folders and words; the loader also knows
+/// names ("localtime", "libc:...", "Fixed/UTC+01:00:00") that the C library does not.
 bool isZoneName(std::string_view name) {
   if (name.empty() || name.front() == '/' || name == "localtime" || name.starts_with("Fixed/")) return false;
   if (name.find("..") != std::string_view::npos) return false;

@@ -1,5 +1,5 @@
 // Decodes JSON bodies (RFC 8259, UTF-8, no byte order mark) into values and records. It holds the date strategy only,
-// so one decoder serves any number of concurrent decodes. The records declare their own fields (keyed_record.hpp).
+// so one decoder may be used by any number of threads at once. The records declare their own fields (keyed_record.hpp).
 #pragma once
 
 #include <expected>

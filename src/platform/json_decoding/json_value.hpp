@@ -1,4 +1,4 @@
-// One value of a JSON body, as those who decode records see it: asked for one type, it returns it or says why not.
+// One value of a JSON body. Each function returns the value as one type, or the reason why it is not of that type.
 //
 //   {"x": 7.0, "name": null}   field x:    integer() -> 7, text() -> typeMismatch "expected a string, found a number"
 //                              field name: text() -> valueNotFound "expected a string, found null"
@@ -30,7 +30,7 @@ using Decoded = std::expected<void, DecodingError>;
 /// The rule by which every date of a body is read from its text.
 using DateStrategy = std::function<std::expected<absl::Time, DecodingError>(std::string_view)>;
 
-/// A view: it lasts as long as the call that it is handed to.
+/// A view, valid only during the call that receives it.
 class JsonValue {
  public:
   JsonValue(const simdjson::dom::element& element, const DateStrategy& dates) : element_(&element), dates_(&dates) {}
@@ -58,7 +58,7 @@ class JsonValue {
   const DateStrategy* dates_;
 };
 
-// decodeInto() is where types join in: a record declares one beside its own declaration.
+// Types are made decodable by an overload of decodeInto(), which a record declares beside its own declaration.
 
 template <typename T>
 Decoded assignDecoded(std::expected<T, DecodingError> value, T& out) {

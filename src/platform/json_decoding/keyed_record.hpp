@@ -1,4 +1,4 @@
-// Records that stand in a body as objects: a table of keys and members says all that is to be known about one.
+// Decodes JSON objects into records. A table of keys and members describes the record:
 //
 //   constexpr std::array fields{keyedField<&Point::x>("x"), keyedField<&Point::label>("label")};
 //   Decoded decodeInto(const JsonValue& value, Point& out) { return decodeKeyed(value, fields, out); }
@@ -41,8 +41,8 @@ constexpr auto keyedField(std::string_view key) {
       .decode = [](const JsonValue& value, Record& record) { return decodeInto(value, record.*Member); }};
 }
 
-/// Reads one object. Of a key that occurs twice the last one counts, keys that the table does not name are ignored,
-/// and the error is that of the first field, in the table's order, that can't be had.
+/// Reads one object. If a key occurs twice, the last one counts; keys that the table does not name are ignored. The
+/// error is that of the first field, in the table's order, that is missing or does not decode.
 template <typename Record, std::size_t Count>
 Decoded decodeKeyed(const JsonValue& value, const std::array<KeyedField<Record>, Count>& fields, Record& out) {
   std::array<bool, Count> isPresent{};

@@ -1,4 +1,4 @@
-// Remembers that a service did not answer, so that the next calls need not wait for it too.
+// Remembers that a service did not answer, so that the next calls do not wait for it again.
 #pragma once
 
 #include <chrono>
@@ -9,7 +9,7 @@
 
 namespace platform {
 
-/// A monotonic clock; it does not jump when somebody sets the machine's time.
+/// A monotonic clock: setting the machine's time does not move it.
 using MonotonicClock = std::function<std::chrono::steady_clock::time_point()>;
 
 /// Safe to use from many threads.
@@ -23,7 +23,7 @@ class CircuitBreaker {
     openUntil_ = clock_() + pause_;
   }
 
-  /// Whether the service is left alone for now.
+  /// Whether calls should fail at once.
   bool open() {
     const std::lock_guard lock(mutex_);
     return openUntil_ && clock_() < *openUntil_;

@@ -1,6 +1,6 @@
-// Keychain items as files `<root>/<access group>/<service>/<account>`, each holding its item's bytes exactly. For
-// machines without a Secret Service, and for trials with a folder of one's own. Whoever writes the items makes the
-// folders with mode 0700 and the files with 0600.
+// Keychain items as files `<root>/<access group>/<service>/<account>`, each of which holds exactly its item's bytes.
+// Used on machines without a Secret Service, and for trials with a folder of the user's choice. The program that writes
+// the items creates the folders with mode 0700 and the files with 0600.
 #pragma once
 
 #include <filesystem>
@@ -12,15 +12,16 @@
 
 namespace platform {
 
-/// Reads an item only where nobody else could have read or written it: the root and the two folders below it, and the
-/// file, belong to this user, are closed to all others and are no links. What is refused is reported once to
-/// `refusals` and is `insecure`; an attribute that is no file name (empty, "..", with a '/') names no item.
+/// Reads an item only if no other user could have read or written it: the root, the two folders below it and the file
+/// must belong to this user, be closed to all others and not be symbolic links. Otherwise the status is `insecure`, and
+/// the reason is reported once to `refusals`. An attribute that is not a file name (empty, "..", with a '/') matches no
+/// item.
 class FileKeychain final : public Keychain {
  public:
   /// `refusals` must outlive this.
   FileKeychain(const std::filesystem::path& root, Refusals& refusals);
 
-  /// The root is `root` below `base`, a relative path whose folders are all checked; `base` itself is not.
+  /// A keychain in the relative path `root` below `base`. Every folder of `root` is checked; `base` is not.
   static FileKeychain below(const std::filesystem::path& base, const std::filesystem::path& root, Refusals& refusals);
 
  private:

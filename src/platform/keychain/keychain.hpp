@@ -19,8 +19,16 @@ enum class KeychainKey { itemClass, service, account, accessGroup, returnData, m
 enum class MatchLimit { one };
 using KeychainValue = std::variant<std::string, bool, MatchLimit>;
 
-/// What to look for, in the given order. A search names all four attributes of an item (class, service, account,
-/// access group) as texts; `returnData` (bool) asks for its bytes, `matchLimit` allows for one item only.
+/// What to look for. A query names all four attributes of an item (class, service, account, access group) as texts.
+/// `returnData` (bool) asks for the item's bytes; `matchLimit` can only be `one`.
+///
+///   keychain.copyMatching({{KeychainKey::itemClass, genericPasswordClass}, {KeychainKey::service, "org.example"},
+///                          {KeychainKey::account, "token"}, {KeychainKey::accessGroup, "group"},
+///                          {KeychainKey::returnData, true}})
+///
+///   an item "s3cret"        -> success, "s3cret"
+///   no such item            -> itemNotFound
+///   without `account`       -> badQuery
 using KeychainQuery = std::vector<std::pair<KeychainKey, KeychainValue>>;
 
 /// The class of every item here, a value of `KeychainKey::itemClass`.
@@ -32,13 +40,13 @@ inline constexpr std::size_t largestItem = 1024 * 1024;
 enum class KeychainStatus {
   success = 0,
   itemNotFound,
-  locked,       // the item, or every collection that could hold it, is locked; nobody was asked to unlock it
+  locked,       // the item, or every collection that could hold it, is locked; the user was not asked to unlock it
   unavailable,  // no such store on this machine
-  timedOut,     // the store did not answer in time, or has lately not done so
-  needsPrompt,  // the store would have asked the person; the question was dismissed
-  insecure,     // others could have read or written the item; refused
+  timedOut,     // the store did not answer in time, now or in the last minute
+  needsPrompt,  // the store wanted to ask the user first; its prompt was dismissed
+  insecure,     // refused: other users could have read or written the item
   badQuery,     // an attribute is missing, named twice or of the wrong kind
-  failed,       // the store answered nonsense or an error, or the item is larger than an item may be
+  failed,       // the store answered with an error or nonsense, or the item is larger than `largestItem`
 };
 
 struct KeychainResult {
@@ -46,8 +54,8 @@ struct KeychainResult {
   std::optional<base::SecretText> data;  // the item's bytes exactly as stored, when found and asked for
 };
 
-/// Both operations may be called from many threads at once, never throw for an outside failure and never ask the
-/// person anything. What they wait for, they wait for no longer than to the deadline; their answer is then `timedOut`.
+/// Both operations may be called from many threads at once, never throw for an outside failure and never show a
+/// prompt. When the deadline passes they return `timedOut`.
 class Keychain {
  public:
   virtual ~Keychain() = default;
@@ -57,8 +65,8 @@ class Keychain {
     return find(query, deadline);
   }
 
-  /// Deletes every item that matches; `returnData` and `matchLimit` do not matter. An item that is already gone is
-  /// `itemNotFound`.
+  /// Deletes every item that matches; `returnData` and `matchLimit` have no effect. Returns `itemNotFound` if there is
+  /// none.
   KeychainStatus deleteItems(const KeychainQuery& query, base::Deadline deadline = base::Deadline::never()) {
     return erase(query, deadline);
   }

@@ -6,7 +6,7 @@
 namespace platform {
 namespace {
 
-// Bytes that an address may not hold as they are (D-Bus: server addresses) are written as %xx.
+// Escapes bytes that a D-Bus server address may not hold as %xx.
 std::string escapedForAddress(std::string_view text) {
   constexpr std::string_view plain = "-0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz/.\\*";
   constexpr std::string_view digits = "0123456789abcdef";

@@ -1,4 +1,4 @@
-// What the environment says about where keychain items are, as it is at the moment of asking.
+// Where keychain items are, according to the environment at the time of the call.
 #pragma once
 
 #include <filesystem>
@@ -7,13 +7,13 @@
 
 namespace platform {
 
-/// A variable's value; nothing where it is not set or empty.
+/// A variable's value; absent where it is not set or empty.
 std::optional<std::string> environmentText(const std::string& name);
 
-/// `DBUS_SESSION_BUS_ADDRESS`, else the socket `bus` in `XDG_RUNTIME_DIR`; nothing where neither is set.
+/// `DBUS_SESSION_BUS_ADDRESS`, else the socket `bus` in `XDG_RUNTIME_DIR`; absent where neither is set.
 std::optional<std::string> sessionBusAddress();
 
-/// `XDG_DATA_HOME`, else `.local/share` in `HOME`; nothing where neither is an absolute path (XDG Base Directory).
+/// `XDG_DATA_HOME`, else `.local/share` in `HOME`; absent where neither is an absolute path (XDG Base Directory).
 std::optional<std::filesystem::path> userDataFolder();
 
 }  // namespace platform

@@ -42,8 +42,8 @@ int openRetrying(int parent, const char* path, int flags) {
   return number;
 }
 
-// Why an entry that exists could not be opened, in words that help more than the error's own ("Too many levels of
-// symbolic links", "No such device or address").
+// Why an existing entry could not be opened, in clearer words than strerror's ("Too many levels of symbolic links", "No
+// such device or address").
 std::unexpected<FileRefusal> whyNotOpened(int parent, const char* path, int error, const char* wanted) {
   struct stat status{};
   if (error == ENOENT || fstatat(parent, path, &status, AT_SYMLINK_NOFOLLOW) != 0) return failure(error);
@@ -62,8 +62,8 @@ std::optional<std::string> ownershipFault(const struct stat& status, mode_t unwa
   return std::nullopt;
 }
 
-// Bytes on the heap. Those that were filled are overwritten before they are given back; the others are never touched,
-// so that room for the largest item costs no more memory than the item at hand.
+// A buffer on the heap. The filled bytes are overwritten before the buffer is freed. The others are never touched, so a
+// buffer for the largest item uses no more memory than the item that was read.
 class WipedBuffer {
  public:
   explicit WipedBuffer(std::size_t size) : bytes_(std::make_unique_for_overwrite<char[]>(size)), size_(size) {}
@@ -125,7 +125,7 @@ std::expected<void, FileRefusal> removeFile(const base::FileDescriptor& folder, 
     if (errno == EISDIR) return insecure("it is not a regular file");
     return failure(errno);
   }
-  // The file is already gone for every process. A file system that cannot sync a folder (EINVAL) does not change that.
+  // The name is already gone for every process, also where the file system cannot sync a folder (EINVAL).
   fsync(folder.get());
   return {};
 }

@@ -9,7 +9,7 @@
 
 namespace platform {
 
-/// Takes one line for a person, without a line end and without a secret. May be called from many threads, one at a
+/// Takes one line of text for the user, without a line end and without a secret. Called from any thread, one call at a
 /// time.
 using DiagnosticSink = std::function<void(std::string_view)>;
 

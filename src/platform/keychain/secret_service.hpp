@@ -28,18 +28,18 @@ class SecretService {
 
   BusResult<bool> anyCollectionUnlocked();
 
-  /// Items whose attributes hold at least those of `item`. Only to be called where a collection is unlocked: some
-  /// services open a dialog at a search otherwise.
+  /// Items that have at least the attributes of `item`. Call it only where a collection is unlocked: otherwise some
+  /// services open a dialog.
   BusResult<Found> searchItems(const ItemIdentity& item);
 
   /// Seconds since 1970, by the service's clock.
   BusResult<std::uint64_t> modified(const std::string& item);
 
-  /// The item's bytes. They cross the bus as they are ("plain"): the bus is the person's own, and whoever can listen
-  /// in on it can ask for the item too. `broken` when it holds more than `largestItem` bytes.
+  /// The item's bytes, sent over the bus unencrypted ("plain"): the bus belongs to the user, and a program that can
+  /// listen in on it can also ask for the item. `broken` when the item holds more than `largestItem` bytes.
   BusResult<base::SecretText> secretOf(const std::string& item);
 
-  /// A prompt that the service wants to show first is dismissed.
+  /// Dismisses the prompt if the service wants to show one first.
   BusResult<Deletion> deleteItem(const std::string& item);
 
  private:

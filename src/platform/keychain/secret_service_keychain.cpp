@@ -28,8 +28,8 @@ KeychainStatus statusOf(const BusFailure& failure) {
   return KeychainStatus::failed;
 }
 
-// gnome-keyring answers about one call in a thousand of a new client this way while other clients come and go: it has
-// not yet created the object that is called.
+// gnome-keyring answers about one first call in a thousand with this error while other clients come and go: it has not
+// yet created the called object.
 bool isWorthAnotherTry(const BusFailure& failure) {
   return failure.errorName == "org.freedesktop.DBus.Error.UnknownMethod";
 }

@@ -25,14 +25,14 @@ struct BusFailure;
 class SecretServiceKeychain final : public Keychain {
  public:
   struct Settings {
-    /// The session bus's address, asked for at each use; nothing where the session has no bus.
+    /// Returns the session bus's address, or nothing where the session has no bus. Called at each use.
     std::function<std::optional<std::string>()> busAddress = sessionBusAddress;
-    /// The longest that one call takes, connecting and signing on included.
+    /// The longest that one call takes, including connecting and authenticating.
     std::chrono::steady_clock::duration longestCall = std::chrono::seconds(2);
     /// After a call that took too long, calls answer `timedOut` at once for this long.
     std::chrono::steady_clock::duration pauseAfterTimeout = std::chrono::seconds(60);
     MonotonicClock clock = std::chrono::steady_clock::now;
-    /// Told when the service took too long.
+    /// Called when the service took too long.
     DiagnosticSink diagnostics = [](std::string_view) {};
   };
 

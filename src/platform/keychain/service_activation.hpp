@@ -1,5 +1,5 @@
-// Asks the bus once to start a service. On desktops that do not know the keyring, one that the login started appears on
-// the bus only when it is activated.
+// Asks the bus once to start a service. On desktops that do not start the keyring in the session, a keyring daemon that
+// the login (PAM) started takes its name on the bus only when it is activated.
 #pragma once
 
 #include <condition_variable>
@@ -13,8 +13,8 @@ namespace platform {
 /// Safe to use from many threads: one asks, the others wait for its answer.
 class ServiceActivation {
  public:
-  /// Whether the service has been started, now or earlier, so that a call to it is worth another try. A service that
-  /// could not be started is not asked for again: it would be a new process at each reading.
+  /// Whether the service has been started, now or earlier, so that the failed call should be tried again. A service
+  /// that could not be started is not started again: each read would cost a new process.
   BusResult<bool> startOnce(SessionBus& bus, const char* name, const base::Deadline& deadline);
 
  private:

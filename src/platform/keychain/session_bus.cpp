@@ -102,7 +102,7 @@ BusResult<bool> SessionBus::takeSignals() {
     if (handled < 0) return failure(Kind::broken);
     if (handled == 0) return signalled;
     if (!message) continue;
-    // The bus tells each connection unasked which names are its own.
+    // The bus tells each connection which names it owns (NameAcquired).
     const bool ownName = sd_bus_message_is_signal(message.get(), "org.freedesktop.DBus", "NameAcquired") > 0 ||
                          sd_bus_message_is_signal(message.get(), "org.freedesktop.DBus", "NameLost") > 0;
     signalled |= !ownName && sd_bus_message_is_signal(message.get(), nullptr, nullptr) > 0;

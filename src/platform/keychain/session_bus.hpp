@@ -1,5 +1,5 @@
-// A private connection to the session's message bus on which no step, not even connecting and signing on, waits past
-// a deadline. Knows D-Bus; what the calls mean is left to its users.
+// A private connection to the session's message bus on which no step, not even connecting and authenticating, waits
+// past a deadline. Knows D-Bus, but nothing of the services behind it.
 #pragma once
 
 #include <expected>
@@ -15,10 +15,10 @@ namespace platform {
 
 struct BusFailure {
   enum class Kind {
-    absent,    // no bus, or nobody on the bus bears the name
+    absent,    // no bus, or nobody on the bus owns the name
     timedOut,  // the deadline passed
     error,     // the other side answered with an error
-    broken,    // the connection ended, or a message is not what it should be
+    broken,    // the connection ended, or a message has an unexpected form
   };
   Kind kind = Kind::broken;
   std::string errorName;  // of an `error`: "org.freedesktop.DBus.Error.UnknownMethod"
@@ -46,7 +46,7 @@ using AppendArguments = std::function<int(sd_bus_message*)>;
 /// Used by one thread. A signal interrupts a wait, which is then resumed.
 class SessionBus {
  public:
-  /// `address` as D-Bus writes it, a list parted by ';'. Only Unix sockets are tried: other transports look up host
+  /// `address` is a D-Bus address list, separated by ';'. Only Unix sockets are tried: other transports look up host
   /// names or start programs, and neither ends by a deadline.
   static BusResult<SessionBus> connect(const std::string& address, const base::Deadline& deadline);
 
@@ -56,7 +56,8 @@ class SessionBus {
 
   /// Readable, for poll(2), once something has arrived.
   int descriptor() const { return sd_bus_get_fd(bus_.get()); }
-  /// Handles what has arrived without waiting. Whether a signal was among it, of those that were asked for (AddMatch).
+  /// Handles what has arrived without waiting. Returns whether that included a signal that was subscribed to
+  /// (AddMatch).
   BusResult<bool> takeSignals();
 
  private:

@@ -11,7 +11,7 @@ bool hasNothing(KeychainStatus status) {
   return status == KeychainStatus::itemNotFound || status == KeychainStatus::unavailable;
 }
 
-// A failure of either store is reported first, then a success, then that there was nothing to delete.
+// The more important of two results: a failure, then a success, then "nothing to delete".
 KeychainStatus ofBoth(KeychainStatus service, KeychainStatus files) {
   for (const auto status : {service, files}) {
     if (status != KeychainStatus::success && !hasNothing(status)) return status;

@@ -1,5 +1,5 @@
-// The keychain of this machine's user: the Secret Service where the session has one, else private files. Chosen anew
-// at each use. Constructing one reads nothing.
+// The user's keychain: the Secret Service where the session has one, else private files. The choice is made at each
+// use. The constructor reads nothing.
 #pragma once
 
 #include <filesystem>
@@ -16,11 +16,11 @@ namespace platform {
 class SystemKeychain final : public Keychain {
  public:
   struct Settings {
-    /// The variable that names a folder of files to be used alone, instead of everything else.
+    /// The environment variable that names a folder of files. If it is set, only that folder is used.
     std::string folderVariable;
     /// The folder of files below the user's data folder (`$XDG_DATA_HOME`), used where there is no Secret Service.
     std::filesystem::path folderBelowDataHome;
-    /// Told what the file store refuses, see `Refusals`, and when the Secret Service does not answer.
+    /// Called when the file store refuses an item, see `Refusals`, and when the Secret Service does not answer.
     DiagnosticSink diagnostics;
     SecretServiceKeychain::Settings secretService;  // its `diagnostics` are the ones above
   };
@@ -28,10 +28,10 @@ class SystemKeychain final : public Keychain {
   explicit SystemKeychain(Settings settings);
 
  private:
-  /// Does not fall back to files where the Secret Service is locked or does not answer: they may hold an old token.
+  /// Does not fall back to files while the Secret Service is locked or silent: they may hold an old token.
   KeychainResult find(const KeychainQuery& query, base::Deadline deadline) override;
 
-  /// Reaches both stores, so that an item deleted from one does not come back from the other.
+  /// Deletes from both stores, so that the next read does not find the item in the other one.
   KeychainStatus erase(const KeychainQuery& query, base::Deadline deadline) override;
 
   std::optional<FileKeychain> folderUsedAlone();

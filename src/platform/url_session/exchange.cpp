@@ -65,7 +65,7 @@ bool Exchange::setOptions(const TrustedCertificates& trusted, std::size_t longes
       .set(CURLOPT_NOSIGNAL, 1L)
       .set(CURLOPT_NOPROGRESS, 1L)
       .set(CURLOPT_BUFFERSIZE, receiveBufferBytes)
-      // Does not wait for the resolver's thread when the load is given up.
+      // When the load is abandoned, libcurl does not wait for its resolver thread.
       .set(CURLOPT_QUICK_EXIT, 1L)
       // The caller enforces the deadline; the library's own limit of five minutes for connecting does not apply.
       .set(CURLOPT_CONNECTTIMEOUT_MS, 0x7fffffffL);
@@ -84,9 +84,9 @@ bool Exchange::setOptions(const TrustedCertificates& trusted, std::size_t longes
       .set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(longestBody))
       .set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
 
-  // Requests that are under way at the same time share one connection over HTTP/2, so each waits until it is known what
-  // a connection that is being opened can do. A connection that no request uses is closed: what the server sends or
-  // does on it later must not reach the next request.
+  // Requests that run at the same time share one connection over HTTP/2, so each waits until a connection that is being
+  // opened has negotiated its protocol. A connection that no request uses is closed: nothing that the server sends on
+  // it later may reach the next request.
   options.set(CURLOPT_PIPEWAIT, load_->url().scheme() == "https" ? 1L : 0L).set(CURLOPT_FORBID_REUSE, 1L);
 
   // One of the two is null, so that nothing else is trusted. The library parses a file once for all connections of the

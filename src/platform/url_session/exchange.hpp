@@ -1,4 +1,4 @@
-// One load on the worker thread: the HTTP library's handle with every option set, and the response that it gathers.
+// One load on the worker thread: a libcurl handle with all its options, and the response that it collects.
 // The transfer loop decides when it starts and when it is given up.
 #pragma once
 

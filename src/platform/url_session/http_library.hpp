@@ -1,10 +1,10 @@
-// The HTTP library, made ready once for the process.
+// Initialisation of the HTTP library, once in a process.
 #pragma once
 
 namespace platform {
 
-/// Never undone: other code in the process may use the library too. What the library gives back to the heap is
-/// overwritten first, as it copies header fields that hold credentials. False where it cannot be made ready.
+/// Initialises libcurl; it is never torn down, because other code in the process may use it too. Memory that libcurl
+/// frees is overwritten first, as it copies header fields that hold credentials. Returns false where it fails.
 bool httpLibraryIsReady();
 
 }  // namespace platform

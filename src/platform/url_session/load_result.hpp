@@ -1,5 +1,4 @@
-// What a load gives: an answer of the server, or the reason why there is none. An answer with an error status is an
-// answer.
+// The result of a load: the server's answer, whatever its status, or the reason why there is none.
 #pragma once
 
 #include <cstdint>
@@ -33,9 +32,9 @@ struct TransportError {
     unsupportedUrl,
     /// A header field that cannot be sent as it is. Nothing of the request was sent.
     badHeader,
-    /// The connection ended, or what came was not HTTP, before the response was whole.
+    /// The connection ended before the response was complete, or the server did not speak HTTP.
     connectionLost,
-    /// The body is longer than the session takes.
+    /// The body is longer than the session's limit.
     tooLarge,
     other,
   };

@@ -24,8 +24,8 @@ LoadResult PendingLoad::await(std::stop_token stop, const std::function<void()>&
     settled_.notify_one();
   });
   bool isCancelled = false;
-  // Locked after the callback is registered, which may run it at once, and released before the callback is taken back,
-  // which waits for one that runs.
+  // Lock only after the callback is registered: registering may run it at once. Unlock before it is deregistered: that
+  // waits for a running callback.
   {
     std::unique_lock lock(mutex_);
     settled_.wait_until(lock, deadline_.end(), [this, &stopped] { return stopped || result_; });

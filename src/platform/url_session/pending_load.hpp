@@ -32,9 +32,8 @@ class PendingLoad {
   /// Worker: whether the caller has left and no result is wanted.
   bool isAbandoned() const { return abandoned_.load(std::memory_order_relaxed); }
 
-  /// Caller: waits for the result. Where a stop is requested or the deadline passes first, the load is abandoned, the
-  /// worker is told by `wakeWorker`, and the answer is `cancelled` or `timedOut`. The answer does not
-  /// depend on the worker being responsive.
+  /// Caller: waits for the result. If a stop is requested or the deadline passes first, it abandons the load, calls
+  /// `wakeWorker` and returns `cancelled` or `timedOut`, without waiting for the worker.
   LoadResult await(std::stop_token stop, const std::function<void()>& wakeWorker);
 
  private:
@@ -55,7 +54,7 @@ class LoadQueue {
 
   /// Every submitted load is settled: by the worker, or here once the queue refuses loads.
   void submit(std::shared_ptr<PendingLoad> load);
-  /// Makes the worker look for abandoned loads.
+  /// Makes the worker check for abandoned loads.
   void wake();
   /// Makes the worker end.
   void end();

@@ -31,7 +31,7 @@ class TransferLoop {
   TransferLoop(const TransferLoop&) = delete;
   TransferLoop& operator=(const TransferLoop&) = delete;
 
-  /// Does the queue's loads until it ends. Where the HTTP library does not start, every load is refused.
+  /// Carries out the queue's loads until the queue ends. If the HTTP library does not start, every load is refused.
   void run();
 
  private:

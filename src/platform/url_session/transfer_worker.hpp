@@ -12,7 +12,7 @@ namespace platform {
 
 class TransferWorker {
  public:
-  /// Starts the thread and returns at once; the HTTP library is made ready on it, beside whatever the caller does next.
+  /// Starts the thread and returns at once. The thread initialises the HTTP library while the caller goes on.
   /// Null when the thread cannot be started.
   static std::unique_ptr<TransferWorker> start(TransferSettings settings);
 

@@ -15,9 +15,9 @@ struct TrustedCertificates {
 
   bool operator==(const TrustedCertificates&) const = default;
 
-  /// `chosenFile` alone where it is not empty; /dev/null, which holds no certificate, in place of what is no regular
-  /// file: opening a pipe would wait for its other end. Otherwise `hashedFolder` if it holds a certificate under a
-  /// hashed name: finding one there takes microseconds, parsing a whole bundle 20 ms. Otherwise the library's defaults.
+  /// Only `chosenFile` if it is not empty. If it is not a regular file, /dev/null takes its place, which holds no
+  /// certificate: opening a pipe would wait for its other end. Otherwise `hashedFolder` if it holds a certificate under
+  /// a hashed name: a look-up there takes microseconds, parsing a whole bundle 20 ms. Otherwise the library's defaults.
   static TrustedCertificates choose(const std::string& chosenFile, const std::string& hashedFolder);
 };
 

@@ -1,5 +1,5 @@
 // A URL as text that is known to be well formed: RFC 3986's URI-reference, so "" and "/moje/zadania" are URLs too.
-// Nothing is normalised, escaped or resolved; whether a URL can be loaded is for the session to say.
+// Nothing is normalised, escaped or resolved. The session decides whether a URL can be loaded.
 #pragma once
 
 #include <optional>

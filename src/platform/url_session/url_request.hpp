@@ -30,11 +30,11 @@ struct UrlRequest {
   Url url;
   CachePolicy cachePolicy = CachePolicy::useProtocolCachePolicy;
 
-  /// Longest wait without a byte from the server, at least as long as the session's limit for the whole load, which
-  /// therefore always comes first.
+  /// Longest wait without a byte from the server. Must not be shorter than the session's limit for the whole load,
+  /// which therefore always strikes first.
   absl::Duration timeoutInterval = absl::Seconds(60);
 
-  /// When the load must be over, where that comes before the session's limit.
+  /// Ends the load if it comes before the session's own limit.
   base::Deadline deadline = base::Deadline::never();
 
   std::vector<HeaderField> headers;

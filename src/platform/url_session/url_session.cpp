@@ -52,7 +52,7 @@ LoadResult UrlSession::data(const UrlRequest& request, std::stop_token stop) con
   }
   auto headers = RequestHeaders::encode(request.headers);
   if (!headers) return std::unexpected(std::move(headers).error());
-  // Shared, because a cancelled caller leaves at once, while the worker still lets go of what it had begun.
+  // Shared, because a cancelled caller returns at once, while the worker still has to release the transfer.
   const auto load = std::make_shared<PendingLoad>(request.url, *std::move(headers), deadlineOf(request));
   if (stop.stop_requested()) return std::unexpected(cancelledError());
   TransferWorker* const transfers = worker();

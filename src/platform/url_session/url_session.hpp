@@ -1,6 +1,13 @@
 // An ephemeral HTTP session: GET requests over HTTP/1.1 and HTTP/2, nothing kept on disk, no cookies, no redirects.
-// Requests that run at the same time share one connection over HTTP/2; no connection outlives the requests on it. What
-// an answer's status means is left to the caller.
+// Requests that run at the same time share one connection over HTTP/2; no connection outlives the requests on it. The
+// caller judges an answer's status.
+//
+//   const UrlSession session(UrlSessionConfiguration::ephemeral());
+//   const LoadResult result = session.data({.url = *Url::parse("https://example.org/day")});
+//
+//   404 with a body        -> an answer with status 404
+//   connection refused     -> TransportError, kind cannotConnect
+//   no answer in time      -> TransportError, kind timedOut
 #pragma once
 
 #include <cstddef>
@@ -23,8 +30,8 @@ enum class CookieAcceptPolicy {
 };
 
 struct UrlSessionConfiguration {
-  /// Longest wait without a byte from the server. No shorter than the limit for the whole load, which therefore always
-  /// comes first: a session keeps that one only.
+  /// Longest wait without a byte from the server. Must not be shorter than the limit for the whole load, which
+  /// therefore always strikes first: the session enforces only that one.
   absl::Duration timeoutIntervalForRequest = absl::Seconds(60);
 
   /// Longest time for a whole load, from the call to the last byte.
@@ -38,7 +45,7 @@ struct UrlSessionConfiguration {
   /// A longer body ends its load with `tooLarge`.
   std::size_t longestBody = std::size_t{16} << 20;
 
-  /// A file of trusted root certificates (PEM), which are then the only ones; empty for the system's.
+  /// A file of root certificates (PEM), the only ones that are then trusted; empty for the system's.
   std::string trustedRootsFile;
 
   /// The system's root certificates as a folder in which OpenSSL finds them by their hash. Used where no file is named
@@ -53,7 +60,7 @@ class TransferWorker;
 
 class UrlSession {
  public:
-  /// Costs nothing: the worker thread starts with `prepare` or the first load.
+  /// Does not start the worker thread yet: `prepare` or the first load does.
   explicit UrlSession(UrlSessionConfiguration configuration);
 
   /// Ends loads under way with `cancelled` and joins the worker thread.

@@ -25,7 +25,7 @@ int extensionMain(const WidgetBundle& bundle, base::TaskGroup& tasks, const Exte
       hostListens = server.refuseLongLine();
     } else if (status == Status::wouldBlock) {
       pollfd waited{streams.requests, POLLIN, 0};
-      poll(&waited, 1, -1);  // an error is the next reading's
+      poll(&waited, 1, -1);  // the next read reports an error
     } else {
       break;
     }

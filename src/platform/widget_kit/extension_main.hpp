@@ -18,9 +18,9 @@ struct ExtensionStreams {
   std::function<void()> inputEnded = [] {};
 };
 
-/// Answers the host's requests, a line each, until the end of input; then the tasks in `tasks` are cancelled and waited
-/// for, and what they would still have answered is dropped. Returns the process's exit status. The caller ignores
-/// SIGPIPE, so that a host that left is a failed write.
+/// Answers the host's requests, one a line, until the end of input. Then it cancels the tasks in `tasks`, waits for
+/// them and drops their answers. Returns the process's exit status. The caller must ignore SIGPIPE, so that a write to
+/// a host that has exited fails with EPIPE.
 int extensionMain(const WidgetBundle& bundle, base::TaskGroup& tasks, const ExtensionStreams& streams = {});
 
 }  // namespace platform

@@ -1,14 +1,14 @@
-// What an extension does about the process that it is: nobody looks into it, and it ends when it is told to.
+// Settings of the extension's own process: other processes cannot read its memory, and it ends in time.
 #pragma once
 
 #include <chrono>
 
 namespace platform {
 
-/// For the first line of a program that will hold secrets. From here on other processes of the same user can neither
-/// read this one's memory nor attach to it, and it leaves no core; TLS keys are logged nowhere (SSLKEYLOGFILE), and a
-/// configuration of the TLS library that is no regular file (OPENSSL_CONF) is not waited for. Programs that this one
-/// would start begin anew.
+/// Call it in the first line of a program that will hold secrets. Afterwards other processes of the same user can
+/// neither read this process's memory nor attach to it, and it leaves no core file. It also ignores SSLKEYLOGFILE, so
+/// that no TLS key is logged, and OPENSSL_CONF where that names something other than a regular file, so that opening it
+/// cannot block. A program that is started with exec has to call this again.
 void keepProcessPrivate();
 
 /// Ends the process with status 0 when the time has passed, whatever its threads are waiting for.

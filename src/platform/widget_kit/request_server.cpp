@@ -16,7 +16,7 @@ std::unexpected<protocol::json_rpc::Error> badParams(std::string message) {
   return std::unexpected(protocol::json_rpc::makeError(ErrorCode::invalidParams, std::move(message)));
 }
 
-/// A parameter's text; empty where it is absent or no text.
+/// A parameter's text; empty where it is absent or not a string.
 std::string textOf(const json& params, const char* name) {
   const auto it = params.find(name);
   return it != params.end() && it->is_string() ? it->get<std::string>() : std::string{};
@@ -52,7 +52,7 @@ bool RequestServer::serve(std::string_view line) {
   auto request = protocol::json_rpc::parseRequest(line);
   if (!request) {
     answer(request.error());
-  } else if (!request->isNotification) {  // nobody waits for a notification's answer, so nothing is done for it
+  } else if (!request->isNotification) {  // a notification gets no answer, so none is computed
     dispatch(std::move(*request));
   }
   return open_;

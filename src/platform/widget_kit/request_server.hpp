@@ -1,4 +1,4 @@
-// The extension's side of the protocol (docs/protocol.md): a request in, an answer out, whenever it is ready.
+// The extension's side of the protocol (docs/protocol.md): takes requests and writes each answer when it is ready.
 #pragma once
 
 #include <atomic>
@@ -18,17 +18,17 @@ class RequestServer {
   RequestServer(const WidgetBundle& bundle, protocol::json_rpc::LineWriter& writer)
       : bundle_(bundle), writer_(writer) {}
 
-  /// Answers one line, or starts what will. False once the host no longer takes answers.
+  /// Answers one line, or starts the task that will. Returns false once the host has closed its end.
   bool serve(std::string_view line);
   bool refuseLongLine();
 
-  /// From here on nothing is answered any more.
+  /// Drops every answer from here on.
   void close() { open_ = false; }
 
  private:
   using Result = std::expected<nlohmann::json, protocol::json_rpc::Error>;
 
-  /// Where an answer goes that is not there yet.
+  /// Sends the answer to one request when it is ready.
   struct Reply {
     RequestServer* server;
     nlohmann::json id;

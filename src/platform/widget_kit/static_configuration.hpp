@@ -1,4 +1,4 @@
-// A widget without options of its own: a kind, a provider, and a view for each entry.
+// A widget that the user cannot configure: a kind, a provider, and a view for each entry.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,7 @@
 
 namespace platform {
 
-/// How a view learns the size in which it is drawn: asked when it renders, not when the content is built.
+/// Returns the size in which a view is drawn. A view calls it when it renders, not when the content is built.
 using FamilyEnvironment = std::function<protocol::WidgetFamily()>;
 
 /// How an entry travels between the extension and its host. A widget specialises it for its entry type with

@@ -1,4 +1,4 @@
-// What a provider gives its host: entries, each shown from its date on, and when to ask again.
+// A provider's answer: entries, each shown from its date on, and when the host asks again.
 #pragma once
 
 #include <concepts>

@@ -15,7 +15,8 @@ struct TimelineProviderContext {
   bool isPreview = false;  ///< the host shows the widget in its gallery
 };
 
-/// What a provider calls with its answer: exactly once, on any thread. Anything else is a mistake in the provider.
+/// A provider calls this with its answer, exactly once and on any thread. Not calling it, or calling it twice, is a
+/// bug.
 template <typename Answer>
 class Completion {
  public:
@@ -33,15 +34,15 @@ class Completion {
   std::move_only_function<void(Answer)> handler_;
 };
 
-/// A provider may be asked on any thread and many times at once.
+/// The host may call a provider on any thread, and several times at once.
 template <TimelineEntry Entry>
 class TimelineProvider {
  public:
   virtual ~TimelineProvider() = default;
 
-  /// What stands for the widget while nothing is known; answered at once.
+  /// The entry that is shown before the first timeline has been loaded. Returns at once.
   virtual Entry placeholder(const TimelineProviderContext& context) const = 0;
-  /// A single entry for a quick look; a preview is answered before the call returns.
+  /// A single entry for a quick look. For a preview the completion is called before this returns.
   virtual void getSnapshot(const TimelineProviderContext& context, Completion<Entry> completion) const = 0;
   /// The entries to show from now on and when to ask again.
   virtual void getTimeline(const TimelineProviderContext& context, Completion<Timeline<Entry>> completion) const = 0;

@@ -3,7 +3,7 @@
 namespace platform {
 namespace {
 
-/// A configuration that answers as the one it wraps; a modifier changes one answer.
+/// Forwards every call to the configuration that it wraps. Each modifier below overrides one of them.
 class Wrapper : public WidgetConfiguration {
  public:
   explicit Wrapper(std::unique_ptr<const WidgetConfiguration> inner) : inner_(std::move(inner)) {}

@@ -1,5 +1,9 @@
-// A widget's declaration as the host sees it: its identity, its words, its sizes and the answers of its provider, with
-// entries in their JSON form. static_configuration.hpp makes one; modifiers wrap it.
+// A widget's declaration as the host sees it: kind, name, description, sizes and the answers of its provider, with
+// entries as JSON. static_configuration.hpp makes one, and modifiers wrap it:
+//
+//   StaticConfiguration("org.example.clock", std::make_unique<ClockProvider>(), clockView)
+//       .configurationDisplayName("Clock")
+//       .supportedFamilies({WidgetFamily::systemSmall})
 #pragma once
 
 #include <expected>

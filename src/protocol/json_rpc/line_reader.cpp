@@ -10,7 +10,7 @@ namespace protocol::json_rpc {
 namespace {
 
 constexpr std::size_t smallestRead = std::size_t{64} << 10;
-// A buffer that one long line has grown beyond this is given back once the line is handed out.
+// A buffer that a long line has made larger than this is freed after the line has been returned.
 constexpr std::size_t keptStorage = std::size_t{1} << 20;
 
 }  // namespace
@@ -42,7 +42,7 @@ LineReader::Result LineReader::next() {
 LineReader::Result LineReader::takeLine(std::size_t lineEnd) {
   const std::string_view text(storage_.data() + begin_, lineEnd - begin_);
   begin_ = scanned_ = std::min(lineEnd + 1, end_);
-  // The line may have come whole in the very read that passed the limit.
+  // The read that passed the limit may have brought the line's end too.
   if (text.size() > maximumLength_) return {.status = Status::tooLong};
   return {.status = Status::line, .text = text};
 }

@@ -1,5 +1,5 @@
 // Splits what arrives on a descriptor into lines. It keeps at most one line of the permitted length in memory,
-// whatever the other side sends; what a line means is left to its reader.
+// whatever the other side sends.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ class LineReader {
  public:
   enum class Status {
     line,        ///< `text` holds one line
-    tooLong,     ///< a line passed the limit; told once, as soon as it is known, and the rest of it is read past
+    tooLong,     ///< a line passed the limit; reported once, as soon as it is known; the rest of the line is skipped
     wouldBlock,  ///< a non-blocking descriptor has nothing more for now
     endOfInput,
     failed,  ///< read(2) failed with `error`
@@ -31,7 +31,7 @@ class LineReader {
   explicit LineReader(int descriptor, std::size_t maximumLength = maximumLineLength)
       : descriptor_(descriptor), maximumLength_(maximumLength) {}
 
-  /// The next line. Text before the end of input counts as a line without its line end too.
+  /// The next line. Text before the end of input counts as a line too.
   Result next();
 
  private:

@@ -1,4 +1,4 @@
-// Writes whole lines to a descriptor from any thread. What stands in a line is left to its writer.
+// Writes whole lines to a descriptor from any thread.
 #pragma once
 
 #include <expected>
@@ -10,8 +10,8 @@ namespace protocol::json_rpc {
 
 class LineWriter {
  public:
-  /// Does not own `descriptor`. A process that writes to a pipe ignores or blocks SIGPIPE, so that a reader who left
-  /// is told here as EPIPE.
+  /// Does not own `descriptor`. The process must ignore or block SIGPIPE, so that a reader that has
+  /// exited is reported as EPIPE.
   explicit LineWriter(int descriptor) : descriptor_(descriptor) {}
 
   /// Writes `line`, which holds no "\n", and its line end; returns when all of it is written. Lines of several

@@ -1,5 +1,4 @@
-// Requests and responses of JSON-RPC 2.0, one object a line, batches left out. Which methods exist and what their
-// parameters mean is left to the two sides.
+// Requests and responses of JSON-RPC 2.0, one object a line, without batches. Knows no methods or parameters.
 #pragma once
 
 #include <cstddef>
@@ -33,7 +32,7 @@ Error makeError(ErrorCode code, std::string message);
 
 struct Request {
   nlohmann::json id;            ///< null, a string or a number (64-bit integers exact)
-  bool isNotification = false;  ///< without an id, which is not the same as the id null: it gets no response
+  bool isNotification = false;  ///< has no id (which differs from the id null) and gets no response
   std::string method;
   nlohmann::json params;  ///< an array, an object, or null where absent
 };
@@ -43,8 +42,8 @@ struct Response {
   std::expected<nlohmann::json, Error> outcome;
 };
 
-/// A line that is no request comes back as the response it is owed: parseError or invalidRequest, with the request's
-/// id where the line has a usable one.
+/// For a line that is not a request the error is the response to send: parseError or invalidRequest, with the request's
+/// id if the line has a usable one.
 /// `mostValues` as of `parseJson`.
 std::expected<Request, Response> parseRequest(std::string_view line,
                                               std::size_t mostValues = std::numeric_limits<std::size_t>::max());

@@ -59,7 +59,7 @@ inline LocalizedKey key(std::string format, std::int64_t argument) { return {std
 inline View Spacer(double minLength = 0) { return View({.kind = SpacerNode{minLength}}); }
 inline View Divider() { return View({.kind = DividerNode{}}); }
 
-/// None, one or several children of a stack.
+/// Zero or more children of a stack.
 struct Views {
   std::vector<Node> nodes;
 
@@ -83,7 +83,7 @@ Views forEach(std::span<const Element> elements, Content content) {
   return Views(std::move(nodes));
 }
 
-/// A stack's children, written in braces; they are moved in, which a list of initialisers could not do.
+/// A stack's children, written in braces. They are moved, which std::initializer_list does not allow.
 struct Children {
   std::vector<Node> nodes;
 

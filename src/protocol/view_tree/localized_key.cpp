@@ -12,8 +12,8 @@ struct Wording {
   std::string_view lithuanian;
 };
 
-// A number is never agreed with: each wording is right for 1, 2, 5, 11, 21 and any other count, where Lithuanian and
-// Polish would need three forms of a noun.
+// No noun depends on the number: each wording is correct for 1, 2, 5, 11, 21 and any other count. Otherwise Lithuanian
+// and Polish would need three forms of the noun.
 constexpr std::array wordings{
     Wording{"Vamba", "Vamba", "Vamba"},
     Wording{"%lld do decyzji", "%lld to decide", "Spręsti: %lld"},

@@ -1,4 +1,4 @@
-// Localised keys: the wordings of those that the widget sends, and the numbers put into them.
+// Localised keys: their wordings in each language, with numbers put in.
 //
 //   withArguments(wordingOf("%lld do decyzji", "lt").value(), {{3}})   "Spręsti: 3"
 #pragma once
@@ -21,7 +21,7 @@ std::string withArguments(std::string_view format, std::span<const std::int64_t>
 /// has no wordings.
 std::optional<std::string_view> wordingOf(std::string_view key, std::string_view language);
 
-/// What a host shows that does not know the key: the sender's own text, else the key as written with its arguments.
+/// What a host shows if it does not know the key: the sender's own text, else the key with its arguments.
 std::string asWritten(const LocalizedKey& key);
 
 }  // namespace protocol

@@ -1,6 +1,6 @@
 // The view tree: what a widget shows, as values. A view is a function that returns nodes; builders.hpp makes them,
-// node_json.hpp carries them between processes, and painters lay them out. Equal trees compare equal: nothing to
-// redraw.
+// node_json.hpp converts them to JSON, and painters lay them out. Trees are compared with ==: a host need not redraw an
+// equal one.
 #pragma once
 
 #include <cstdint>
@@ -25,7 +25,7 @@ enum class VerticalAlignment { center, firstTextBaseline };
 enum class TextStyle { headline, caption, caption2 };
 enum class FontWeight { regular, medium, semibold };
 enum class ForegroundStyle { primary, secondary, tertiary, tint, red };
-/// What a text of a row says, for hosts that show the day in another form.
+/// What a text in a row means, for hosts that show the day in another form.
 enum class TextRole { time, title, project, day, overdue };
 enum class CapsuleCorners { continuous };
 enum class ContainerBackground { background };
@@ -55,7 +55,7 @@ struct TextNode {
   bool operator==(const TextNode&) const = default;
 };
 
-/// Takes the room that its siblings leave.
+/// Takes up the space that its siblings leave.
 struct SpacerNode {
   double minLength = 0;
   bool operator==(const SpacerNode&) const = default;

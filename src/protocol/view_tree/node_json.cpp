@@ -38,7 +38,7 @@ std::string nameOf(Enum value) {
 }
 
 ordered_json number(double value) {
-  // Points are mostly whole: 6, not 6.0.
+  // Whole numbers of points are written as 6, not 6.0.
   if (std::trunc(value) == value && std::abs(value) < 1e15) return static_cast<std::int64_t>(value);
   return value;
 }
@@ -104,7 +104,7 @@ std::optional<Enum> choice(const JsonObject& object, const char* name) {
 
 Node nodeOf(const JsonObject& object);
 
-/// None also where the word is not known: an extension may have more of them.
+/// Absent for an unknown word too: a newer extension may send more of them.
 std::optional<TextRole> roleOf(const JsonObject& object) {
   const json* word = object.find("role");
   if (word == nullptr || !word->is_string()) return std::nullopt;

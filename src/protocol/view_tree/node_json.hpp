@@ -13,7 +13,7 @@ namespace protocol {
 nlohmann::ordered_json toJson(const Node& node);
 
 /// Reads a tree; keys that the form does not know are ignored. The error names the field at fault with its path
-/// ("children[2].spacing: not a number"). Nesting is taken as it comes: bound it where the JSON is read.
+/// ("children[2].spacing: not a number"). The nesting is not limited here; `parseJson` limits it.
 std::expected<Node, std::string> nodeFromJson(const nlohmann::json& json);
 
 }  // namespace protocol

@@ -71,7 +71,7 @@ TEST(TaskGroup, CancelsAndJoinsWhenItEnds) {
   EXPECT_TRUE(stopped);
 }
 
-/// While it lives no thread can be had: none finds room for its stack.
+/// While it lives no thread can be started: there is no address space for its stack.
 class NoThreads {
  public:
   NoThreads() {

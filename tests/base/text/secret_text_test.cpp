@@ -51,7 +51,7 @@ TEST(SecretText, OverwritesItsBytesBeforeItGivesThemBack) {
 }  // namespace
 }  // namespace base
 
-// Looks at the watched array at the last moment.
+// Checks the watched array just before it is freed.
 void* operator new[](std::size_t size) {
   if (void* const bytes = std::malloc(size)) return bytes;
   throw std::bad_alloc();

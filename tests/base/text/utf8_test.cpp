@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// Written down the simplest way: RFC 3629's table, the first byte's row and what may follow it.
+/// The simplest implementation: RFC 3629's table, with what may follow each first byte.
 bool isOneCodePoint(std::string_view bytes) {
   const auto at = [bytes](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
   const auto between = [](unsigned char byte, int low, int high) { return byte >= low && byte <= high; };

@@ -19,7 +19,7 @@ std::string inDeviceZone(absl::Time instant) {
   return absl::FormatTime("%Y-%m-%d %H:%M %Ez", instant, deviceTimeZone());
 }
 
-/// The peer: what the system's own C library makes of the instant under the same `TZ`.
+/// What the C library shows for the instant under the same `TZ`.
 std::string inCLibrary(absl::Time instant) {
   const std::time_t seconds = absl::ToTimeT(instant);
   std::tm broken{};
@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(Values, DeviceTimeZone,
                                          "Fixed/UTC+05:00:00", "libc:localtime", "/usr/share/zoneinfo/Asia/Beirut",
                                          ":/usr/share/zoneinfo/Asia/Beirut", "../zoneinfo/Europe/Warsaw"));
 
-// Whoever opened the pipe would wait for its other end.
+// Opening the pipe would block.
 TEST(DeviceTimeZoneFile, OfAPipeOrADeviceIsUtcAndIsNotWaitedFor) {
   const support::TemporaryFolder folder;
   ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);

@@ -1,4 +1,4 @@
-// One decoder, many threads: what the shared decoder of a process has to stand.
+// One decoder used by many threads at once.
 #include <atomic>
 #include <latch>
 #include <string>

@@ -1,4 +1,4 @@
-// What the tests of the decoder decode: a value of any kind, a record of its own kind, and a date that says its text.
+// Types for the decoder's tests: a value of any kind, a record, and a date strategy.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace platform {
 
-/// Takes any value and looks at none of it.
+/// Accepts any value without reading it.
 struct Anything {};
 inline Decoded decodeInto(const JsonValue&, Anything&) { return {}; }
 

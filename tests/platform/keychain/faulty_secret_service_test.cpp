@@ -29,7 +29,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-// A wait that did not end at its limit would end with the test's own, or with an answer that is not `timedOut`.
+// A wait without its limit would end by the test's time limit, or with another status than `timedOut`.
 constexpr auto shortLimit = 200ms;
 // For tests in which nothing is slow.
 constexpr auto ampleLimit = 20s;

@@ -29,7 +29,7 @@ using ::testing::Not;
 constexpr uid_t somebodyElse = 65534;
 const std::string secret = "s3cret-token";
 
-// A root with one item "token", as whoever signs a device in would make it.
+// A root with one item "token", as signing in creates it.
 class FileKeychainTest : public ::testing::Test {
  protected:
   FileKeychainTest() {

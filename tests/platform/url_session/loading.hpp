@@ -1,4 +1,4 @@
-// Short forms that the session's tests share.
+// Short functions that the session's tests share.
 #pragma once
 
 #include <chrono>

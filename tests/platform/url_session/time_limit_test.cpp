@@ -19,7 +19,7 @@ using support::Stall;
 
 constexpr milliseconds limit(150);
 
-// A server, or the lack of one, that leaves a load waiting in one phase for ever.
+// Keeps a load waiting for ever in one phase.
 struct Silence {
   support::ScriptedHttpServer server;
   support::FullListener full;
@@ -70,7 +70,7 @@ const std::vector<Phase>& phases() {
   return all;
 }
 
-// A limit that did not hold would leave these loads waiting for ever.
+// Without the limit these loads would wait for ever.
 TEST(TimeLimit, OfTheSessionEndsALoadInEveryPhase) {
   for (const Phase& phase : phases()) {
     Silence silence;

@@ -99,7 +99,7 @@ int connectionsTo(std::uint16_t port) {
   return count;
 }
 
-// A connection that were kept would be closed by the server after a second, and the next request lost on it.
+// The server closes an idle connection after a second: a request on a kept connection would be lost.
 TEST(Tls, KeepsNoConnectionThatTheServerMayClose) {
   for (const auto protocol : {NginxProtocol::tlsHttp1, NginxProtocol::tlsHttp2}) {
     NginxServer server({.protocol = protocol, .bodies = bodies, .directives = "    keepalive_timeout 1s;\n"});
@@ -139,7 +139,7 @@ TEST(Tls, RefusesAServerThatCannotBeTrusted) {
 TEST(Tls, FindsTheAuthorityInABundleOfMany) {
   for (const NginxProtocol offered : {NginxProtocol::tlsHttp1, NginxProtocol::tlsHttp2}) {
     NginxServer server({.protocol = offered, .bodies = bodies, .requiredAuthorization = "Bearer tok"});
-    // The strangers bear the same name.
+    // The foreign authorities have the same name.
     const support::TestCertificates strangers[3];
     const support::TemporaryFolder folder;
     std::ofstream bundle(folder.path("bundle.pem"));

@@ -167,7 +167,7 @@ TEST_F(ExtensionMain, AnswersNoNotification) {
   EXPECT_EQ(answer()["id"], 9);
 }
 
-// Another process that shares a terminal may have made it so.
+// Another process that shares the terminal may have made the input non-blocking.
 TEST_F(ExtensionMain, WaitsForANonBlockingInput) {
   makeInputNonBlocking();
   request(1, "placeholder", smallSample);
