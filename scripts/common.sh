@@ -5,7 +5,7 @@ jobs=$(nproc)
 export NINJA_STATUS='[%f/%t, %es] '
 export CLICOLOR_FORCE=0
 
-# Copies of the checkout share compiled objects; without a home folder the cache lives in the checkout.
+# Copies of the checkout share compiled objects. Without a home folder the cache is in the checkout.
 export CCACHE_BASEDIR="$root" CCACHE_NOHASHDIR=true CCACHE_SLOPPINESS=pch_defines,time_macros
 if [ -z "${CCACHE_DIR:-}" ] && ! { [ -n "${HOME:-}" ] && [ -w "$HOME" ]; }; then
   export CCACHE_DIR="$root/build/ccache"
@@ -13,7 +13,7 @@ fi
 
 say() { printf '==> %s\n' "$*"; }
 
-# The last words of a command that cannot go on.
+# fail TEXT...: says why on standard error and ends the script with status 1.
 fail() {
   printf '%s: %s\n' "${0##*/}" "$*" >&2
   exit 1

@@ -1,7 +1,7 @@
-# Completion of vamba-host for bash. The program itself says what may come next.
+# Completion of vamba-host for bash. It asks the program itself for the candidates.
 _vamba_host() {
   local word line joined='' words=() offered=()
-  # bash parts words at "=": --family=small arrives as three.
+  # bash splits words at "=": --family=small arrives as three words.
   for word in "${COMP_WORDS[@]:1:COMP_CWORD}"; do
     if [[ $word == '=' && ${#words[@]} -gt 0 ]]; then
       words[-1]+='='

@@ -1,4 +1,4 @@
-# Completion of vamba-host for fish. The program itself says what may come next.
+# Completion of vamba-host for fish. It asks the program itself for the candidates.
 function __vamba_host_offers
     set -l before (commandline -opc)
     set -l current (commandline -ct)

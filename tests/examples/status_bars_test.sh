@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# status_bars_test.sh EXAMPLES BIN: the examples with the real bars and the real widget, which nobody has signed in.
+# status_bars_test.sh EXAMPLES BIN: runs the examples with the real bars and the real widget, signed out.
 set -euo pipefail
 examples=$1
 export PATH=$2:$PATH

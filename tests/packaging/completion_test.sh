@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# completion_test.sh SHELL COMPLETIONS BIN: types the start of a command line in that shell and looks what it offers.
+# completion_test.sh SHELL COMPLETIONS BIN: types the start of a command line in that shell and checks what it offers.
 set -euo pipefail
 shell=$1
 completions=$2
@@ -22,7 +22,7 @@ offers() {
 offered_by_bash() {
   bash --norc -c '
     source "$1"
-    # As bash itself parts a line: at blanks, and "=" is a word of its own.
+    # As bash itself splits a line: at blanks, and "=" is a word of its own.
     read -ra COMP_WORDS <<<"${2//=/ = }"
     [[ $2 == *[" ="] ]] && COMP_WORDS+=("")
     COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
@@ -70,7 +70,7 @@ offers 'vamba-host show --entry p' preview placeholder
 offers 'vamba-host show --entry ent' entry.json
 offers 'vamba-host autostart o' on off
 offers 'vamba-host watch --format w' waybar
-# bash offers what comes behind the "=", fish the whole word.
+# bash offers what follows the "=", fish the whole word.
 case $shell in
   bash) offers 'vamba-host show --family=l' large ;;
   fish) offers 'vamba-host show --family=l' --family=large ;;

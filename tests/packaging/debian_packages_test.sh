@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# debian_packages_test.sh BUILD: makes the Debian packages, lets lintian judge them, unpacks them and runs what is inside.
+# debian_packages_test.sh BUILD: makes the Debian packages, checks them with lintian, unpacks them and runs the programs.
 set -euo pipefail
 build=$1
 place=$(mktemp -d)
 trap 'rm -rf -- "$place"' EXIT
 
-# From another folder than the one that other tests install from at the same time.
+# In a folder of its own: other tests install from the build folder at the same time.
 (cd "$build" && cpack -B "$place" >"$place/cpack.log" 2>&1) || { cat "$place/cpack.log" >&2; exit 1; }
 packages=("$place"/vamba-widget_*.deb "$place"/vamba-widget-desktop_*.deb)
 for package in "${packages[@]}"; do [ -s "$package" ] || { ls "$place" >&2; exit 1; }; done

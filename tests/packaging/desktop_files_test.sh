@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# desktop_files_test.sh SOURCES BUILT: the desktop entry and the metadata are as the desktops' own checkers want them.
+# desktop_files_test.sh SOURCES BUILT: checks the desktop entry and the metadata with the desktops' own validators.
 set -euo pipefail
 desktop-file-validate "$1/pl.ferol.vamba.Desktop.desktop"
 appstreamcli validate --no-net "$2/pl.ferol.vamba.Desktop.metainfo.xml"

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# hardening_test.sh PROGRAM...: every program is position independent, binds all functions at its start into tables that
-# are then read-only, has no executable stack, and was compiled with stack protectors and checked library calls.
+# hardening_test.sh PROGRAM...: checks that every program is position independent, binds all functions at its start
+# into tables that are then read-only, has no executable stack, and was compiled with stack protectors and checked library
+# calls.
 set -euo pipefail
 failed=0
 expect() { # expect PROGRAM WHAT PATTERN TEXT

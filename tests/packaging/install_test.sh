@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# install_test.sh BUILD: installs the build into an empty place and runs what arrived there.
+# install_test.sh BUILD: installs the build into an empty folder and runs the installed programs.
 set -euo pipefail
 build=$1
 place=$(mktemp -d)

@@ -19,7 +19,7 @@ std::unexpected<std::string> failure(const std::string& what, const std::filesys
   return std::unexpected("can't " + what + " " + file.string() + ": " + reason);
 }
 
-/// The file's text; none where there is no file. A foreign one is an error.
+/// The file's text; none where there is no file. A file that `vamba-host` did not write is an error.
 std::expected<std::optional<std::string>, std::string> ownText(const std::filesystem::path& file) {
   auto text = base::readFile(file, largestFile);
   if (text && startedProgram(*text)) return *std::move(text);
@@ -64,7 +64,7 @@ Autostart::Autostart(const std::filesystem::path& configFolder, ServiceManager& 
 
 std::expected<AutostartStatus, std::string> Autostart::on(const std::filesystem::path& program) {
   if (const auto possible = canBeStarted(program); !possible) return std::unexpected(possible.error());
-  // Nothing is begun where one of the names is taken.
+  // Both names are checked before anything is written.
   for (const auto& file : {unit_, entry_}) {
     if (const auto own = ownText(file); !own) return std::unexpected(own.error());
   }
@@ -73,7 +73,7 @@ std::expected<AutostartStatus, std::string> Autostart::on(const std::filesystem:
   const std::string text = bySystemd ? systemdUnit(program) : autostartEntry(program);
   if (const auto written = write(file, text); !written) return std::unexpected(written.error());
   if (bySystemd && !isThere(link_)) {
-    // What `systemctl --user enable` does, also where there is no systemctl.
+    // What `systemctl --user enable` does. Here it also works without systemctl.
     std::error_code error;
     std::filesystem::create_directories(link_.parent_path(), error);
     if (!error) std::filesystem::create_symlink("../" + unit_.filename().string(), link_, error);
@@ -89,7 +89,7 @@ std::expected<void, std::string> Autostart::remove(StartMeans means) {
   const auto& file = means == StartMeans::systemdUnit ? unit_ : entry_;
   const auto own = ownText(file);
   if (!own) return std::unexpected(own.error());
-  // A link that leads nowhere is left from a unit that was removed by hand.
+  // The link may be left over from a unit that was removed by hand.
   const bool linked = means == StartMeans::systemdUnit && isThere(link_);
   if (linked) {
     if (auto removed = removeFile(link_); !removed) return removed;

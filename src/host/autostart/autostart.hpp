@@ -1,5 +1,10 @@
-// Whether the widgets come up with a session, and by which means: a unit of the user's systemd where that knows of the
-// graphical session, else an entry of XDG autostart. Never both: the second start would open the gallery.
+// Starts the widgets with each session: by a unit of the user's systemd where graphical-session.target is active, else
+// by an entry of XDG autostart. Never by both, because a second start opens the gallery.
+//
+//   Systemd systemd;
+//   Autostart autostart(*base::userConfigFolder(std::getenv), systemd);
+//   autostart.on("/usr/bin/vamba-host");  // from the next session on
+//   autostart.status();                   // which file does it, or std::nullopt
 #pragma once
 
 #include <expected>
@@ -16,32 +21,32 @@ enum class StartMeans { systemdUnit, autostartEntry };
 struct AutostartStatus {
   StartMeans means;
   std::filesystem::path file;
-  std::filesystem::path program;  ///< that is started
-  bool programThere = true;       ///< whether that can be run still
+  std::filesystem::path program;  ///< the program that is started
+  bool programThere = true;       ///< whether it can still be run
   bool operator==(const AutostartStatus&) const = default;
 };
 
-/// Errors are sentences for a person, without a full stop. Files that it did not write itself are an error wherever
-/// they bear the name of its own, and stay as they are.
+/// Errors are sentences for a person, without a full stop. A file of one of its names that it did not write is an error
+/// and is left as it is.
 class Autostart {
  public:
   /// The folder is the user's configuration (`base::userConfigFolder`).
   Autostart(const std::filesystem::path& configFolder, ServiceManager& services);
 
-  /// Has `program`, an absolute path, started as `PROGRAM desktop` with each session from the next one on.
+  /// Starts `program`, an absolute path, as `PROGRAM desktop` in each session from the next one on.
   std::expected<AutostartStatus, std::string> on(const std::filesystem::path& program);
 
-  /// Whether on or not before.
+  /// Removes what `on` wrote. No error where there is nothing to remove.
   std::expected<void, std::string> off();
 
-  /// None: off.
+  /// None where it is off.
   std::expected<std::optional<AutostartStatus>, std::string> status() const;
 
  private:
   std::expected<void, std::string> remove(StartMeans means);
 
   std::filesystem::path unit_;
-  std::filesystem::path link_;  ///< by which the graphical session wants the unit
+  std::filesystem::path link_;  ///< the link in graphical-session.target.wants
   std::filesystem::path entry_;
   ServiceManager& services_;
 };

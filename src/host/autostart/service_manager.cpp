@@ -14,13 +14,13 @@
 namespace host {
 namespace {
 
-/// The manager's own socket: without it systemctl would only complain, after a while.
+/// Whether the manager's socket is there. Without it systemctl fails after a delay.
 bool managerRuns() {
   const char* const folder = std::getenv("XDG_RUNTIME_DIR");
   return folder != nullptr && access((std::string(folder) + "/systemd/private").c_str(), F_OK) == 0;
 }
 
-/// Whether `systemctl --user ARGUMENT...` is there and says yes. Its own words are dropped.
+/// Whether `systemctl --user ARGUMENT...` ends with status 0. Its output is dropped.
 bool systemctl(std::initializer_list<const char*> arguments) {
   if (!managerRuns()) return false;
   std::vector<std::string> words{"systemctl", "--user", "--quiet"};

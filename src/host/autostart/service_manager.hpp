@@ -1,4 +1,4 @@
-// What has to be asked of the user's service manager, which a session may have or not.
+// What the autostart asks of the user's service manager. A session may have none.
 #pragma once
 
 namespace host {
@@ -10,10 +10,10 @@ class ServiceManager {
   ServiceManager& operator=(const ServiceManager&) = delete;
   virtual ~ServiceManager() = default;
 
-  /// Whether there is one and it knows that a graphical session runs now: then it will know of the next one.
+  /// Whether there is one, and graphical-session.target is active in it. The next session will then reach it too.
   virtual bool knowsGraphicalSession() = 0;
 
-  /// Has it read its units anew; without one, nothing.
+  /// Makes it read its units again. Does nothing where there is none.
   virtual void reload() = 0;
 };
 

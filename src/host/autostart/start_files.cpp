@@ -5,8 +5,8 @@
 namespace host {
 namespace {
 
-// Tells the program in plain words, and that the file is ours to replace and remove. Readers of both kinds of files
-// pass over keys that begin with "X-".
+// Names the program without quotes, and marks the file as one that may be replaced and removed here. Readers of both
+// kinds of files ignore keys that begin with "X-".
 constexpr std::string_view programKey = "X-Vamba-Program=";
 
 /// With `escape` before each of the characters.
@@ -40,7 +40,7 @@ bool hasLine(std::string_view text, std::string_view wanted) {
 }  // namespace
 
 std::string systemdUnit(const std::filesystem::path& program) {
-  // The colon keeps systemd from reading '$' in it as a variable.
+  // The colon stops systemd from expanding '$' as a variable.
   const std::string quoted = "\"" + doubledPercent(program.string()) + "\"";
   return "# Written by `vamba-host autostart on`; `vamba-host autostart off` removes it.\n"
          "[Unit]\n"
@@ -60,7 +60,7 @@ std::string systemdUnit(const std::filesystem::path& program) {
 }
 
 std::string autostartEntry(const std::filesystem::path& program) {
-  // Two rules one over the other: first of an argument in quotes, then of any string in the file.
+  // Escaped twice: first as an argument in quotes, then as a string value of the file.
   const std::string quoted = "\"" + doubledPercent(escaped(program.string(), "\"`$\\", '\\')) + "\"";
   return "# Written by `vamba-host autostart on`; `vamba-host autostart off` removes it.\n"
          "[Desktop Entry]\n"

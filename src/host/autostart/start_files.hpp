@@ -1,5 +1,5 @@
 // The files that start the widgets with a session: a unit of the user's systemd, and an entry of XDG autostart. Only
-// their text; where they lie is the autostart's matter.
+// their text: autostart.hpp says where they are.
 #pragma once
 
 #include <expected>
@@ -20,14 +20,14 @@ std::string autostartEntry(const std::filesystem::path& program);
 /// Whether a unit can start the program: systemd refuses one with quotes or backslashes in its path.
 bool systemdCanStart(const std::filesystem::path& program);
 
-/// Whether an entry can start the program, whatever else its path holds: no control characters, and no '=', which the
-/// Desktop Entry Specification forbids in a program's path. The error is a sentence for a person.
+/// Whether an entry can start the program: its path may hold anything but control characters and '=', which the Desktop
+/// Entry Specification forbids. The error is a sentence for a person.
 std::expected<void, std::string> canBeStarted(const std::filesystem::path& program);
 
 /// The program that one of these texts starts; none for a text that was not made here.
 std::optional<std::filesystem::path> startedProgram(std::string_view text);
 
-/// Whether a session skips the entry, since a settings program has switched it off.
+/// Whether a settings program has switched the entry off, so that sessions skip it.
 bool isSwitchedOff(std::string_view entry);
 
 }  // namespace host

@@ -259,7 +259,7 @@ Exit refused(const Parser& parser, const std::string& what) {
 
 std::variant<CommandLine, Exit> parseCommandLine(int argc, const char* const* argv) {
   Parser parser;
-  // Asked by the completions of the shells; not for people, and so not in the help.
+  // For the completions of the shells, not for people: the help does not list it.
   if (argc > 1 && std::string_view(argv[1]) == "--complete") {
     return Exit{exit_status::shown, completions(parser.app(), {argv + 2, argv + argc}), {}};
   }

@@ -1,4 +1,4 @@
-// The command line of `vamba-host`, read into a value. What the commands do is the other files' business.
+// The command line of `vamba-host`, read into a value. host/commands runs the commands.
 #pragma once
 
 #include <filesystem>

@@ -8,7 +8,7 @@
 namespace host {
 namespace {
 
-/// The lines that begin as the last word does.
+/// The candidates that begin with what is typed of the last word.
 class Candidates {
  public:
   explicit Candidates(std::string_view typed) : typed_(typed) {}
@@ -26,7 +26,7 @@ class Candidates {
   std::string lines_;
 };
 
-/// What an option or argument takes is its type's name: words parted by bars, or a kind of file.
+/// An option's type name tells what it takes: words separated by bars, or a kind of file.
 void addValues(Candidates& candidates, const CLI::Option& option, const std::string& before) {
   const std::string type = option.get_type_name();
   if (type == "ENTRY") {

@@ -1,4 +1,4 @@
-// What a shell offers behind the words of a command line that are typed already, read off the parser itself.
+// What a shell offers after the words that are already typed. The parser itself is the source.
 #pragma once
 
 #include <string>

@@ -6,7 +6,7 @@
 namespace host {
 namespace {
 
-/// Of the restricted kind: no part of the text is changed twice.
+/// The optimal string alignment distance: changes and swaps of letters, where no part of the text is changed twice.
 std::size_t changesBetween(std::string_view a, std::string_view b) {
   std::vector<std::vector<std::size_t>> changes(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
   for (std::size_t i = 0; i <= a.size(); ++i) {
@@ -28,7 +28,7 @@ std::size_t changesBetween(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::optional<std::string> nearestWord(std::string_view given, std::span<const std::string> words) {
-  constexpr std::size_t longest = 40;  // nobody mistypes more than that
+  constexpr std::size_t longest = 40;  // no word of the command line comes near it
   if (given.size() > longest) return std::nullopt;
   std::size_t most = std::max<std::size_t>(1, given.size() / 3);
   std::optional<std::string> nearest;

@@ -22,13 +22,13 @@ CommandResult show(ExtensionClient& extension, const CommandLine& line, Draw dra
 /// the last board stays.
 CommandResult watch(const ExtensionSettings& settings, const CommandLine& line);
 
-/// Tries the token that it reads and keeps it, or says where one is kept.
+/// Reads a token, tries it and stores it, or says where one is stored.
 CommandResult signIn(const CommandLine& line);
 
 /// Removes token and address.
 CommandResult signOut(const CommandLine& line);
 
-/// Starts the widgets at login, or no more; or says whether they start.
+/// Turns the start at login on or off, or shows the status.
 CommandResult autostart(const CommandLine& line);
 
 }  // namespace host

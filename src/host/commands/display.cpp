@@ -45,7 +45,7 @@ bool xReachable() {
   const std::string name = variable("DISPLAY");
   const auto colon = name.rfind(':');
   if (colon == std::string::npos) return false;
-  // Another machine's, which only asking it in earnest tells.
+  // A display of another machine. Only the toolkit's own connection can tell whether it answers.
   if (colon != 0 && name.substr(0, colon) != "unix") return true;
   const std::string path = "/tmp/.X11-unix/X" + name.substr(colon + 1, name.find('.', colon) - colon - 1);
   return listens(std::string(1, '\0') + path) || listens(path);

@@ -1,5 +1,7 @@
-// A single question asked with patience: an extension that dies or talks nonsense is started again a few times, with
+// Asks a single question with patience: an extension that dies or answers nonsense is started again a few times, after
 // pauses that grow, before the command gives up.
+//
+//   const auto widgets = askPatiently([&] { return extension.widgets(); });
 #pragma once
 
 #include <absl/time/clock.h>
@@ -12,11 +14,11 @@ namespace host {
 /// How long a command keeps starting an extension that keeps dying.
 inline constexpr absl::Duration patience = absl::Seconds(8);
 
-/// Whether asking again may help. One that was silent has had its whole deadline; one that can't be started or refuses
-/// the question will do so again.
-bool mayHelpToAskAgain(const ExtensionFailure& failure);
-
-void pauseBeforeRestart(absl::Duration pause);
+/// Whether asking again may help. An extension that was silent has had its whole deadline, and one that cannot be
+/// started or refuses the question will do so again.
+inline bool mayHelpToAskAgain(const ExtensionFailure& failure) {
+  return failure.kind == ExtensionFailure::Kind::died || failure.kind == ExtensionFailure::Kind::nonsense;
+}
 
 /// `ask` until it is answered, or until asking again makes no sense.
 template <typename Ask>
@@ -28,7 +30,7 @@ auto askPatiently(Ask ask) -> decltype(ask()) {
     if (answer || !mayHelpToAskAgain(answer.error())) return answer;
     const auto pause = pauses.next();
     if (absl::Now() + pause > giveUp) return answer;
-    pauseBeforeRestart(pause);
+    absl::SleepFor(pause);
   }
 }
 

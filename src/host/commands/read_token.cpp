@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t longestToken = std::size_t{64} << 10;
 
-/// A terminal shows nothing of what is typed, as long as this lives.
+/// Turns the terminal's echo off for the length of a scope.
 class EchoOff {
  public:
   EchoOff() {
@@ -27,7 +27,7 @@ class EchoOff {
   ~EchoOff() {
     if (!changed_) return;
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_);
-    // The line end that was typed was not shown either.
+    // The line end that was typed was not echoed either.
     say("\n");
   }
   EchoOff(const EchoOff&) = delete;

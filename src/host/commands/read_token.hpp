@@ -1,4 +1,4 @@
-// The device token from a person's hands: typed without echo, or on standard input.
+// Reads the device token: typed on a terminal without echo, or from standard input.
 #pragma once
 
 #include <expected>

@@ -56,7 +56,7 @@ class Screen {
     }
   }
 
-  /// Before there is any board: a status bar must not stand blank.
+  /// Before there is any board: a status bar must not stay blank.
   std::expected<void, std::string> showFailure(const std::string& message) {
     if ((format_ != Format::waybar && format_ != Format::line) || view_) return {};
     const protocol::Node sentence = protocol::Node{.kind = protocol::TextNode{.content = protocol::Verbatim{message}}};

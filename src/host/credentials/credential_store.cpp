@@ -58,7 +58,7 @@ std::expected<void, std::string> writeItemFile(const std::filesystem::path& fold
   const auto file = itemFile(folder, account);
   constexpr base::Rights ownersAlone{.file = 0600, .folder = 0700};
   if (auto made = base::makeFolders(file.parent_path(), ownersAlone); !made) return made;
-  // Whatever bears the name, a link included, with whatever rights.
+  // What is there may be a link or have other rights; a new file has neither.
   std::error_code none;
   std::filesystem::remove(file, none);
   return base::replaceFile(file, bytes, base::Durability::lasting, ownersAlone);

@@ -1,5 +1,5 @@
 // The device token and the service's address where the extension looks for them: in the Secret Service, else in private
-// files. The extension reads and deletes them; storing is a person's own act, and so the host's.
+// files. The extension only reads and deletes them; the host stores them when a person signs in.
 #pragma once
 
 #include <expected>

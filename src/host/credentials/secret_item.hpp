@@ -11,8 +11,8 @@ namespace host {
 /// An item's attributes.
 using SecretItem = std::map<std::string, std::string>;
 
-/// Creates the item in the default collection, or replaces the one with the same attributes. Asks the person nothing:
-/// a service that wants to is an error, a sentence for a person.
+/// Creates the item in the default collection, or replaces the one with the same attributes. A
+/// service that wants to ask the person first is an error. Errors are sentences for a person.
 std::expected<void, std::string> storeSecretItem(const std::string& label, const SecretItem& item,
                                                  std::string_view bytes);
 

@@ -15,7 +15,7 @@ void say(Priority priority, std::string_view sentence);
 /// Whether `descriptor` leads to the journal by what systemd says in `JOURNAL_STREAM` (systemd.exec(5)).
 bool leadsToJournal(int descriptor);
 
-/// What a line that goes to the journal begins with: "<4>".
+/// The priority as a line for the journal begins with it: "<4>".
 std::string_view prefixOf(Priority priority);
 
 }  // namespace host

@@ -17,7 +17,7 @@ namespace {
 
 // A pipe that is ready for writing takes this much without blocking (pipe(7), PIPE_BUF).
 constexpr std::size_t blockSize = 4096;
-// A child that writes without end must not keep its host from everything else.
+// A child that writes without end must not block its host.
 constexpr int mostBlocksAtOnce = 64;
 
 }  // namespace

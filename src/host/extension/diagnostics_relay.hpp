@@ -1,5 +1,5 @@
-// Passes on what an extension writes for a person, within bounds: so much for each process, never waiting for a reader,
-// nothing that a terminal obeys, and in a journal each line with its priority.
+// Passes on what an extension writes for a person, within bounds: a limited number of bytes for each process, no
+// control characters, and no waiting for a reader. Lines for a journal get a priority.
 #pragma once
 
 #include <cstddef>

@@ -44,7 +44,7 @@ ExtensionClient::~ExtensionClient() { stop(); }
 
 ExtensionClient::Answer<json> ExtensionClient::ask(const std::string& method, const std::string& params,
                                                    absl::Duration deadline) {
-  // One that ended while nobody asked it anything did no harm.
+  // A process that ended between two questions is no failure.
   if (!running()) session_.reset();
   const auto begin = std::chrono::steady_clock::now();
   const auto giveUp = after(deadline);

@@ -1,5 +1,10 @@
-// The extension as its host sees it: questions and answers. Starts the process when it is needed and ends it when it
-// is not, or when it does not behave; how soon to ask again after a failure is the caller's (host/schedule).
+// The extension as its host sees it: questions and answers. Starts the process when it is needed, and ends it when it
+// is not or when it misbehaves. The caller decides how soon to ask again after a failure (host/schedule).
+//
+//   ExtensionClient extension({.program = "/usr/libexec/vamba/vamba-widzety"});
+//   const auto widgets = extension.widgets();                                        // starts the process
+//   const auto timeline = extension.timeline(widgets->front().kind, "systemMedium");  // takes up to loadDeadline
+//   extension.stop();
 #pragma once
 
 #include <expected>

@@ -12,7 +12,7 @@ struct ExtensionFailure {
     timedOut,     ///< silent until the deadline
     nonsense,     ///< what it wrote is no answer
     refused,      ///< answered with an error (JSON-RPC 2.0, section 5.1)
-    interrupted,  ///< the caller had something more urgent
+    interrupted,  ///< the caller's `interruption` became readable
   };
 
   Kind kind;

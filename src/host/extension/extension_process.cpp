@@ -18,8 +18,8 @@
 namespace host {
 namespace {
 
-// The child moves its ends onto the standard numbers; from here on up none of them can be in another's way, even where
-// the host itself was started with its streams closed.
+// The child moves its ends of the pipes to the numbers 0 to 3. Ends that begin at 10 or above are not overwritten on
+// the way, even where the host itself was started with its streams closed.
 constexpr int firstSafeNumber = 10;
 
 struct Pipe {
@@ -97,7 +97,7 @@ void becomeExtension(const char* program, char* const* environment, const ChildE
 [[noreturn]] void runChild(const char* program, char* const* environment, const ChildEnds& ends, pid_t parent) {
   becomeExtension(program, environment, ends, parent);
   const int error = errno;
-  // Number 3 once the ends are in place, the original before: exactly one of the two writes counts.
+  // The pipe is number 3 once the ends are in place, and has its own number before: exactly one of the writes succeeds.
   if (::write(ends.startError, &error, sizeof error) < 0) {
     [[maybe_unused]] const ssize_t ignored = ::write(3, &error, sizeof error);
   }

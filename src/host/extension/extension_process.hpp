@@ -30,7 +30,7 @@ class ExtensionProcess {
   int input() const { return input_.get(); }
   int output() const { return output_.get(); }
   int diagnostics() const { return diagnostics_.get(); }
-  /// Readable once the process ended (pidfd_open(2)). Tells also when a grandchild keeps the streams open.
+  /// Readable once the process ended (pidfd_open(2)). It tells so even while a grandchild keeps the streams open.
   int identity() const { return identity_.get(); }
 
   void closeInput() { input_.reset(); }

@@ -22,13 +22,13 @@ using nlohmann::json;
 using protocol::json_rpc::LineReader;
 using std::chrono::steady_clock;
 
-// An answer to nothing that was asked is a slip once or twice; a process that keeps at it has lost its way.
+// A few answers with an unknown id are passed over. More of them mean that the extension is broken.
 constexpr int mostUnknownIds = 3;
-// The protocol has no notifications yet and a host is to pass over what it does not know, but not without end.
+// The protocol has no notifications yet. A host passes over what it does not know, but not without end.
 constexpr int mostNotifications = 1000;
 // Each value takes up to a hundred bytes of memory, whatever the line's length.
 constexpr std::size_t mostValues = 1'000'000;
-// A process that ends closes its streams a moment before its end can be told.
+// A process that ends closes its streams a moment before its descriptor reports the end.
 constexpr auto timeToEnd = std::chrono::milliseconds(100);
 
 int milliseconds(steady_clock::duration span) {
@@ -39,7 +39,7 @@ int milliseconds(steady_clock::duration span) {
 std::string quoted(std::string_view line) {
   constexpr std::size_t most = 60;
   const std::string shown = printable(line.substr(0, most));
-  // A cut through a character would be no valid text for a terminal either.
+  // The cut may fall within a character, so only ASCII is quoted.
   const bool plain = std::ranges::all_of(shown, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
   return plain && !shown.empty() ? ": " + shown : "";
 }
@@ -67,7 +67,7 @@ ExtensionSession::Answer ExtensionSession::ask(const std::string& method, const 
     if (auto written = writeSome(rest); !written) return std::unexpected(written.error());
     const Wake wake = wait(deadline, !rest.empty());
     if (wake == Wake::interrupted) return std::unexpected(ExtensionFailure{Kind::interrupted, "interrupted"});
-    // Looked at before reading: what a process wrote before its end is there to be read after it.
+    // Checked before reading: what the process wrote before its end can still be read after it.
     const bool ended = process_.ended();
     pumpDiagnostics();
     if (auto answer = readAnswer(method, deadline)) {
@@ -90,7 +90,7 @@ ExtensionSession::Wake ExtensionSession::wait(TimePoint deadline, bool wantsToWr
   const auto left = deadline - steady_clock::now();
   const int count = ::poll(entries.data(), entries.size(), milliseconds(left));
   if (count > 0 && entries[0].revents != 0) return Wake::interrupted;
-  // Asked of the clock and not of the count: a process that always has something to say must not pass the deadline.
+  // By the clock and not by poll's count: a process that writes all the time must not outlast the deadline.
   return steady_clock::now() >= deadline ? Wake::deadline : Wake::ready;
 }
 
@@ -119,7 +119,7 @@ std::optional<ExtensionSession::Answer> ExtensionSession::readAnswer(const std::
     if (read.status != Status::line) return std::unexpected(died("output"));
 
     auto response = protocol::json_rpc::parseResponse(read.text, mostValues);
-    // An error without an id is about a line that could not be understood, and only one is under way.
+    // An error without an id means that the extension could not read a line, and only one request is under way.
     const bool isOurs = response && (response->id == lastId_ || (response->id.is_null() && !response->outcome));
     if (isOurs) {
       notifications_ = 0;
@@ -175,7 +175,7 @@ void ExtensionSession::end(TimePoint deadline) {
     if (left <= steady_clock::duration::zero()) break;
     ::poll(entries.data(), entries.size(), milliseconds(left));
     pumpDiagnostics();
-    // An answer that nobody waits for any more must not keep its writer from leaving.
+    // Read and dropped: a full pipe would keep the extension from ending.
     if (entries[1].revents != 0) outputOpen = ::read(process_.output(), dropped.data(), dropped.size()) != 0;
   }
   pumpDiagnostics();

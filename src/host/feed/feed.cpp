@@ -140,8 +140,8 @@ FeedBoards Feed::previews() {
   return boards;
 }
 
-/// Signs come in bursts (a folder and its file, a link and its addresses), so the load begins a moment later; and signs
-/// without end do not become a storm.
+/// Signs come in bursts (a folder and its file, a link and its addresses), so the load begins a second later. The least
+/// time between two such loads keeps endless signs from becoming a storm.
 void Feed::recover(const Recovery::Signs& signs) {
   constexpr absl::Duration settling = absl::Seconds(1);
   constexpr absl::Duration betweenCredentials = absl::Seconds(3);

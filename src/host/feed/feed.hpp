@@ -1,6 +1,12 @@
-// The boards of a widget, kept right: one timeline for any number of sizes, asked for again at its reload date, and
-// drawn again (without loading) when the day, the time zone or the entry in force changes. What is done with a board is
-// the listener's.
+// Keeps the boards of a widget current: one timeline for any number of sizes, asked for again at its reload date, and
+// drawn again (without loading) when the day, the time zone or the entry in force changes. A listener gets the boards.
+//
+//   Feed feed({.program = extension}, listener, time, recovery, Feed::Placeholders::none);
+//   feed.show({family});  // the first load follows
+//   while (true) {
+//     waitForAny(feed.descriptors());
+//     feed.handleWakeUps();
+//   }
 #pragma once
 
 #include <functional>

@@ -10,7 +10,7 @@
 namespace host {
 namespace {
 
-/// Signals are the main thread's.
+/// Blocks all signals for the length of a scope, so that a thread begun in it leaves them to the main thread.
 class SignalsBlocked {
  public:
   SignalsBlocked() {
@@ -50,7 +50,7 @@ FeedThread::~FeedThread() {
 }
 
 void FeedThread::post(Task task) {
-  // Both under one lock: a task that was taken already must not interrupt itself.
+  // Both under one lock: the wake-up must not come after its task was taken, or it would interrupt that task.
   const std::scoped_lock lock(mutex_);
   posted_.push_back(std::move(task));
   eventfd_write(wake_.get(), 1);
@@ -74,7 +74,7 @@ void FeedThread::run(Feed& feed) {
       if (ending_) return;
     }
     for (const auto& task : tasks) task(feed);
-    // A task that was posted meanwhile would only interrupt what begins now.
+    // A task that was posted meanwhile goes first: it would only interrupt a load that begins here.
     if (tasks.empty()) feed.handleWakeUps();
   }
 }

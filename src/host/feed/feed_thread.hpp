@@ -1,5 +1,5 @@
-// A feed on a thread of its own, for hosts whose main thread belongs to a window toolkit: an extension may be silent
-// for half a minute, and windows must not.
+// A feed on a thread of its own, for hosts whose main thread belongs to a window toolkit: an extension may take
+// half a minute to answer, and windows must react meanwhile.
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// Notices that a device token was stored, wherever the extension looks for one. No daemon is started for it.
+// Notices that a device token was stored, wherever the extension looks for one. It starts no daemon.
 #pragma once
 
 #include <filesystem>
@@ -16,7 +16,7 @@ class CredentialChanges {
   CredentialChanges();
 
   std::vector<int> descriptors() const;
-  /// Whether a token may be there that was not before. Other items of a Secret Service count too.
+  /// Whether a token may be there that was not before. A change of any item of a Secret Service counts.
   bool take();
 
  private:

@@ -1,5 +1,5 @@
-// What may end the sentence on a board before the reload date: somebody signed in, or the network is back. Handed to
-// the feed, so that a test says when it happens.
+// The signs that a board with a sentence may show the day again before its reload date: somebody signed in, or the
+// network is back. The feed gets them through an interface, so that a test can give them.
 #pragma once
 
 #include <optional>

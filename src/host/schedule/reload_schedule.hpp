@@ -1,4 +1,5 @@
-// When to ask the extension again. A function of what happened and of the times handed in; waiting is the timekeeper's.
+// When to ask the extension again. A function of what happened and of the times handed in; timekeeper.hpp does the
+// waiting.
 #pragma once
 
 #include <optional>

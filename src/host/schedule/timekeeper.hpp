@@ -1,4 +1,4 @@
-// The clock that a feed lives by, and what wakes it. Handed to the feed, so that a test holds the time.
+// The clock of a feed, and what wakes it. The feed gets it through an interface, so that a test can set the time.
 #pragma once
 
 #include <optional>

@@ -13,7 +13,7 @@ ZoneChanges::ZoneChanges(const std::string& folder) {
   const char* const named = std::getenv("TZ");
   if (named != nullptr && *named != '\0') return;
   base::FileDescriptor descriptor(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
-  // The file is mostly a link that is replaced as a whole, so its folder tells.
+  // The file is usually a link that is replaced as a whole, so its folder is watched.
   if (inotify_add_watch(descriptor.get(), folder.c_str(), IN_CREATE | IN_MOVED_TO | IN_CLOSE_WRITE | IN_ONLYDIR) < 0)
     return;
   descriptor_ = std::move(descriptor);

@@ -1,4 +1,4 @@
-// Tells when the device's time zone is set anew.
+// Notices that the device's time zone was changed.
 #pragma once
 
 #include <string>

@@ -17,7 +17,7 @@ namespace host {
 struct StatusLine {
   std::string text;                  ///< one line
   std::string tooltip;               ///< the board, its lines parted by '\n'
-  std::vector<std::string> classes;  ///< what presses, see `statusLine`; never empty
+  std::vector<std::string> classes;  ///< for a bar's style sheet, see `statusLine`; never empty
   bool operator==(const StatusLine&) const = default;
 };
 
@@ -25,7 +25,7 @@ struct StatusLine {
 ///
 /// The text is the first meeting's time and title (with its day in parentheses, so that tomorrow's meeting is not taken
 /// for today's); without a meeting the number of tasks, the hidden ones included; without either the board's first own
-/// words ("Nothing for today."), which is also what a board without roles shows. A sentence stands behind a warning
+/// words ("Nothing for today."), which is also what a board without roles shows. A sentence follows a warning
 /// sign.
 ///
 /// The classes are "error" for a sentence, else "overdue" where a task is overdue and "decide" where a decision waits,

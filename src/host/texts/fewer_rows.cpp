@@ -33,7 +33,7 @@ void countAsHidden(std::vector<Node>& children, int count) {
                                        .style = protocol::ForegroundStyle::tertiary}});
 }
 
-/// Those that have a list's row below them, before any other divider, stay.
+/// Removes each divider that has no row of a list between itself and the next divider or the end.
 void dropIdleDividers(std::vector<Node>& children) {
   bool rowBelow = false;
   for (auto node = children.end(); node != children.begin();) {

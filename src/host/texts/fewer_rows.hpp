@@ -1,5 +1,5 @@
-// A board with fewer rows, for a box that is too small for all of them. Nothing goes unsaid: the line that tells how
-// many items are not shown counts these too.
+// A board with fewer rows, for a box that is too small for all of them. The line "i 2 więcej" counts the rows that are
+// left out here too.
 #pragma once
 
 #include <optional>

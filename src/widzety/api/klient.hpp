@@ -1,5 +1,5 @@
-// One GET of the service, from the credential to the decoded records. Nothing is retried and nothing is kept; wording
-// the failures of a whole load is the timeline's business.
+// One GET of the service, from the credential to the decoded records. Nothing is retried and nothing is kept.
+// timeline/wczytywanie.hpp chooses the sentence for the failures of a whole load.
 #pragma once
 
 #include <expected>

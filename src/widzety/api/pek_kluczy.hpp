@@ -27,10 +27,10 @@ class PekKluczy {
   static platform::KeychainQuery zapytanie(std::string_view konto);
 
   /// The item's text exactly as stored (an item of no bytes is the empty text). Absent where there is none, where its
-  /// bytes are not UTF-8, and whatever else goes wrong: no fault of the keychain is told from another.
+  /// bytes are not UTF-8, and where the keychain fails in any way.
   std::optional<base::SecretText> czytaj(std::string_view konto) const;
 
-  /// Deletes the item; one that is already gone is fine, and a failure is silent.
+  /// Deletes the item. It is no error where there is none, and a failure is not reported.
   void usun(std::string_view konto) const;
 
  private:

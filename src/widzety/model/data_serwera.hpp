@@ -1,5 +1,5 @@
-// The one rule by which every date of the service is read, whatever field it stands in: a calendar date alone, or a
-// date and time with a zone, with fractions of a second or without.
+// The one rule by which the dates of all the service's fields are read: a calendar date alone, or a date and time with
+// a zone, with or without fractions of a second.
 #pragma once
 
 #include <expected>

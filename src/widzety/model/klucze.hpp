@@ -1,4 +1,4 @@
-// The coding keys of each record: one a field, in the order of the fields, each with its text in the service's JSON.
+// The coding keys of each record: one for each field, in the order of the fields, with its text in the service's JSON.
 // A key is looked up by its text only; there is no integer form.
 #pragma once
 

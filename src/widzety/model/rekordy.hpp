@@ -1,5 +1,5 @@
-// The records that the service's three resources hold: plain values, unchanged once decoded. How they are read from
-// JSON is dekodowanie.hpp's matter, which of them the board shows is settled at loading time.
+// The records that the service's three resources hold: plain values, unchanged once decoded. dekodowanie.hpp reads them
+// from JSON; timeline/wybor.hpp chooses those that the board may show.
 #pragma once
 
 #include <cstdint>

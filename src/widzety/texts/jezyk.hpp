@@ -1,6 +1,5 @@
 // The interface language: the three languages there are, and the choice of one by the user's preferences.
-// Polish is the language the texts are written in; their translations are tlumaczenia.hpp's business, how the system
-// names the user's languages is platform/languages'.
+// The texts are written in Polish. tlumaczenia.hpp translates them; platform/languages reads the user's preferences.
 #pragma once
 
 #include <cstddef>

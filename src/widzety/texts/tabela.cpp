@@ -17,12 +17,12 @@ constexpr Wiersz tabela[] = {
 #include "widzety/texts/tabela.inc"
 };
 
-// A char compares as unsigned here, and the order of UTF-8 bytes is that of the code points.
+// std::string_view compares bytes as unsigned, and the order of UTF-8 bytes is that of the code points.
 static_assert(std::string_view("z") < std::string_view("ó"));
 
 static_assert(std::size(tabela) == liczbaWierszy, "a row was added or lost");
 static_assert(std::ranges::adjacent_find(tabela, std::ranges::greater_equal{}, &Wiersz::polski) == std::end(tabela),
-              "a key stands out of order, or twice");
+              "a key is out of order or occurs twice");
 
 constexpr ListaWierszy lista(std::string_view Wiersz::* jezyk) {
   ListaWierszy wiersze;

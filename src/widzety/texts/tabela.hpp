@@ -1,6 +1,6 @@
 // The translation table as data: every Polish text with its English and Lithuanian beside it (tabela.inc), and the two
 // row lists made from it. Compiling tabela.cpp checks the order of the keys, the tests check the normal form.
-// Looking a text up is tlumaczenia.hpp's business.
+// tlumaczenia.hpp looks texts up.
 #pragma once
 
 #include <array>

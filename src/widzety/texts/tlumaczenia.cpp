@@ -66,8 +66,8 @@ std::string tlumacz(std::string_view tekst, Jezyk jezyk) {
 
   const auto& tlumaczenia = *mapa->second;
   auto wiersz = tlumaczenia.find(tekst);
-  // The keys are NFC and so are nearly all texts that come here; only what may be another spelling of a key is worth
-  // normalising.
+  // The keys are in NFC and so are nearly all texts that come here. Only a text that may be another spelling of a key
+  // is normalised.
   if (wiersz == tlumaczenia.end() && !jestAscii(tekst)) {
     if (const auto nfc = znormalizowany(tekst)) wiersz = tlumaczenia.find(*nfc);
   }

@@ -1,5 +1,7 @@
-// The lookup that turns a Polish text into the text of another language.
-// The rows are tabela.hpp's, the language in force is jezyk.hpp's.
+// Looks up the translation of a Polish text in the rows of tabela.hpp.
+//
+//   tlumacz("jutro", Jezyk::en)       // "tomorrow"
+//   tlumacz("Zakupy", Jezyk::en)      // "Zakupy": the table has no such text
 #pragma once
 
 #include <span>
@@ -15,8 +17,8 @@ namespace widzety {
 /// Polish text to translation; both views are into the row list that the map was built from.
 using MapaTlumaczen = std::unordered_map<std::string_view, std::string_view>;
 
-/// The map of one row list, which must outlive it. A key that stands twice is a mistake of ours in the data and aborts
-/// the program.
+/// The map of one row list, which must outlive it. A duplicate key is a mistake in the table and aborts the
+/// program.
 MapaTlumaczen zbudujMape(std::span<const Tlumaczenie> wiersze);
 
 /// The translation of a Polish text, or the text itself, byte for byte, where there is none. It never fails.

@@ -1,4 +1,4 @@
-// What the timeline needs of the world outside, handed in where the program starts; a test hands in its own.
+// The clock, keychain and tasks that the timeline uses. `main` hands in the real ones, a test its own.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,7 @@
 
 namespace widzety {
 
-/// What it refers to lives as long as the process.
+/// The objects it refers to live as long as the process.
 struct Otoczenie {
   const platform::Clock& zegar;
   platform::Keychain& magazyn;

@@ -28,7 +28,7 @@ struct Przyczyna {
   std::string operator()(const platform::DecodingError& blad) const {
     std::string przyczyna = "the answer is malformed";
     if (!blad.codingPath.empty()) przyczyna += " at " + blad.codingPath;
-    // What is corrupted may be quoted, and is the service's text.
+    // The description of corrupted data may quote the service's text.
     if (blad.kind != platform::DecodingError::Kind::dataCorrupted) przyczyna += ": " + blad.description;
     return przyczyna;
   }
@@ -45,8 +45,8 @@ Wpis wpisZBledem(const Otoczenie& otoczenie, const char* zasob, const BladPobran
   return {.date = otoczenie.zegar.now(), .blad = std::visit(Zdanie{}, blad)};
 }
 
-/// Requests that run beside each other. Each reads the keychain for itself, and all have read it before the first is
-/// sent: a quick 401 deletes the token, and its siblings would find the device signed out instead of expired.
+/// Requests that run at the same time. Each reads the keychain for itself, and none is sent before all have read it: a
+/// quick 401 deletes the token, and the other requests would report a missing token instead of an expired one.
 class Pobierania {
  public:
   Pobierania(const KlientApi& klient, std::size_t ile, std::stop_token stop)
@@ -82,7 +82,7 @@ Wpis wczytajWpis(const Otoczenie& otoczenie, std::stop_token stop) try {
   auto pobieranieSkrzynki = pobierania.zacznij<Skrzynka>("/skrzynka");
   auto pobieranieSpotkan = pobierania.zacznij<std::vector<SpotkaniePlanowane>>("/spotkania-planowane");
 
-  // The order of waiting decides whose failure is told; leaving cancels what was not awaited and waits for it.
+  // The first failure in this order is reported. A return cancels those that were not awaited and waits for their end.
   auto zadania = pobieranieZadan.await();
   if (!zadania) return wpisZBledem(otoczenie, "tasks", zadania.error());
   auto skrzynka = pobieranieSkrzynki.await();

@@ -1,4 +1,4 @@
-// The process entry of `vamba-widzety`: it makes what the widget needs of the world and hands control to the
+// The process entry of `vamba-widzety`: makes the clock, the keychain and the tasks, and hands control to the
 // extension's main routine. Nothing is read at start.
 #include <csignal>
 #include <cstdio>
@@ -8,7 +8,7 @@
 #include "platform/keychain/system_keychain.hpp"
 #include "platform/widget_kit/extension_main.hpp"
 #include "platform/widget_kit/extension_process.hpp"
-#include "widzety/widget/pakiet_widzetow.hpp"
+#include "widzety/widget/widzet_dnia.hpp"
 
 namespace {
 
@@ -27,7 +27,7 @@ int main() {
                                     .diagnostics = napiszDlaCzlowieka});
   base::TaskGroup taski;
   const widzety::PakietWidzetow pakiet({zegar, magazyn, taski, napiszDlaCzlowieka});
-  // A second is what a host may wait for the end, whatever a load hangs in.
+  // A host may rely on the end within a second, even where a load hangs.
   const auto koniecWejscia = [] { platform::endProcessAfter(std::chrono::milliseconds(900)); };
   return platform::extensionMain(pakiet, taski, {.inputEnded = koniecWejscia});
 }

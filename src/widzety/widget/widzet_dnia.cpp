@@ -24,4 +24,10 @@ std::vector<platform::OpenTarget> WidzetDnia::opens() const {
   return {{desktopEntry, "pl.ferol.vamba"}, {url, "https://vamba.ferol.pl"}};
 }
 
+std::vector<std::unique_ptr<platform::Widget>> PakietWidzetow::body() const {
+  std::vector<std::unique_ptr<platform::Widget>> widzety;
+  widzety.push_back(std::make_unique<WidzetDnia>(otoczenie_));
+  return widzety;
+}
+
 }  // namespace widzety

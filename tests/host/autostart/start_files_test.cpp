@@ -1,4 +1,4 @@
-// The escaped texts as those read them who will: GLib the entries, systemd the units.
+// The escaped texts are read back by the real readers: the entries by GLib, the units by systemd.
 #include "host/autostart/start_files.hpp"
 
 #include <cstdlib>
@@ -53,7 +53,7 @@ TEST(AutostartEntry, IsTriedByThePlainPath) {
   EXPECT_NE(text.find("\nTryExec=/opt/a\\\\b 100%/vamba-host\n"), std::string::npos) << text;
 }
 
-// systemd-analyze complains about a program that is not there by the path that it understood.
+// systemd-analyze names a missing program by the path that it understood.
 TEST(SystemdUnit, IsAcceptedBySystemdWhateverTheProgramsPath) {
   ASSERT_EQ(std::system("command -v systemd-analyze >/dev/null"), 0) << "systemd-analyze is not installed";
   const support::TemporaryFolder folder;

@@ -55,7 +55,7 @@ class HostProcess {
 
   void signal(int number) { kill(process_, number); }
 
-  /// As a status bar does that ends.
+  /// As when a status bar ends.
   void closeOutput() { close(std::exchange(output_, -1)); }
 
   void type(const std::string& text) {

@@ -30,7 +30,7 @@ class SignIn : public testing::Test {
     service_.answer(end_to_end::inboxTarget, {.body = R"({"zadania": []})"});
   }
   ~SignIn() override {
-    // The folder of the trial is gone, whatever came of it.
+    // The trial's folder is removed whatever the result.
     EXPECT_THAT(support::namesIn(folder_.path("run")), IsEmpty());
   }
 
@@ -163,7 +163,7 @@ TEST_F(SignIn, KeepsTheTokenInASecretServiceAndRemovesItFromBothStores) {
   EXPECT_THAT(locked.errors, HasSubstr("locked"));
 }
 
-/// The whole road: a board that asks to sign in shows the day as soon as somebody did.
+/// A board that asks to sign in shows the day as soon as somebody has signed in.
 TEST_F(SignIn, IsNoticedByAWatchThatAsksForIt) {
   HostProcess watch({"watch", "--format", "line"}, Onto::pipe, "", VAMBA_EXTENSION);
   EXPECT_EQ(watch.line(), "⚠ Sign in to the Vamba app.\n");

@@ -18,7 +18,7 @@ class Watch : public testing::Test {
   void behave(const std::string& behaviour) { environment_.set("FAKE_EXTENSION", behaviour); }
   void reloadAfter(int seconds) { environment_.set("FAKE_EXTENSION_RELOAD_SECONDS", std::to_string(seconds)); }
 
-  /// Ends it as a person does, and sees that it ends well.
+  /// Ends it as Ctrl+C does, and expects status 0.
   void interrupt(HostProcess& host) {
     host.signal(SIGINT);
     EXPECT_EQ(host.status(), 0) << host.errors();

@@ -64,7 +64,7 @@ class ExtensionClientTest : public testing::Test {
     return ids;
   }
 
-  /// Ended; a process that was killed may take a moment to.
+  /// Whether the process has ended; one that was killed may need a moment.
   static bool isGone(pid_t id) {
     const base::FileDescriptor identity(static_cast<int>(::syscall(SYS_pidfd_open, id, 0)));
     if (identity.get() < 0) return errno == ESRCH;
@@ -149,7 +149,7 @@ TEST_F(ExtensionClientTest, FailsAtOnceWhereTheExtensionCannotAnswerAnyMore) {
        }) {
     behave(c.behaviour);
     folder_.write("starts", "");
-    // The deadline is one that this test would not live to see.
+    // The deadline is far longer than the test's own time limit.
     ExtensionClient client(settings(absl::Minutes(10)));
     const auto widgets = client.widgets();
     ASSERT_FALSE(widgets) << c.behaviour;
@@ -206,7 +206,7 @@ TEST_F(ExtensionClientTest, RefusesARequestLongerThanALine) {
 
 TEST_F(ExtensionClientTest, GivesALoadItsOwnDeadline) {
   behave("hang");
-  // Only the deadline of 50 ms can pass: a test that waited for the other would end by its own.
+  // Only the deadline of 50 ms can pass: a test that waited for the other one would exceed its time limit.
   auto patient = settings(absl::Milliseconds(50));
   patient.loadDeadline = absl::Hours(1);
   ExtensionClient client(patient);
@@ -300,7 +300,7 @@ TEST_F(ExtensionClientTest, HandsOnWhatADyingExtensionExplains) {
 }
 
 TEST_F(ExtensionClientTest, LeavesClosedStandardStreamsClosed) {
-  // A number of a standard stream given to something else would take in what the host means for its reader.
+  // Something else opened with the number of a standard stream would receive the host's output.
   const base::FileDescriptor saved(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 10));
   ::close(STDIN_FILENO);
   {

@@ -357,7 +357,7 @@ TEST_F(FeedTest, RunsOnAThreadThatEndsWhileTheExtensionHangs) {
 }
 
 TEST_F(FeedTest, InterruptsALoadForATaskAndBeginsItAgain) {
-  // Well as long as a file is there, else silent.
+  // Answers while a file is there, else it is silent.
   folder_.write("sometimes-silent", "#!/bin/sh\n[ -e " + folder_.path("well") + " ] || { : >" + folder_.path("silent") +
                                         "; exec sleep 1000; }\nexec " VAMBA_FAKE_EXTENSION "\n");
   std::filesystem::permissions(folder_.path("sometimes-silent"), std::filesystem::perms::owner_all);

@@ -20,7 +20,7 @@ bool readable(const NetworkChanges& changes) {
 
 bool run(const char* command) { return std::system(command) == 0; }
 
-/// In a network of the process's own. What went wrong, or 0.
+/// Runs in a network namespace of its own. Returns what went wrong, or 0.
 int plugACableIn() {
   NetworkChanges changes;
   if (readable(changes)) return 1;

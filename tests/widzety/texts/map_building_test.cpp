@@ -1,4 +1,4 @@
-// When the translation maps are built is seen from outside by what a lookup allocates, counted here.
+// Counts the allocations of lookups, which show when the translation maps are built.
 #include <cstddef>
 #include <cstdlib>
 #include <new>

@@ -32,7 +32,7 @@ class TablicaDnia : public testing::Test {
     return WidokDnia{.wpis = std::move(wpis), .rozmiar = [rozmiar] { return rozmiar; }}.body(zegar_, jezyk);
   }
 
-  /// What stands on the board, one word or title a line, without its looks.
+  /// The texts of the board, one a line, without their style.
   std::string tresc(const Wpis& wpis, WidgetFamily rozmiar) const {
     std::istringstream linie(asText(drzewo(wpis, rozmiar)));
     std::string wynik;

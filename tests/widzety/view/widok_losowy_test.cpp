@@ -1,5 +1,5 @@
-// The board against a slow model of it: a list of what is to be read, made rule by rule, on random entries in the zones
-// where days are strangest.
+// The board against a slow model of it on random entries: the list of texts to expect, made rule by rule, in the zones
+// with the most unusual days.
 #include <random>
 
 #include <gtest/gtest.h>

@@ -4,7 +4,6 @@
 
 #include "support/fixed_clock.hpp"
 #include "support/memory_keychain.hpp"
-#include "widzety/widget/pakiet_widzetow.hpp"
 
 namespace widzety {
 namespace {
