@@ -14,8 +14,8 @@
 namespace desktop {
 
 struct Placed {
-  int id = 0;          ///< from 1; identifies the copy as long as it is placed
-  std::string kind;    ///< of the widget, as the extension declares it
+  int id = 0;        ///< from 1; identifies the copy as long as it is placed
+  std::string kind;  ///< of the widget, as the extension declares it
   protocol::WidgetFamily family = protocol::WidgetFamily::systemMedium;
   Place place;
   bool operator==(const Placed&) const = default;
