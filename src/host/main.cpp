@@ -17,6 +17,7 @@ host::CommandResult run(const host::CommandLine& line, char* const* argv) {
   if (command == Command::autostart) return host::autostart(line);
   if (command == Command::signIn) return host::signIn(line);
   if (command == Command::signOut) return host::signOut(line);
+  if (command == Command::doctor) return host::doctor(line);
   host::ExtensionSettings settings{.program = host::extensionProgram(line), .verbose = line.verbose};
   if (command == Command::watch) return host::watch(settings, line);
   host::ExtensionClient extension(settings);

@@ -70,6 +70,10 @@ class Look {
 host::CommandResult run(const host::CommandLine& line) {
   const Journal journal(line.verbose);
   const auto way = chooseDisplayWay();
+  if (line.command == host::Command::doctor) {
+    std::puts(std::string(describe(way)).c_str());
+    return {};
+  }
   if (way == DisplayWay::none) return failure("no display is reachable; vamba-host show shows the day without one");
   useDisplayWay(way);
   journal.sayIfVerbose("the display: " + std::string(describe(way)));

@@ -97,6 +97,7 @@ class Parser {
     addWatch();
     addDesktop();
     addSignIn();
+    add("doctor", Command::doctor, "Say what is in use, whether it works, and what to do where it does not.");
     addHelp();
   }
 
@@ -256,6 +257,8 @@ Exit refused(const Parser& parser, const std::string& what) {
 }
 
 }  // namespace
+
+std::string_view hostVersion() { return VAMBA_VERSION; }
 
 std::variant<CommandLine, Exit> parseCommandLine(int argc, const char* const* argv) {
   Parser parser;

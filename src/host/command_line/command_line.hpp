@@ -4,13 +4,26 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "protocol/view_tree/widget_family.hpp"
 
 namespace host {
 
-enum class Command { gallery, placeholder, snapshot, timeline, show, watch, desktop, signIn, signOut, autostart };
+enum class Command {
+  gallery,
+  placeholder,
+  snapshot,
+  timeline,
+  show,
+  watch,
+  desktop,
+  signIn,
+  signOut,
+  doctor,
+  autostart
+};
 enum class Format { text, json, waybar, line, svg, png, pdf };
 enum class AutostartAction { on, off, status };
 enum class Appearance { light, dark };
@@ -32,6 +45,9 @@ struct CommandLine {
   bool signInStatus = false;
   bool outlines = false;  ///< letters of an SVG as outlines instead of text
 };
+
+/// As `--version` tells it, without the program's name: "0.1.0".
+std::string_view hostVersion();
 
 /// Why there is no command to run: help or version to print with status 0, or a mistake with status 2.
 struct Exit {

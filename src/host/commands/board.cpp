@@ -8,6 +8,8 @@
 #include "host/command_line/outcome.hpp"
 #include "host/commands/output.hpp"
 #include "host/commands/persistence.hpp"
+#include "host/diagnostics/diagnostics.hpp"
+#include "host/doctor/environment_findings.hpp"
 
 namespace host {
 namespace {
@@ -46,11 +48,22 @@ std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& exte
   return *widget;
 }
 
+void sayWhatIsInUse(const CommandLine& line) {
+  if (!line.verbose) return;
+  for (const auto& finding : {languageFinding(), zoneFinding()}) {
+    say(Priority::debug, finding.subject + ": " + finding.what);
+  }
+}
+
 std::expected<Entry, CommandFailure> entryFor(ExtensionClient& extension, const std::string& kind,
                                               const CommandLine& line) {
   if (line.entry == "timeline") {
     auto timeline = askPatiently([&] { return extension.timeline(kind, line.family); });
     if (!timeline) return std::unexpected(asCommandFailure(timeline.error()));
+    if (line.verbose) {
+      say(Priority::debug, "the extension asks to be asked again at " +
+                               absl::FormatTime("%Y-%m-%d %H:%M:%S", timeline->reload, absl::LocalTimeZone()));
+    }
     return entryAt(timeline->entries, absl::Now());
   }
   if (line.entry == "placeholder")

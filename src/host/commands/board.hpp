@@ -18,6 +18,9 @@ CommandFailure asCommandFailure(const ExtensionFailure& failure);
 /// The first widget that comes in the family.
 std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& extension, protocol::WidgetFamily family);
 
+/// With `--verbose`: the language and the zone in use, on standard error.
+void sayWhatIsInUse(const CommandLine& line);
+
 /// The entry that `--entry` names.
 std::expected<Entry, CommandFailure> entryFor(ExtensionClient& extension, const std::string& kind,
                                               const CommandLine& line);

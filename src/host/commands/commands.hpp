@@ -28,6 +28,10 @@ CommandResult signIn(const CommandLine& line);
 /// Removes token and address.
 CommandResult signOut(const CommandLine& line);
 
+/// Says what is in use and whether it works, with one real request through the extension. Ends with 1 where the widget
+/// cannot show the day.
+CommandResult doctor(const CommandLine& line);
+
 /// Turns the start at login on or off, or shows the status.
 CommandResult autostart(const CommandLine& line);
 

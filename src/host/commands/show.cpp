@@ -6,6 +6,7 @@
 namespace host {
 
 CommandResult show(ExtensionClient& extension, const CommandLine& line, Draw draw) {
+  sayWhatIsInUse(line);
   const auto widget = widgetFor(extension, line.family);
   if (!widget) return std::unexpected(widget.error());
   const auto entry = entryFor(extension, widget->kind, line);

@@ -100,6 +100,7 @@ class Watcher {
     if (!time_.works() || !signals_.works() || !interruption_.works()) {
       return std::unexpected(CommandFailure{exit_status::noAnswer, "too few file descriptors are left to watch"});
     }
+    sayWhatIsInUse(line_);
     feed_.show({line_.family});
     while (!ended_) {
       auto descriptors = feed_.descriptors();

@@ -74,6 +74,13 @@ std::optional<std::filesystem::path> CredentialStore::folder() {
   return dataFolder ? std::optional(*dataFolder / "vamba/keychain") : std::nullopt;
 }
 
+std::expected<bool, std::string> CredentialStore::secretService() {
+  const auto status = secretService_.copyMatching(queryFor(tokenAccount)).status;
+  if (status == KeychainStatus::unavailable) return false;
+  if (status != KeychainStatus::success && status != KeychainStatus::itemNotFound) return failure(status);
+  return true;
+}
+
 std::expected<std::optional<CredentialStore::Item>, std::string> CredentialStore::find(std::string_view account) {
   const auto files = folder();
   auto found = files ? platform::FileKeychain(*files, refusals_).copyMatching(queryFor(account))

@@ -20,6 +20,9 @@ namespace host {
 inline constexpr const char* tokenAccount = "token-urzadzenia";
 inline constexpr const char* addressAccount = "adres-api";
 
+/// The service that the extension asks where no address is kept.
+inline constexpr const char* builtInAddress = "https://vamba.ferol.pl/api";
+
 /// An account's file below a folder of keychain items.
 std::filesystem::path itemFile(const std::filesystem::path& folder, std::string_view account);
 
@@ -48,6 +51,9 @@ class CredentialStore {
 
   /// The folder of files that is used instead of the Secret Service; none: the Secret Service.
   std::optional<std::filesystem::path> folder();
+
+  /// Whether the session has a Secret Service that gives out items. The error says why one that is there does not.
+  std::expected<bool, std::string> secretService();
 
  private:
   std::expected<std::string, std::string> storeFile(const std::filesystem::path& folder, std::string_view account,

@@ -74,6 +74,14 @@ std::expected<Typesetter, NoFont> Typesetter::create(const std::string& language
   return Typesetter(std::move(context));
 }
 
+std::string Typesetter::family() const {
+  const OwnedFont font(pango_context_load_font(context_.get(), describe({12, 400}).get()));
+  if (font == nullptr) return {};
+  const OwnedFontDescription description(pango_font_describe(font.get()));
+  const char* const name = pango_font_description_get_family(description.get());
+  return name == nullptr ? std::string() : std::string(name);
+}
+
 Typesetter::Shaped& Typesetter::shaped(const TextNode& text) {
   auto& entry = shaped_[&text];
   if (entry.layout != nullptr) return entry;

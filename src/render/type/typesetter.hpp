@@ -45,6 +45,9 @@ class Typesetter final : public TextMeasurer {
   /// The text as it is drawn, before any line is broken.
   std::string visible(const protocol::TextNode& text);
 
+  /// The family of the font that the system gives for texts: "Inter" where that is installed.
+  std::string family() const;
+
  private:
   struct Shaped {
     OwnedLayout layout;
