@@ -13,10 +13,17 @@ std::filesystem::path programPath() {
 }
 
 std::filesystem::path libexecProgram(std::string_view name) {
-  const auto folder = programPath().parent_path();
+  return libexecProgram(programPath().parent_path(), name, VAMBA_LIBEXEC_FROM_BIN);
+}
+
+std::filesystem::path libexecProgram(const std::filesystem::path& folder, std::string_view name,
+                                     const std::filesystem::path& installed) {
+  const auto usual = folder.parent_path() / "libexec" / "vamba" / name;
   std::error_code error;
-  if (auto beside = folder / name; std::filesystem::exists(beside, error)) return beside;
-  return folder.parent_path() / "libexec" / "vamba" / name;
+  for (const auto& candidate : {folder / name, usual, (folder / installed / name).lexically_normal()}) {
+    if (std::filesystem::exists(candidate, error)) return candidate;
+  }
+  return usual;
 }
 
 std::filesystem::path extensionProgram(const CommandLine& line) {

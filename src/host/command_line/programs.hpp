@@ -1,5 +1,5 @@
-// The programs of an installation, and how one of them becomes another. A build tree is laid out the same way: `bin/`
-// and `libexec/vamba/`.
+// The programs of an installation, and how one of them becomes another. A build tree is laid out as most installations
+// are: `bin/` and `libexec/vamba/`.
 #pragma once
 
 #include <filesystem>
@@ -13,9 +13,16 @@ namespace host {
 /// The running program itself.
 std::filesystem::path programPath();
 
-/// A program of `libexec/vamba`, such as "vamba-widzety": beside the running program, else seen from `bin/`. The path
-/// need not exist.
+/// A program of `libexec/vamba`, such as "vamba-widzety", seen from the running program. The path need not exist.
 std::filesystem::path libexecProgram(std::string_view name);
+
+/// The same, seen from a program in `folder`: the first of these that exists, else the second.
+/// - beside it
+/// - in ../libexec/vamba
+/// - in `installed`, where the build was configured to install it: a path from the folder, as a whole installation may
+///   have been moved, or an absolute one
+std::filesystem::path libexecProgram(const std::filesystem::path& folder, std::string_view name,
+                                     const std::filesystem::path& installed);
 
 /// The extension that the command line names, else the one of this installation.
 std::filesystem::path extensionProgram(const CommandLine& line);
