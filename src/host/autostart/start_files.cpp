@@ -33,6 +33,29 @@ std::string unescaped(std::string_view text) {
   return result;
 }
 
+// What the widgets and their extension never do, docs/decisions/0008-start-with-the-session.md tells why these and no
+// others. A program that a click starts does not inherit them: the user's systemd starts it.
+constexpr std::string_view hardening =
+    "NoNewPrivileges=yes\n"
+    "SystemCallArchitectures=native\n"
+    "SystemCallFilter=@system-service seccomp landlock_create_ruleset landlock_add_rule landlock_restrict_self\n"
+    "SystemCallFilter=~@privileged\n"
+    "SystemCallErrorNumber=EPERM\n"
+    "RestrictAddressFamilies=AF_UNIX AF_INET AF_INET6 AF_NETLINK\n"
+    "RestrictNamespaces=yes\n"
+    "RestrictRealtime=yes\n"
+    "RestrictSUIDSGID=yes\n"
+    "MemoryDenyWriteExecute=yes\n"
+    "LockPersonality=yes\n"
+    "KeyringMode=private\n"
+    "UMask=0077\n"
+    "ProtectClock=yes\n"
+    "ProtectControlGroups=yes\n"
+    "ProtectHostname=yes\n"
+    "ProtectKernelLogs=yes\n"
+    "ProtectKernelModules=yes\n"
+    "ProtectKernelTunables=yes\n";
+
 bool hasLine(std::string_view text, std::string_view wanted) {
   return ("\n" + std::string(text) + "\n").find("\n" + std::string(wanted) + "\n") != std::string::npos;
 }
@@ -54,8 +77,9 @@ std::string systemdUnit(const std::filesystem::path& program) {
          quoted +
          " desktop\n"
          "Restart=on-failure\n"
-         "RestartSec=5\n\n"
-         "[Install]\n"
+         "RestartSec=5\n" +
+         std::string(hardening) +
+         "\n[Install]\n"
          "WantedBy=graphical-session.target\n";
 }
 

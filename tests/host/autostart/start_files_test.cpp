@@ -78,6 +78,19 @@ TEST(SystemdUnit, IsAcceptedBySystemdWhateverTheProgramsPath) {
   EXPECT_NE(std::system(verify.c_str()), 0) << "a missing program is not noticed";
 }
 
+// From 0.0, the least exposed, to 10.0; a unit without any of the restrictions has 9.8.
+TEST(SystemdUnit, IsHardenedByTheMeasureOfSystemd) {
+  const support::TemporaryFolder folder;
+  folder.write("vamba-desktop.service", systemdUnit("/bin/true"));
+  const std::string judge =
+      "XDG_RUNTIME_DIR=" + folder.path("") + " systemd-analyze --user security --offline=true --no-pager --threshold=";
+  const std::string unit = " '" + folder.path("vamba-desktop.service") + "' >'" + folder.path("said") + "' 2>&1";
+  const int status = std::system((judge + "50" + unit).c_str());
+  std::ifstream said(folder.path("said"));
+  EXPECT_EQ(status, 0) << std::string{std::istreambuf_iterator<char>(said), {}};
+  EXPECT_NE(std::system((judge + "10" + unit).c_str()), 0) << "no exposure is ever too high";
+}
+
 TEST(StartFiles, TellWhichProgramTheyStart) {
   for (const char* name : names) {
     const std::filesystem::path program = std::string("/opt/") + name + "/vamba-host";
