@@ -30,9 +30,25 @@ missing_packages() {
       sed -n 's/^installed //p' | LC_ALL=C sort -u)
 }
 
+# What is made for Debian 12 works on Debian 13 too; elsewhere the names of packages may differ.
+name_system() {
+  local name
+  # shellcheck disable=SC1091
+  case $(. /etc/os-release 2>/dev/null && echo "${ID:-} ${VERSION_ID:-}") in
+    'debian 12') return ;;
+    'debian 13') say "System: Debian 13; this is made for Debian 12 and works the same here" ;;
+    *)
+      # shellcheck disable=SC1091
+      name=$(. /etc/os-release 2>/dev/null && echo "${PRETTY_NAME:-}")
+      say "System: ${name:-unknown}; this is made for Debian 12 and 13, and packages may have other names here"
+      ;;
+  esac
+}
+
 # install_missing LIST...: asks the network for nothing when nothing is missing.
 install_missing() {
   command -v dpkg-query >/dev/null || fail "this needs Debian 12 (no dpkg-query here); README.md tells how to build elsewhere"
+  name_system
   local missing as_root=() log=$root/build/packages.log
   mapfile -t missing < <(missing_packages "$@")
   if [ ${#missing[@]} -eq 0 ]; then
