@@ -16,6 +16,7 @@ vamba_pkg_config_dependency(utf8proc libutf8proc)
 vamba_pkg_config_dependency(uuid uuid)
 vamba_pkg_config_dependency(systemd libsystemd)
 vamba_pkg_config_dependency(openssl openssl)
+vamba_pkg_config_dependency(seccomp libseccomp)
 
 find_package(nlohmann_json 3.11 REQUIRED)
 add_library(deps::nlohmann_json ALIAS nlohmann_json::nlohmann_json)

@@ -109,6 +109,59 @@ TEST(ExtensionPrivacyTest, AnotherProcessOfTheUserCanNeitherReadItNorAttach) {
   EXPECT_EQ(status, 0);
 }
 
+/// A line of a /proc/PID/status: "Seccomp:" gives "2".
+std::string statusLine(const fs::path& folder, const std::string& name) {
+  std::ifstream status(folder / "status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with(name)) return line.substr(line.find_first_not_of("\t ", name.size()));
+  }
+  return "no " + name;
+}
+
+class ExtensionRightsTest : public ServiceTest {
+ protected:
+  void SetUp() override {
+    if (sanitized) GTEST_SKIP() << "builds for sanitizers apply no restrictions";
+  }
+};
+
+TEST_F(ExtensionRightsTest, AreTheLeastInEveryThreadOnceARequestIsRead) {
+  const auto released = std::make_shared<support::Event>();
+  everyAnswer({support::Await{released}, support::Send{support::HttpAnswer{.status = 500}.bytes()}});
+  const int loading = extension().ask("timeline", boardParams());
+  ASSERT_TRUE(service.waitForRequests(3));
+  int threads = 0;
+  for (const auto& thread : fs::directory_iterator("/proc/" + std::to_string(extension().id()) + "/task")) {
+    ++threads;
+    EXPECT_EQ(statusLine(thread.path(), "NoNewPrivs:"), "1");
+    EXPECT_EQ(statusLine(thread.path(), "Seccomp:"), "2");
+    EXPECT_EQ(statusLine(thread.path(), "CapPrm:"), "0000000000000000");
+    EXPECT_EQ(statusLine(thread.path(), "CapEff:"), "0000000000000000");
+  }
+  EXPECT_GT(threads, 3) << "a load has threads of its own";
+  released->set();
+  EXPECT_EQ(extension().answerTo(loading)["result"]["entries"][0]["blad"], serverError(500));
+}
+
+// A tracer stands in for a kernel without Landlock.
+TEST_F(ExtensionRightsTest, LoadsWithoutLandlockAndSaysSoOnlyWhenAsked) {
+  const std::string program = folder_.path("on-an-old-kernel");
+  folder_.write("on-an-old-kernel",
+                "#!/bin/sh\nexec /usr/bin/strace -f -qqq -o /dev/null -e trace=landlock_create_ruleset "
+                "-e inject=landlock_create_ruleset:error=ENOSYS " VAMBA_EXTENSION "\n");
+  fs::permissions(program, fs::perms::owner_all);
+  for (const bool asked : {false, true}) {
+    if (asked) environment["VAMBA_VERBOSE"] = "1";
+    support::ExtensionUnderTest old(program, environment);
+    const json answer = old.call("timeline", boardParams());
+    EXPECT_EQ(answer["result"]["entries"].size(), 1U) << answer << old.diagnostics();
+    EXPECT_EQ(old.diagnostics(),
+              asked ? "vamba-widzety: goes on without a restriction: Landlock: Function not implemented\n" : "");
+    old.closeInput();
+    EXPECT_EQ(old.exitStatus(), 0);
+  }
+}
+
 class ExtensionSecretTest : public ServiceTest {
  protected:
   /// How often the bytes occur in the memory that a process can write to. Nothing where it cannot be read.

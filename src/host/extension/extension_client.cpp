@@ -50,7 +50,9 @@ ExtensionClient::Answer<json> ExtensionClient::ask(const std::string& method, co
   const auto giveUp = after(deadline);
   if (!session_) {
     if (settings_.verbose) say(Priority::debug, "starting " + settings_.program.string());
-    auto process = ExtensionProcess::start(settings_.program, settings_.environment);
+    auto environment = settings_.environment;
+    if (settings_.verbose) environment.emplace_back("VAMBA_VERBOSE=1");
+    auto process = ExtensionProcess::start(settings_.program, environment);
     if (!process) return std::unexpected(ExtensionFailure{Kind::cannotStart, process.error()});
     session_ = std::make_unique<ExtensionSession>(std::move(*process), settings_.interruption, settings_.diagnostics);
   }

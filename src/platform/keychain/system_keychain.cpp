@@ -43,6 +43,16 @@ std::optional<FileKeychain> SystemKeychain::folderOfLastResort() {
   return FileKeychain::below(*dataFolder, folderBelowDataHome_, refusals_);
 }
 
+std::vector<std::filesystem::path> SystemKeychain::folders() const {
+  if (const auto folder = environmentText(folderVariable_)) return {*folder};
+  const auto dataFolder = userDataFolder();
+  if (!dataFolder) return {};
+  std::vector<std::filesystem::path> folders;
+  auto path = *dataFolder;
+  for (const auto& level : folderBelowDataHome_) folders.push_back(path /= level);
+  return folders;
+}
+
 KeychainResult SystemKeychain::find(const KeychainQuery& query, base::Deadline deadline) {
   if (auto files = folderUsedAlone()) return files->copyMatching(query, deadline);
   auto result = secretService_.copyMatching(query, deadline);

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/keychain/file_keychain.hpp"
 #include "platform/keychain/keychain.hpp"
@@ -26,6 +27,10 @@ class SystemKeychain final : public Keychain {
   };
 
   explicit SystemKeychain(Settings settings);
+
+  /// The folders that the file store opens, outermost first; the items are in the last. Empty where there is no store
+  /// of files.
+  std::vector<std::filesystem::path> folders() const;
 
  private:
   /// Does not fall back to files while the Secret Service is locked or silent: they may hold an old token.

@@ -1,6 +1,7 @@
 #include "platform/widget_kit/extension_main.hpp"
 
 #include <cstdlib>
+#include <utility>
 
 #include <poll.h>
 
@@ -17,8 +18,11 @@ int extensionMain(const WidgetBundle& bundle, base::TaskGroup& tasks, const Exte
   RequestServer server(bundle, writer);
 
   bool hostListens = true;
+  bool isFirst = true;
   while (hostListens) {
     const auto [status, line, error] = reader.next();
+    const bool isLine = status == Status::line || status == Status::tooLong;
+    if (isLine && std::exchange(isFirst, false)) streams.firstLineRead();
     if (status == Status::line) {
       hostListens = server.serve(line);
     } else if (status == Status::tooLong) {

@@ -14,6 +14,8 @@ struct ExtensionStreams {
   /// Descriptors of the host's requests and of the answers to them, blocking or not.
   int requests = STDIN_FILENO;
   int answers = STDOUT_FILENO;
+  /// Called once, when the first line has been read and before it is answered: until then no thread was started.
+  std::function<void()> firstLineRead = [] {};
   /// Called at the end of input, before anything is waited for.
   std::function<void()> inputEnded = [] {};
 };

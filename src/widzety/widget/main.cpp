@@ -2,10 +2,12 @@
 // extension's main routine. Nothing is read at start.
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 
 #include "base/tasks/task_group.hpp"
 #include "platform/calendar/clock.hpp"
 #include "platform/keychain/system_keychain.hpp"
+#include "platform/sandbox/least_rights.hpp"
 #include "platform/widget_kit/extension_main.hpp"
 #include "platform/widget_kit/extension_process.hpp"
 #include "widzety/widget/widzet_dnia.hpp"
@@ -27,7 +29,16 @@ int main() {
                                     .diagnostics = napiszDlaCzlowieka});
   base::TaskGroup taski;
   const widzety::PakietWidzetow pakiet({zegar, magazyn, taski, napiszDlaCzlowieka});
+  // Gives up every right that a load does not need. What a kernel lacks is said only when asked: no person can change
+  // it.
+  const auto ograniczProces = [&magazyn] {
+    auto pliki = platform::filesOfTheSystem();
+    for (auto& plik : platform::filesOfKeychain(magazyn.folders())) pliki.push_back(std::move(plik));
+    const auto braki = platform::keepLeastRights(pliki);
+    if (std::getenv("VAMBA_VERBOSE") == nullptr) return;
+    for (const auto& brak : braki) napiszDlaCzlowieka("goes on without a restriction: " + brak);
+  };
   // A host may rely on the end within a second, even where a load hangs.
   const auto koniecWejscia = [] { platform::endProcessAfter(std::chrono::milliseconds(900)); };
-  return platform::extensionMain(pakiet, taski, {.inputEnded = koniecWejscia});
+  return platform::extensionMain(pakiet, taski, {.firstLineRead = ograniczProces, .inputEnded = koniecWejscia});
 }
