@@ -33,8 +33,9 @@ std::string unescaped(std::string_view text) {
   return result;
 }
 
-// What the widgets and their extension never do, docs/decisions/0008-start-with-the-session.md tells why these and no
-// others. A program that a click starts does not inherit them: the user's systemd starts it.
+// What the widgets and their extension never do. Only filters on system calls: a user's systemd may set no others, and
+// a unit with a line such as ProtectClock=yes, which takes capabilities away, would not start at all
+// (docs/decisions/0008-start-with-the-session.md).
 constexpr std::string_view hardening =
     "NoNewPrivileges=yes\n"
     "SystemCallArchitectures=native\n"
@@ -48,13 +49,7 @@ constexpr std::string_view hardening =
     "MemoryDenyWriteExecute=yes\n"
     "LockPersonality=yes\n"
     "KeyringMode=private\n"
-    "UMask=0077\n"
-    "ProtectClock=yes\n"
-    "ProtectControlGroups=yes\n"
-    "ProtectHostname=yes\n"
-    "ProtectKernelLogs=yes\n"
-    "ProtectKernelModules=yes\n"
-    "ProtectKernelTunables=yes\n";
+    "UMask=0077\n";
 
 bool hasLine(std::string_view text, std::string_view wanted) {
   return ("\n" + std::string(text) + "\n").find("\n" + std::string(wanted) + "\n") != std::string::npos;
