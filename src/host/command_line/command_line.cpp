@@ -75,6 +75,15 @@ std::string reasonableScale(const std::string& text) {
   return reasonable ? std::string() : text + " is not a number from 0.25 to 8";
 }
 
+/// An empty text for a value that is not empty, else what is wrong.
+std::string notEmpty(const std::string& text) { return text.empty() ? "an empty value names nothing" : std::string(); }
+
+/// An option that takes one text, the last where it is given several times.
+template <typename Kept>
+CLI::Option& addText(CLI::App& app, const std::string& name, Kept& value, const char* type, const char* help) {
+  return *app.add_option(name, value, help)->type_name(type)->take_last()->check(notEmpty);
+}
+
 /// The format that a file's suffix asks for; text for "board" and "board.txt".
 Format formatOf(const std::filesystem::path& file) {
   const std::string suffix = absl::AsciiStrToLower(file.extension().string());
@@ -88,7 +97,7 @@ class Parser {
  public:
   Parser() {
     app_.set_version_flag("--version", version);
-    app_.add_option("--extension", line_.extension, "the extension's program")->type_name("PATH");
+    addText(app_, "--extension", line_.extension, "PATH", "the extension's program");
     app_.fallthrough();
     app_.require_subcommand(0, 1);
     app_.footer("Without a command: desktop where a display is reachable, else show.");
@@ -110,6 +119,7 @@ class Parser {
 
   /// What is wrong, the nearest right word, and where help is.
   std::string explain(const CLI::ParseError& error) const {
+    if (auto missing = missingValue(error)) return *std::move(missing);
     const auto extra = app_.remaining(true);
     if (dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr || extra.empty()) return error.what();
     const std::string& word = extra.front();
@@ -161,14 +171,14 @@ class Parser {
   void addShow() {
     auto& show = add("show", Command::show, "Show one board, once.");
     addFamily(show);
-    show.add_option("--entry", line_.entry,
-                    "timeline, snapshot, preview, placeholder, or a file with one entry (- for standard input)")
-        ->type_name("ENTRY");
+    addText(show, "--entry", line_.entry, "ENTRY",
+            "timeline, snapshot, preview, placeholder, or a file with one entry (- for standard input)");
     addChoice(show, "--format", format_, boardFormats, "default: by the output's suffix, else text");
-    show.add_option("--output", line_.output, "where to write it (- is standard output)")->type_name("FILE");
+    addText(show, "--output", line_.output, "FILE", "where to write it (- is standard output)");
     show.add_option("--scale", line_.scale, "pixels of a picture for each point, 0.25 to 8 (default: 1)")
         ->check(reasonableScale)
-        ->type_name("N");
+        ->type_name("N")
+        ->take_last();
     addChoice(show, "--appearance", line_.appearance, appearances, "of a picture (default: light)");
     show.add_flag("--outlines", line_.outlines, "letters of an SVG as outlines, for where the font is missing");
     show.add_flag("--verbose", line_.verbose, "say on standard error what is asked");
@@ -192,9 +202,8 @@ class Parser {
   void addSignIn() {
     auto& signIn =
         add("sign-in", Command::signIn, "Try a device token, read from the terminal or standard input, and keep it.");
-    signIn
-        .add_option("--address", line_.address, "the service's address (default: the one kept, else the built-in one)")
-        ->type_name("URL");
+    addText(signIn, "--address", line_.address, "URL",
+            "the service's address (default: the one kept, else the built-in one)");
     signIn.add_flag("--status", line_.signInStatus, "say where a token is kept, instead");
     add("sign-out", Command::signOut, "Remove the token and the address.");
   }
@@ -222,6 +231,22 @@ class Parser {
     }
     if (line_.signInStatus && line_.address) throw Mistake{"--address has no effect with --status"};
     if (line_.outlines && line_.format != Format::svg) throw Mistake{"--outlines has an effect on SVG only"};
+  }
+
+  /// "--family needs one of small|medium|large" where an option or argument has no value.
+  std::optional<std::string> missingValue(const CLI::ParseError& error) const {
+    const bool argument = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
+    if (!argument && dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return std::nullopt;
+    const std::string what = error.what();
+    const std::string name = what.substr(0, what.find_first_of(": "));
+    for (const auto* from : {command(), &app_}) {
+      const auto* const option = from == nullptr ? nullptr : from->get_option_no_throw(name);
+      if (option == nullptr || option->get_type_name().empty()) continue;
+      const std::string type = option->get_type_name();
+      const char* const kind = type.find('|') == std::string::npos ? "a value: " : "one of ";
+      return absl::StrCat(argument ? from->get_name() : name, " needs ", kind, type);
+    }
+    return std::nullopt;
   }
 
   const CLI::App* command() const {

@@ -82,6 +82,11 @@ TEST(CommandLineTest, RefusesAWrongLineWithStatus2AndSaysWhy) {
       {"gallery", "--family", "small"},
       {"show", "watch"},
       {"show", "--output"},
+      {"show", "--output", ""},
+      {"--extension", "", "show"},
+      {"show", ""},
+      {""},
+      {"doctor", "--family", "small"},
       {"autostart"},
       {"autostart", "sideways"},
       {"autostart", "on", "off", "status"},
@@ -94,6 +99,14 @@ TEST(CommandLineTest, RefusesAWrongLineWithStatus2AndSaysWhy) {
     EXPECT_NE(exit->standardError, "");
     EXPECT_EQ(exit->standardOutput, "");
   }
+}
+
+TEST(CommandLineTest, TakesTheLastOfAnOptionThatIsGivenTwice) {
+  const auto shown = line({"show", "--entry", "timeline", "--entry", "preview", "--scale", "1", "--scale", "2",
+                           "--output", "a.png", "--output", "b.png"});
+  EXPECT_EQ(shown.entry, "preview");
+  EXPECT_EQ(shown.scale, 2);
+  EXPECT_EQ(shown.output, "b.png");
 }
 
 TEST(CommandLineTest, TakesOneActionOfAutostart) {
@@ -125,6 +138,14 @@ TEST(CommandLineTest, NamesTheProgramTheNearestRightWordAndTheHelp) {
       {{"show", "--output", "a.bmp"},
        "vamba-host: --output: no format has the suffix \".bmp\"; name one with --format\n"
        "Run \"vamba-host show --help\" for help.\n"},
+      {{"show", "--family"},
+       "vamba-host: --family needs one of small|medium|large\nRun \"vamba-host show --help\" for help.\n"},
+      {{"show", "--output"}, "vamba-host: --output needs a value: FILE\nRun \"vamba-host show --help\" for help.\n"},
+      {{"--extension"}, "vamba-host: --extension needs a value: PATH\nRun \"vamba-host --help\" for help.\n"},
+      {{"autostart"},
+       "vamba-host: autostart needs one of on|off|status\nRun \"vamba-host autostart --help\" for help.\n"},
+      {{"show", "--entry", ""},
+       "vamba-host: --entry: an empty value names nothing\nRun \"vamba-host show --help\" for help.\n"},
       {{"help", "wach"},
        "vamba-host: there is no command \"wach\"; did you mean \"watch\"?\nRun \"vamba-host help --help\" for help.\n"},
   };
