@@ -31,6 +31,7 @@ std::string PlacementStore::keepAside(const std::string& reason) {
 LoadedPlacements PlacementStore::load() {
   document_.clear();
   stillInTheWay_ = false;
+  if (const auto target = base::behindLinks(file_)) base::removeLeftovers(*target);
   auto text = base::readFile(file_, largestPlacementDocument);
   if (!text && text.error().kind == base::ReadFailure::Kind::missing) return {.firstStart = true};
   if (!text) return {.notice = keepAside(text.error().reason)};

@@ -83,6 +83,7 @@ std::expected<bool, std::string> CredentialStore::secretService() {
 
 std::expected<std::optional<CredentialStore::Item>, std::string> CredentialStore::find(std::string_view account) {
   const auto files = folder();
+  if (files) base::removeLeftovers(itemFile(*files, account));
   auto found = files ? platform::FileKeychain(*files, refusals_).copyMatching(queryFor(account))
                      : secretService_.copyMatching(queryFor(account));
   if (found.status == KeychainStatus::itemNotFound) return std::nullopt;
@@ -130,6 +131,7 @@ std::expected<bool, std::string> CredentialStore::remove(std::string_view accoun
            status == KeychainStatus::unavailable;
   };
   if (files) {
+    base::removeLeftovers(itemFile(*files, account));
     const auto status = platform::FileKeychain(*files, refusals_).deleteItems(queryFor(account));
     if (!judge(status)) return failure(status);
   }

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "desktop/placement/printing.hpp"
 #include "support/file_content.hpp"
@@ -48,6 +50,16 @@ TEST_F(PlacementStoreTest, KeepsThePlacementsForTheNextStart) {
   struct stat status{};
   ASSERT_EQ(stat(path("config/vamba").c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777, 0700U);
+}
+
+TEST_F(PlacementStoreTest, ClearsAtTheStartWhatAKilledSaveLeft) {
+  ASSERT_TRUE(PlacementStore(path()).save(sample()));
+  const pid_t killed = fork();
+  if (killed == 0) _exit(0);
+  waitpid(killed, nullptr, 0);
+  folder_.write("placements.json.new-" + std::to_string(killed) + "-0", "half of th");
+  EXPECT_EQ(load().placements, sample());
+  EXPECT_EQ(namesIn(folder_.path("")), Names{"placements.json"});
 }
 
 TEST_F(PlacementStoreTest, KnowsAStartWithEverythingRemovedFromTheFirstOne) {

@@ -71,6 +71,20 @@ TEST_F(SignIn, TriesTheTokenAndKeepsItInPrivateFilesWithoutItsLineEnd) {
             "token: in the folder " + keychain() + "\naddress: in the folder " + keychain() + "\n");
 }
 
+TEST_F(SignIn, StatusAndSignOutClearTheTokenThatAKilledSaveLeft) {
+  ASSERT_EQ(signIn("tajne-7").status, 0);
+  const auto file = itemFile(keychain(), tokenAccount);
+  const pid_t killed = fork();
+  if (killed == 0) _exit(0);
+  waitpid(killed, nullptr, 0);
+  for (const auto& command : {std::vector<std::string>{"sign-in", "--status"}, {"sign-out"}}) {
+    const auto left = file.string() + ".new-" + std::to_string(killed) + "-0";
+    std::ofstream(left) << "tajne-8";
+    EXPECT_EQ(runHost(command).status, 0);
+    EXPECT_FALSE(std::filesystem::exists(left)) << command.front();
+  }
+}
+
 TEST_F(SignIn, TriesALaterTokenAtTheAddressThatIsKept) {
   ASSERT_EQ(signIn("tajne-7").status, 0);
   const auto again = runHost({"sign-in"}, "tajne-8", VAMBA_EXTENSION);
