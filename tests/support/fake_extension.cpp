@@ -2,7 +2,7 @@
 // fail its host. FAKE_EXTENSION_STARTS names a file to which each process it consists of adds its number,
 // FAKE_EXTENSION_REQUESTS one to which it adds what it is asked. FAKE_EXTENSION_TITLE is what its timelines say,
 // FAKE_EXTENSION_SENTENCE what they say instead of a day,
-// FAKE_EXTENSION_NOW the time that it takes it to be, in seconds since 1970. While there is a file FAKE_EXTENSION_HELD,
+// FAKE_EXTENSION_NOW the time that it takes it to be, in seconds since 1970. FAKE_EXTENSION_TODAY is added to each view. While there is a file FAKE_EXTENSION_HELD,
 // no view is answered.
 #include <csignal>
 #include <cstdlib>
@@ -69,7 +69,8 @@ json resultOf(const Request& request) {
   }
   if (request.method == "render") {
     while (::access(environment("FAKE_EXTENSION_HELD").c_str(), F_OK) == 0) ::usleep(1000);
-    const std::string title = request.params["entry"].value("tytul", "") + " " + request.params.value("family", "");
+    std::string title = request.params["entry"].value("tytul", "") + " " + request.params.value("family", "");
+    if (const std::string today = environment("FAKE_EXTENSION_TODAY"); !today.empty()) title += " on " + today;
     return {{"view", {{"type", "text"}, {"text", title}, {"containerBackground", "background"}}}};
   }
   return {{"entry", entry(request.method)}};

@@ -1,7 +1,10 @@
 // `vamba-host sign-in` and `sign-out` with the real extension, a scripted service and a real keyring.
 #include <filesystem>
+#include <fstream>
 
 #include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "end_to_end/extension_fixture.hpp"
 #include "host/commands/host_process.hpp"
