@@ -2,8 +2,8 @@
 // fail its host. FAKE_EXTENSION_STARTS names a file to which each process it consists of adds its number,
 // FAKE_EXTENSION_REQUESTS one to which it adds what it is asked. FAKE_EXTENSION_TITLE is what its timelines say,
 // FAKE_EXTENSION_SENTENCE what they say instead of a day,
-// FAKE_EXTENSION_NOW the time that it takes it to be, in seconds since 1970. FAKE_EXTENSION_TODAY is added to each view. While there is a file FAKE_EXTENSION_HELD,
-// no view is answered.
+// FAKE_EXTENSION_NOW the time that it takes it to be, in seconds since 1970. FAKE_EXTENSION_TODAY is added to each
+// view. While there is a file FAKE_EXTENSION_HELD, no view is answered.
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
