@@ -1,5 +1,6 @@
 #include "platform/sandbox/least_rights.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -42,6 +43,10 @@ std::optional<std::string> gainNoRights() {
 
 std::optional<std::string> dropCapabilities() {
   __user_cap_header_struct header{.version = _LINUX_CAPABILITY_VERSION_3, .pid = 0};
+  std::array<__user_cap_data_struct, 2> held{};
+  const auto isNone = [](const auto& set) { return (set.effective | set.permitted | set.inheritable) == 0; };
+  // A service manager may refuse the call below to a process that has nothing to give up.
+  if (syscall(SYS_capget, &header, held.data()) == 0 && std::ranges::all_of(held, isNone)) return std::nullopt;
   const std::array<__user_cap_data_struct, 2> none{};
   if (syscall(SYS_capset, &header, none.data()) != 0) return failure("capabilities");
   return std::nullopt;
