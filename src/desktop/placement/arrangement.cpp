@@ -1,6 +1,7 @@
 #include "desktop/placement/arrangement.hpp"
 
 #include <algorithm>
+#include <tuple>
 
 #include "desktop/placement/free_spot.hpp"
 
@@ -66,6 +67,15 @@ std::vector<Arranged> arrange(const Placements& placements, std::span<const Moni
   std::vector<Arranged> result;
   for (const Wish& wish : all) result.push_back(*std::ranges::find(settled, wish.wanted.id, &Arranged::id));
   return result;
+}
+
+std::vector<int> readingOrder(std::span<const Arranged> arranged) {
+  std::vector<Arranged> sorted(arranged.begin(), arranged.end());
+  std::ranges::stable_sort(
+      sorted, {}, [](const Arranged& copy) { return std::tuple(copy.monitor, copy.rect.y, copy.rect.x); });
+  std::vector<int> ids;
+  for (const Arranged& copy : sorted) ids.push_back(copy.id);
+  return ids;
 }
 
 std::optional<Place> placeForNew(Size size, const Placements& placements, std::span<const Monitor> monitors,

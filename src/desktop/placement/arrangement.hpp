@@ -33,6 +33,9 @@ struct Arranged {
 /// Without a monitor, the result is empty.
 std::vector<Arranged> arrange(const Placements& placements, std::span<const Monitor> monitors, FamilySizes sizes);
 
+/// The ids of the copies monitor by monitor, from top to bottom and then from left to right.
+std::vector<int> readingOrder(std::span<const Arranged> arranged);
+
 /// The place of a new widget on the primary monitor, see `spotForNew`. None if there is no monitor.
 std::optional<Place> placeForNew(Size size, const Placements& placements, std::span<const Monitor> monitors,
                                  FamilySizes sizes);

@@ -27,6 +27,9 @@ class WidgetPlaces {
   const Arranged* arranged(int id) const;
   const Monitor& monitorOf(const Arranged& copy) const { return monitors_[copy.monitor]; }
 
+  /// The ids of the copies that are shown, see `readingOrder`.
+  std::vector<int> readingOrder() const { return desktop::readingOrder(arranged_); }
+
   void setMonitors(std::vector<Monitor> monitors);
   /// Call it when the results of `sizes` have changed.
   void sizesChanged() { arrangeAll(); }

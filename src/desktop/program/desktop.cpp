@@ -23,6 +23,7 @@ Desktop::Desktop(Parts parts, host::ExtensionSettings extension)
               [this](protocol::WidgetFamily family) { return sizeOf(family); }),
       firstWidgetWanted_(places_.empty() && (parts_.placements.firstStart || parts_.placements.notice)),
       boards_(language_),
+      keyboard_(parts_.way, windows_, places_),
       gallery_(texts_,
                {.add = [this](protocol::WidgetFamily family) { add(family); }, .closed = [this] { galleryClosed(); }}),
       feed_(
@@ -207,6 +208,10 @@ void Desktop::openGallery() {
     });
   }
   gallery_.open(widget_);
+}
+
+void Desktop::focusBoards() {
+  if (!keyboard_.begin()) openGallery();
 }
 
 void Desktop::galleryClosed() {

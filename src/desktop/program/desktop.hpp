@@ -12,6 +12,7 @@
 #include "desktop/program/boards.hpp"
 #include "desktop/program/gallery.hpp"
 #include "desktop/program/journal.hpp"
+#include "desktop/program/keyboard_focus.hpp"
 #include "desktop/program/main_loop.hpp"
 #include "desktop/windows/board_commands.hpp"
 #include "desktop/windows/board_window.hpp"
@@ -42,6 +43,8 @@ class Desktop final : public BoardCommands {
   /// The size of text relative to the usual one. Boards grow by the same factor.
   void setTextScale(double scale);
   void openGallery() override;
+  /// Brings the boards to the front and focuses the first, or opens the gallery if there is none.
+  void focusBoards();
 
  private:
   Point snapped(int id, Point wanted) override { return places_.snapped(id, wanted); }
@@ -52,6 +55,9 @@ class Desktop final : public BoardCommands {
   void reload() override;
   std::optional<absl::Time> nextReload() const override { return nextReload_; }
   void quit() override { parts_.loop.quit(); }
+  void focusNext(int id, Turn turn) override { keyboard_.next(id, turn); }
+  void leaveKeyboard() override { keyboard_.end(); }
+  void activeChanged() override { keyboard_.activeChanged(); }
 
   // Called on the main thread with each report of the feed.
   void heard(const host::WidgetDeclaration& widget);
@@ -81,7 +87,8 @@ class Desktop final : public BoardCommands {
   std::vector<DisplayedMonitor> monitors_;
   std::optional<MonitorChanges> monitorChanges_;
   bool monitorsPending_ = false;
-  std::map<int, std::unique_ptr<BoardWindow>> windows_;
+  KeyboardFocus::Windows windows_;
+  KeyboardFocus keyboard_;
   Gallery gallery_;
   std::vector<protocol::WidgetFamily> fedFamilies_;  ///< the sizes that the feed was last asked for
   host::WidgetDeclaration widget_;

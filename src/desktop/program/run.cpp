@@ -89,11 +89,18 @@ host::CommandResult run(const host::CommandLine& line) {
   });
 
   Desktop* running = nullptr;
-  SingleInstance instance([&running] {
-    if (running != nullptr) running->openGallery();
+  using Request = SingleInstance::Request;
+  SingleInstance instance([&running](Request request) {
+    if (running == nullptr) return;
+    if (request == Request::focus) {
+      running->focusBoards();
+    } else {
+      running->openGallery();
+    }
   });
-  if (!instance.claim()) {
-    journal.say("the widgets are on the desktop already; their gallery opens");
+  if (!instance.claim(line.focus ? Request::focus : Request::gallery)) {
+    journal.say(line.focus ? "the widgets are on the desktop already; they come to the front"
+                           : "the widgets are on the desktop already; their gallery opens");
     return {};
   }
 
@@ -113,6 +120,8 @@ host::CommandResult run(const host::CommandLine& line) {
   running = &desktop;
   const Look look(desktop);
   desktop.begin();
+  // The windows have to be shown first.
+  if (line.focus) MainLoop::postWhenIdle([&desktop] { desktop.focusBoards(); });
   loop.run();
   running = nullptr;
   return {};

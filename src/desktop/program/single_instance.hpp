@@ -1,4 +1,4 @@
-// Makes the desktop run once in a session: a second start notifies the first, which opens its gallery.
+// Makes the desktop run once in a session: a second start passes on to the first what it was asked to do.
 #pragma once
 
 #include <functional>
@@ -11,16 +11,21 @@ namespace desktop {
 
 class SingleInstance {
  public:
-  /// `calledAgain` runs on the main thread each time the program is started again.
-  explicit SingleInstance(std::function<void()> calledAgain);
+  /// What a later start asks the first one to do.
+  enum class Request { gallery, focus };
 
-  /// Returns whether this is the first start; if it is not, notifies the first. Without a session bus, always true.
-  bool claim();
+  /// `calledAgain` runs on the main thread each time the program is started again.
+  explicit SingleInstance(std::function<void(Request)> calledAgain);
+
+  /// Returns whether this is the first start; if it is not, passes the request on to the first. Without a session bus,
+  /// always true.
+  bool claim(Request request);
 
  private:
   void activated();
+  void focusAsked(GVariant* parameter);
 
-  std::function<void()> calledAgain_;
+  std::function<void(Request)> calledAgain_;
   OwnedObject<GApplication> application_;
 };
 

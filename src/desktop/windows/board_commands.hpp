@@ -12,6 +12,8 @@
 
 namespace desktop {
 
+enum class Turn { forward, backward };
+
 /// `id` is that of a placed copy. The copy and its window may be removed during a call.
 class BoardCommands {
  public:
@@ -27,6 +29,12 @@ class BoardCommands {
   virtual void reload() = 0;
   virtual std::optional<absl::Time> nextReload() const = 0;
   virtual void quit() = 0;
+
+  /// Focuses the board after or before this one in reading order, and after the last one the first.
+  virtual void focusNext(int id, Turn turn) = 0;
+  /// Ends the use by keyboard: boards that are in front of windows go back below them.
+  virtual void leaveKeyboard() = 0;
+  virtual void activeChanged() = 0;
 };
 
 }  // namespace desktop

@@ -34,7 +34,7 @@ BoardPicture::BoardPicture(protocol::WidgetFamily family, BoardContent content, 
       look_(std::move(look)),
       options_(optionsFor(family_, content_, look_)),
       drawing_(render::prepare(content_.view, options_)) {
-  if (drawing_ && content_.redaction == render::Redaction::none) aloud_ = render::readAloud(*drawing_);
+  if (drawing_ && content_.redaction == render::Redaction::none) rows_ = render::readRows(*drawing_);
 }
 
 void BoardPicture::paint(cairo_t* cairo, Size size, int scale) {
@@ -53,6 +53,15 @@ void BoardPicture::paint(cairo_t* cairo, Size size, int scale) {
   cairo_set_source_surface(cairo, surface.get(), 0, 0);
   cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_NEAREST);
   cairo_paint(cairo);
+}
+
+std::string BoardPicture::aloud() const {
+  std::string all;
+  for (const auto& row : rows_) {
+    if (!all.empty()) all += '\n';
+    all += row.text;
+  }
+  return all;
 }
 
 double BoardPicture::radiusAt(Size size) const {

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <cairo.h>
 
@@ -43,8 +44,11 @@ class BoardPicture {
   /// The radius of the corners of a board painted in this size.
   double radiusAt(Size size) const;
 
-  /// The texts of the board in reading order, one a line; empty for a redacted board.
-  const std::string& aloud() const { return aloud_; }
+  /// The rows of the board as they are read aloud; empty for a redacted board. Their frames are in points of `width`.
+  const std::vector<render::ReadRow>& rows() const { return rows_; }
+  double width() const { return options_.form.size.width; }
+  /// The rows, one a line.
+  std::string aloud() const;
 
   const BoardContent& content() const { return content_; }
   const BoardLook& look() const { return look_; }
@@ -56,7 +60,7 @@ class BoardPicture {
   BoardLook look_;
   render::PictureOptions options_;
   std::expected<render::Drawing, render::PictureError> drawing_;
-  std::string aloud_;
+  std::vector<render::ReadRow> rows_;
 };
 
 }  // namespace desktop

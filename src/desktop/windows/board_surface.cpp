@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <gdk/gdkwayland.h>
+#include <gdk/gdkx.h>
 #include <gtk-layer-shell.h>
 #include <wayland-client.h>
 
@@ -29,16 +30,20 @@ void describeToManager(GtkWindow* window) {
   gtk_window_stick(window);
 }
 
+/// How a layer gets the keyboard while it is at the bottom: by a click, where the compositor offers that.
+GtkLayerShellKeyboardMode restingKeyboardMode() {
+  constexpr guint onDemandSince = 4;
+  return gtk_layer_get_protocol_version() >= onDemandSince ? GTK_LAYER_SHELL_KEYBOARD_MODE_ON_DEMAND
+                                                           : GTK_LAYER_SHELL_KEYBOARD_MODE_NONE;
+}
+
 void makeLayer(GtkWindow* window, BoardSurface::Role role) {
   const bool isBoard = role == BoardSurface::Role::board;
   gtk_layer_init_for_window(window);
   gtk_layer_set_namespace(window, "vamba-widget");
   // The order of surfaces within one layer is up to the compositor, so an image needs a layer above the boards'.
   gtk_layer_set_layer(window, isBoard ? GTK_LAYER_SHELL_LAYER_BOTTOM : GTK_LAYER_SHELL_LAYER_OVERLAY);
-  constexpr guint onDemandSince = 4;
-  if (isBoard && gtk_layer_get_protocol_version() >= onDemandSince) {
-    gtk_layer_set_keyboard_mode(window, GTK_LAYER_SHELL_KEYBOARD_MODE_ON_DEMAND);
-  }
+  if (isBoard) gtk_layer_set_keyboard_mode(window, restingKeyboardMode());
 }
 
 /// Anchors the layer to the nearest corner of its monitor. When a panel reserves room at an edge, the compositor then
@@ -124,6 +129,35 @@ void BoardSurface::askToBeShown() {
 void BoardSurface::hide() { gtk_widget_hide(window_); }
 
 void BoardSurface::activate(guint32 time) { gtk_window_present_with_time(asWindow(window_), time); }
+
+void BoardSurface::setDepth(Depth depth) {
+  const bool front = depth == Depth::front;
+  if (way_ == DisplayWay::layerShell) {
+    gtk_layer_set_layer(asWindow(window_), front ? GTK_LAYER_SHELL_LAYER_TOP : GTK_LAYER_SHELL_LAYER_BOTTOM);
+    commit(window_);
+    return;
+  }
+  gtk_window_set_keep_below(asWindow(window_), front ? FALSE : TRUE);
+  gtk_window_set_keep_above(asWindow(window_), front ? TRUE : FALSE);
+}
+
+void BoardSurface::takeKeyboard() {
+  gtk_window_set_focus_visible(asWindow(window_), TRUE);
+  if (way_ == DisplayWay::layerShell) {
+    gtk_layer_set_keyboard_mode(asWindow(window_), GTK_LAYER_SHELL_KEYBOARD_MODE_EXCLUSIVE);
+    commit(window_);
+    return;
+  }
+  GdkWindow* const mapped = gtk_widget_get_window(window_);
+  const bool onX = way_ == DisplayWay::x11 && mapped != nullptr;
+  activate(onX ? gdk_x11_get_server_time(mapped) : GDK_CURRENT_TIME);
+}
+
+void BoardSurface::releaseKeyboard() {
+  if (way_ != DisplayWay::layerShell) return;
+  gtk_layer_set_keyboard_mode(asWindow(window_), restingKeyboardMode());
+  commit(window_);
+}
 
 void BoardSurface::fade(double opacity) {
   if (std::exchange(opacity_, opacity) != opacity) repaint();

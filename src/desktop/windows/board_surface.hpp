@@ -44,6 +44,14 @@ class BoardSurface {
   void askToBeShown();
   /// Requests the keyboard focus. `time` is that of the event that caused it, which window managers check.
   void activate(guint32 time);
+  /// Puts the board in front of all windows, or back at the bottom.
+  enum class Depth { bottom, front };
+  void setDepth(Depth depth);
+  /// Takes the keyboard without a click, for a board in front, and shows the focus ring.
+  void takeKeyboard();
+  /// After `takeKeyboard`: lets other boards and windows have it.
+  void releaseKeyboard();
+  bool isActive() const { return gtk_window_is_active(GTK_WINDOW(window_)) != FALSE; }
   /// Sets the opacity with which the board is painted, 0 to 1.
   void fade(double opacity);
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "desktop/windows/board_area.hpp"
 #include "desktop/windows/board_menu.hpp"
 #include "desktop/windows/gobject.hpp"
 
@@ -31,10 +32,18 @@ std::optional<Direction> directionOf(guint key) {
   }
 }
 
+/// Tab and Shift+Tab, which most keyboards report as a key of its own.
+std::optional<Turn> turnOf(guint key, guint modifiers) {
+  if (key == GDK_KEY_ISO_Left_Tab) return Turn::backward;
+  if (key != GDK_KEY_Tab && key != GDK_KEY_KP_Tab) return std::nullopt;
+  if (modifiers == 0) return Turn::forward;
+  return modifiers == GDK_SHIFT_MASK ? std::optional(Turn::backward) : std::nullopt;
+}
+
 }  // namespace
 
 BoardWindow::BoardWindow(int id, DisplayWay way, BoardCommands& commands, const Texts& texts)
-    : id_(id), way_(way), commands_(commands), texts_(texts), surface_(way, BoardSurface::Role::board) {
+    : id_(id), way_(way), commands_(commands), texts_(texts), surface_(way, BoardSurface::Role::board), area_(newBoardArea()) {
   GtkWidget* const window = surface_.widget();
   gtk_widget_add_events(window, GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK | GDK_BUTTON1_MOTION_MASK);
   connect<&BoardWindow::pressed>(window, "button-press-event", this);
@@ -42,19 +51,36 @@ BoardWindow::BoardWindow(int id, DisplayWay way, BoardCommands& commands, const 
   connect<&BoardWindow::released>(window, "button-release-event", this);
   connect<&BoardWindow::keyPressed>(window, "key-press-event", this);
   connect<&BoardWindow::menuKeyPressed>(window, "popup-menu", this);
+  connect<&BoardWindow::activeChanged>(window, "notify::is-active", this);
+  connect<&BoardWindow::menuAsked>(area_, "menu-asked", this);
+  gtk_container_add(GTK_CONTAINER(window), area_);
+  gtk_widget_show(area_);
+  gtk_widget_grab_focus(area_);
 }
 
-BoardWindow::~BoardWindow() { g_signal_handlers_disconnect_by_data(surface_.widget(), this); }
+BoardWindow::~BoardWindow() {
+  g_signal_handlers_disconnect_by_data(surface_.widget(), this);
+  g_signal_handlers_disconnect_by_data(area_, this);
+}
 
 void BoardWindow::show(std::shared_ptr<BoardPicture> picture, const std::string& widgetName) {
   picture_ = std::move(picture);
   surface_.show(picture_);
   gtk_window_set_title(GTK_WINDOW(surface_.widget()), widgetName.c_str());
-  AtkObject* const accessible = gtk_widget_get_accessible(surface_.widget());
-  atk_object_set_name(accessible, widgetName.c_str());
+  atk_object_set_name(gtk_widget_get_accessible(surface_.widget()), widgetName.c_str());
   const bool redacted = picture_->content().redaction == render::Redaction::placeholder;
-  atk_object_set_description(accessible, redacted ? texts_.loading : picture_->aloud().c_str());
+  describeArea(area_, {.name = widgetName,
+                       .description = redacted ? texts_.loading : picture_->aloud(),
+                       .rows = picture_->rows(),
+                       .width = picture_->width()});
 }
+
+void BoardWindow::sendBack() {
+  surface_.setDepth(BoardSurface::Depth::bottom);
+  surface_.releaseKeyboard();
+}
+
+void BoardWindow::activeChanged(GParamSpec* /*property*/) { commands_.activeChanged(); }
 
 void BoardWindow::place(const SurfacePlace& place) {
   place_ = place;
@@ -70,6 +96,8 @@ Point BoardWindow::pointerAt(double x, double y, double rootX, double rootY) con
 }
 
 gboolean BoardWindow::pressed(GdkEventButton* event) {
+  // The focus ring is for those who use the keyboard.
+  gtk_window_set_focus_visible(GTK_WINDOW(surface_.widget()), FALSE);
   // Window managers do not focus docks by themselves.
   if (way_ == DisplayWay::x11) surface_.activate(event->time);
   if (gdk_event_triggers_context_menu(reinterpret_cast<GdkEvent*>(event)) != FALSE) {
@@ -129,6 +157,10 @@ gboolean BoardWindow::keyPressed(GdkEventKey* event) {
     surface_.place(place_);
     return TRUE;
   }
+  if (const auto turn = turnOf(event->keyval, modifiers)) {
+    commands_.focusNext(id_, *turn);
+    return TRUE;
+  }
   if (modifiers != 0) return FALSE;
   if (const auto direction = directionOf(event->keyval)) {
     commands_.step(id_, *direction);
@@ -148,6 +180,9 @@ gboolean BoardWindow::keyPressed(GdkEventKey* event) {
     case GDK_KEY_KP_Enter:
     case GDK_KEY_space:
       return menuKeyPressed();
+    case GDK_KEY_Escape:
+      commands_.leaveKeyboard();
+      return TRUE;
     case GDK_KEY_F5:
       commands_.reload();
       return TRUE;

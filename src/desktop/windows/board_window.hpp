@@ -27,6 +27,13 @@ class BoardWindow {
   void hide() { surface_.hide(); }
   void askToBeShown() { surface_.askToBeShown(); }
 
+  void bringToFront() { surface_.setDepth(BoardSurface::Depth::front); }
+  void sendBack();
+  /// Takes the keyboard focus. The board has to be in front.
+  void focus() { surface_.takeKeyboard(); }
+  void releaseFocus() { surface_.releaseKeyboard(); }
+  bool isActive() const { return surface_.isActive(); }
+
  private:
   /// A drag in the display's coordinates.
   struct Drag {
@@ -40,6 +47,8 @@ class BoardWindow {
   gboolean released(GdkEventButton* event);
   gboolean keyPressed(GdkEventKey* event);
   gboolean menuKeyPressed();
+  void menuAsked() { menuKeyPressed(); }
+  void activeChanged(GParamSpec* property);
   void dragTo(Point origin);
   void endDrag();
   Point pointerAt(double x, double y, double rootX, double rootY) const;
@@ -49,6 +58,7 @@ class BoardWindow {
   BoardCommands& commands_;
   const Texts& texts_;
   BoardSurface surface_;
+  GtkWidget* area_;  ///< owned by the surface's window
   std::shared_ptr<BoardPicture> picture_;
   SurfacePlace place_;
   std::optional<Drag> drag_;

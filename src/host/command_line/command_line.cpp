@@ -193,6 +193,7 @@ class Parser {
 
   void addDesktop() {
     auto& desktop = add("desktop", Command::desktop, "Show the widgets on the desktop, until you quit.");
+    desktop.add_flag("--focus", line_.focus, "bring the widgets to the front and focus the first");
     desktop.add_flag("--verbose", line_.verbose, "say on standard error how and when windows are shown");
     auto& autostart = add("autostart", Command::autostart, "Start the widgets at login.");
     addChoice(autostart, "action", line_.autostart, autostartActions, "turn on, turn off, or show the status");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 #include <hb-ot.h>
 
@@ -12,6 +13,43 @@ namespace render {
 namespace {
 
 constexpr double longestSide = 16384;  ///< pixels
+
+using RowNumbers = std::map<const protocol::TextNode*, std::size_t>;
+
+/// Gives every text below `node` the number `row`.
+void numberTexts(const protocol::Node& node, std::size_t row, RowNumbers& rowOf) {
+  if (const auto* text = std::get_if<protocol::TextNode>(&node.kind)) rowOf[text] = row;
+  if (const auto* column = std::get_if<protocol::VStackNode>(&node.kind)) {
+    for (const auto& child : column->children) numberTexts(child, row, rowOf);
+  }
+  if (const auto* line = std::get_if<protocol::HStackNode>(&node.kind)) {
+    for (const auto& child : line->children) numberTexts(child, row, rowOf);
+  }
+}
+
+/// The children of vertical stacks are rows of their own, whether or not the stacks are nested.
+void numberRows(const protocol::Node& node, RowNumbers& rowOf, std::size_t& count) {
+  if (const auto* column = std::get_if<protocol::VStackNode>(&node.kind)) {
+    for (const auto& child : column->children) numberRows(child, rowOf, count);
+  } else {
+    numberTexts(node, count++, rowOf);
+  }
+}
+
+std::string oneLine(std::string text) {
+  for (auto at = text.find(lineSeparator); at != std::string::npos; at = text.find(lineSeparator)) {
+    text.replace(at, lineSeparator.size(), 1, ' ');
+  }
+  return text;
+}
+
+Rect magnified(const Rect& rect, double by) { return {rect.x * by, rect.y * by, rect.width * by, rect.height * by}; }
+
+Rect united(const Rect& one, const Rect& other) {
+  const double left = std::min(one.x, other.x);
+  const double top = std::min(one.y, other.y);
+  return {left, top, std::max(one.right(), other.right()) - left, std::max(one.bottom(), other.bottom()) - top};
+}
 
 }  // namespace
 
@@ -32,18 +70,31 @@ bool fits(const protocol::Node& tree, const PictureOptions& options) {
   return !drawing || drawing->board.whole;
 }
 
-std::string readAloud(Drawing& drawing) {
-  std::string all;
+std::vector<ReadRow> readRows(Drawing& drawing) {
+  RowNumbers rowOf;
+  std::size_t count = 0;
+  numberRows(*drawing.tree, rowOf, count);
+  std::vector<ReadRow> rows(count);
   for (const auto& item : drawing.board.items) {
     const auto* placed = std::get_if<PlacedText>(&item);
     if (placed == nullptr) continue;
-    auto text = drawing.typesetter.visible(*placed->text);
-    for (auto at = text.find(lineSeparator); at != std::string::npos; at = text.find(lineSeparator)) {
-      text.replace(at, lineSeparator.size(), 1, ' ');
-    }
+    auto& row = rows[rowOf.at(placed->text)];
+    const auto text = oneLine(drawing.typesetter.visible(*placed->text));
     if (text.empty()) continue;
+    const Rect frame = magnified(placed->frame, drawing.board.magnification);
+    row.frame = row.text.empty() ? frame : united(row.frame, frame);
+    if (!row.text.empty()) row.text += ", ";
+    row.text += text;
+  }
+  std::erase_if(rows, [](const ReadRow& row) { return row.text.empty(); });
+  return rows;
+}
+
+std::string readAloud(Drawing& drawing) {
+  std::string all;
+  for (const auto& row : readRows(drawing)) {
     if (!all.empty()) all += '\n';
-    all += text;
+    all += row.text;
   }
   return all;
 }

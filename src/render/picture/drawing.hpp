@@ -4,6 +4,7 @@
 #include <expected>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "render/layout/layout.hpp"
 #include "render/picture/picture.hpp"
@@ -22,7 +23,19 @@ bool fits(const protocol::Node& tree, const PictureOptions& options);
 
 std::expected<Drawing, PictureError> prepare(const protocol::Node& tree, const PictureOptions& options);
 
-/// The full texts of the board in reading order, one a line.
+/// A row of the board as it is read aloud: its texts in reading order, parted by commas, and the box of those texts in
+/// points of the form's size.
+struct ReadRow {
+  std::string text;
+  Rect frame;
+  bool operator==(const ReadRow&) const = default;
+};
+
+/// The rows of the board from top to bottom, with their full texts. Texts that stand below each other are rows of their
+/// own unless they are in one horizontal stack: a meeting gives "10:00, Narada, Strona wydawnictwa, jutro".
+std::vector<ReadRow> readRows(Drawing& drawing);
+
+/// The texts of the rows, one row a line.
 std::string readAloud(Drawing& drawing);
 
 /// The width in device pixels of the hairline just within the board's edge, at `pixels` device pixels a point.

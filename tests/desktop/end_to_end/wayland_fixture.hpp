@@ -69,7 +69,11 @@ class OnSway : public testing::Test {
   /// The same, but one of the boards may have a focus ring.
   testing::AssertionResult boardsAre(const std::vector<ShownBoard>& boards, const std::string& name,
                                      const std::string& output = "HEADLESS-1") {
-    return comesToShow(screenWith(boards), name, output, 100 + 2 * 2 * (mediumWidth + largeHeight));
+    return comesToShowWithAFocusRing(screenWith(boards), name, output);
+  }
+  testing::AssertionResult comesToShowWithAFocusRing(const support::Bitmap& expected, const std::string& name,
+                                                     const std::string& output = "HEADLESS-1") {
+    return comesToShow(expected, name, output, 100 + 2 * 2 * (mediumWidth + largeHeight));
   }
 
   /// The saved placement of a widget, counted from 0; null if there is none.

@@ -1,5 +1,6 @@
 // Using widgets by mouse and keyboard on a compositor with layer shell.
 #include "desktop/end_to_end/wayland_fixture.hpp"
+#include "displays/sample_window.hpp"
 #include "support/displays/steps.hpp"
 
 namespace end_to_end {
@@ -131,6 +132,39 @@ TEST_F(InputOnWayland, SecondStartOpensTheGalleryOfTheFirst) {
   press(keys::escape);
   EXPECT_TRUE(eventually([this] { return !galleryIsOpen(); }));
   EXPECT_TRUE(boardsAre({medium, small, {"medium", {780, 220}}}, "added"));
+}
+
+TEST_F(InputOnWayland, FocusBringsTheBoardsToTheFrontTabGoesRoundAndEscapeSendsThemBack) {
+  place(display(), {keptMedium, keptSmall});
+  start();
+  ASSERT_TRUE(comesToShow(screenWith({medium, small}), "two"));
+  ASSERT_TRUE(host().says("a new timeline is shown")) << host().said();
+  auto window = sampleWindow(display(), {"Red", "#ff0000"});
+  auto covered = screenWith({});
+  std::ranges::fill(covered.pixels, support::Pixel{255, 0, 0, 255});
+  ASSERT_TRUE(comesToShow(covered, "covered"));
+
+  settings_.arguments = {"desktop", "--focus"};
+  startAgain();
+  const auto inFront = [&](const std::vector<ShownBoard>& boards, const std::string& name) {
+    auto expected = covered;
+    for (const auto& board : boards) paint(expected, exported(board.family), board.place);
+    return comesToShowWithAFocusRing(expected, name);
+  };
+  EXPECT_TRUE(inFront({medium, small}, "in-front")) << host().said();
+  // An arrow key shows which board has the focus. The small one is the first in reading order.
+  press(keys::left);
+  EXPECT_TRUE(inFront({medium, {"small", {800, 40}}}, "first-moved"));
+  press(keys::tab);
+  press(keys::left);
+  EXPECT_TRUE(inFront({{"medium", {180, 300}}, {"small", {800, 40}}}, "second-moved"));
+  press(keys::tab);
+  press(keys::right);
+  EXPECT_TRUE(inFront({{"medium", {180, 300}}, small}, "first-moved-back"));
+  press(keys::escape);
+  EXPECT_TRUE(comesToShow(covered, "covered-again"));
+  press(keys::f5);
+  EXPECT_EQ(window.firstLine(), "key F5");
 }
 
 }  // namespace

@@ -41,8 +41,8 @@ class OnX11 : public testing::Test {
 
   std::vector<support::XWindow> windows() { return desktop().windows().windowsOf(host().id()); }
   bool isBoard(support::XWindow window) {
-    const auto states = desktop().windows().atoms(window, "_NET_WM_STATE");
-    return std::ranges::find(states, "_NET_WM_STATE_BELOW") != states.end();
+    const auto types = desktop().windows().atoms(window, "_NET_WM_WINDOW_TYPE");
+    return std::ranges::find(types, "_NET_WM_WINDOW_TYPE_DOCK") != types.end();
   }
   std::vector<support::XWindow> boards() {
     auto found = windows();
@@ -83,6 +83,15 @@ class OnX11 : public testing::Test {
       desktop().input().click(board.centre());
       return eventually(isActive, std::chrono::milliseconds(500));
     })) << desktop().log();
+  }
+  /// Whether the board comes to have the focus.
+  testing::AssertionResult focusComesTo(const ScreenArea& board) {
+    const auto isActive = [&] {
+      const auto active = desktop().windows().numbers(desktop().windows().root(), "_NET_ACTIVE_WINDOW");
+      return active.size() == 1 && isBoard(active[0]) && desktop().windows().areaOf(active[0]) == board;
+    };
+    if (eventually(isActive)) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "another window is active\n" << desktop().log();
   }
   bool galleryIsOpen() { return windowTitled("Galeria widżetów").has_value(); }
 

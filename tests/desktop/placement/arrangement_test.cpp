@@ -107,6 +107,15 @@ TEST(Arrange, CoversOthersOnlyWhereThereIsNoRoom) {
   EXPECT_TRUE(contains(tiny.area, arranged[2].rect));
 }
 
+TEST(ReadingOrder, IsFromTopToBottomThenFromLeftToRightOnEachMonitor) {
+  const std::vector<Arranged> arranged{{.id = 1, .monitor = 1, .rect = {0, 0, 10, 10}},
+                                       {.id = 2, .monitor = 0, .rect = {500, 300, 10, 10}},
+                                       {.id = 3, .monitor = 0, .rect = {700, 20, 10, 10}},
+                                       {.id = 4, .monitor = 0, .rect = {300, 20, 10, 10}}};
+  EXPECT_EQ(readingOrder(arranged), (std::vector{4, 3, 2, 1}));
+  EXPECT_TRUE(readingOrder({}).empty());
+}
+
 TEST(PlaceForNew, IsAtTheTopRightOfThePrimaryMonitorThenBelow) {
   Placements placements;
   const Monitors monitors{desk, panel};

@@ -52,7 +52,7 @@ TEST(Svg, IsReadAloudByItsTitleAndDescription) {
   const auto title = svg.named("title").front();
   const auto description = svg.named("desc").front();
   EXPECT_EQ(title.text, "Vamba — spotkania");
-  EXPECT_THAT(description.text, StartsWith("Vamba\n3 do decyzji\n09:30\nNarada"));
+  EXPECT_THAT(description.text, StartsWith("Vamba, 3 do decyzji\n09:30, Narada"));
   EXPECT_EQ(root.attribute("aria-labelledby"), title.attribute("id") + " " + description.attribute("id"));
 }
 

@@ -1,6 +1,8 @@
 #include "support/displays/accessible_objects.hpp"
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <functional>
 #include <memory>
@@ -62,6 +64,26 @@ std::vector<Reference> childrenOf(sd_bus* bus, const Reference& object) {
   return children;
 }
 
+std::vector<std::string> actionsOf(sd_bus* bus, const Reference& object) {
+  std::vector<std::string> names;
+  const auto reply = call(bus, object, "org.a11y.atspi.Action", "GetActions");
+  if (!reply || sd_bus_message_enter_container(reply.get(), 'a', "(sss)") < 0) return names;
+  const char* name = nullptr;
+  while (sd_bus_message_read(reply.get(), "(sss)", &name, nullptr, nullptr) > 0) names.emplace_back(name);
+  return names;
+}
+
+bool hasState(sd_bus* bus, const Reference& object, unsigned state) {
+  const auto reply = call(bus, object, accessibleInterface, "GetState");
+  if (!reply || sd_bus_message_enter_container(reply.get(), 'a', "u") < 0) return false;
+  constexpr unsigned bits = 32;
+  std::uint32_t states = 0;
+  for (unsigned word = 0; sd_bus_message_read(reply.get(), "u", &states) > 0; ++word) {
+    if (word == state / bits) return (states >> state % bits & 1U) != 0;
+  }
+  return false;
+}
+
 std::optional<pid_t> processOf(sd_bus* bus, const std::string& owner) {
   sd_bus_creds* credentials = nullptr;
   pid_t process = 0;
@@ -69,6 +91,33 @@ std::optional<pid_t> processOf(sd_bus* bus, const std::string& owner) {
   const bool known = result >= 0 && sd_bus_creds_get_pid(credentials, &process) >= 0;
   sd_bus_creds_unref(credentials);
   return known ? std::optional(process) : std::nullopt;
+}
+
+struct Found {
+  Reference reference;
+  AccessibleObject object;
+};
+
+std::vector<Found> objectsOf(sd_bus* bus, pid_t process) {
+  std::vector<Found> found;
+  const std::function<void(const Reference&, int)> visit = [&](const Reference& object, int depth) {
+    constexpr unsigned focusable = 11;
+    constexpr unsigned focused = 12;
+    found.push_back({object,
+                     {.depth = depth,
+                      .role = roleOf(bus, object),
+                      .name = property(bus, object, "Name"),
+                      .description = property(bus, object, "Description"),
+                      .actions = actionsOf(bus, object),
+                      .focusable = hasState(bus, object, focusable),
+                      .focused = hasState(bus, object, focused)}});
+    for (const auto& child : childrenOf(bus, object)) visit(child, depth + 1);
+  };
+  for (const auto& program : childrenOf(bus, {registryName, rootPath})) {
+    if (processOf(bus, program.owner) != process) continue;
+    for (const auto& window : childrenOf(bus, program)) visit(window, 0);
+  }
+  return found;
 }
 
 int changed(sd_bus_message* signal, void* changes, sd_bus_error*) {
@@ -125,17 +174,24 @@ AccessibleObjects::AccessibleObjects(SessionBus& bus)
 AccessibleObjects::~AccessibleObjects() { bus_.setVariable("NO_AT_BRIDGE", "1"); }
 
 std::vector<AccessibleObject> AccessibleObjects::of(pid_t process) {
-  auto* const bus = connection_.get();
-  std::vector<AccessibleObject> found;
-  const std::function<void(const Reference&, int)> visit = [&](const Reference& object, int depth) {
-    found.push_back({depth, roleOf(bus, object), property(bus, object, "Name"), property(bus, object, "Description")});
-    for (const auto& child : childrenOf(bus, object)) visit(child, depth + 1);
-  };
-  for (const auto& program : childrenOf(bus, {registryName, rootPath})) {
-    if (processOf(bus, program.owner) != process) continue;
-    for (const auto& window : childrenOf(bus, program)) visit(window, 0);
+  std::vector<AccessibleObject> objects;
+  for (auto& each : objectsOf(connection_.get(), process)) objects.push_back(std::move(each.object));
+  return objects;
+}
+
+bool AccessibleObjects::act(pid_t process, const std::string& name, const std::string& action) {
+  for (const auto& [reference, object] : objectsOf(connection_.get(), process)) {
+    const auto known = std::ranges::find(object.actions, action);
+    if (object.name != name || known == object.actions.end()) continue;
+    sd_bus_message* reply = nullptr;
+    const int result = sd_bus_call_method(connection_.get(), reference.owner.c_str(), reference.path.c_str(),
+                                          "org.a11y.atspi.Action", "DoAction", nullptr, &reply, "i",
+                                          static_cast<int>(known - object.actions.begin()));
+    const Message owned(reply, &sd_bus_message_unref);
+    int done = 0;
+    return result >= 0 && sd_bus_message_read(reply, "b", &done) >= 0 && done != 0;
   }
-  return found;
+  return false;
 }
 
 std::vector<std::string> AccessibleObjects::changes() {

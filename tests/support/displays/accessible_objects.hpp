@@ -17,6 +17,9 @@ struct AccessibleObject {
   std::string role;  // "frame", "panel", "push button"
   std::string name;
   std::string description;
+  std::vector<std::string> actions = {};  // of AT-SPI's interface Action: "open"
+  bool focusable = false;
+  bool focused = false;
   bool operator==(const AccessibleObject&) const = default;
 };
 
@@ -30,6 +33,10 @@ class AccessibleObjects {
 
   /// All objects of a process, each before its children; none while it has not joined.
   std::vector<AccessibleObject> of(pid_t process);
+
+  /// Does an action of the first object that has one of this name, among those of the process with this name. False if
+  /// there is none.
+  bool act(pid_t process, const std::string& name, const std::string& action);
 
   /// What programs told of changed properties so far, as "accessible-name: the new text", the oldest first.
   std::vector<std::string> changes();
