@@ -18,6 +18,8 @@ inline constexpr int pull = 12;
 ///     area 1280x800, no other widgets: wanted at {27, 96}  ->  {20, 100}: a gap from the left edge, and the grid
 Point snappedOrigin(const Rect& wanted, std::span<const Rect> others, const Rect& area);
 
+enum class Snapping { on, off };
+
 enum class Direction { left, right, up, down };
 
 /// The origin after one step of the grid in this direction, within the area.

@@ -17,12 +17,15 @@ void WidgetPlaces::setMonitors(std::vector<Monitor> monitors) {
   arrangeAll();
 }
 
-Point WidgetPlaces::snapped(int id, Point wanted) const {
+Point WidgetPlaces::landing(int id, Point wanted, Snapping snapping) const {
   const auto* const where = arranged(id);
   if (where == nullptr) return wanted;
   const Rect rect = rectAt(wanted, where->rect.size());
   const auto monitor = monitorUnder(rect, monitors_);
-  return monitor ? snappedOrigin(rect, others(id), monitors_[*monitor].area) : wanted;
+  if (!monitor) return wanted;
+  const Point origin =
+      snapping == Snapping::on ? snappedOrigin(rect, others(id), monitors_[*monitor].area) : rect.origin();
+  return freeOrigin(id, rectAt(origin, rect.size()), *monitor);
 }
 
 bool WidgetPlaces::add(const std::string& kind, protocol::WidgetFamily family) {
@@ -78,11 +81,14 @@ bool WidgetPlaces::nameKind(const std::string& kind) {
 }
 
 void WidgetPlaces::keepAt(int id, const Rect& rect, std::size_t monitor) {
-  const Rect& area = monitors_[monitor].area;
-  const auto free = nearestFreeSpot(rect, others(id), area);
-  const Point origin = free.value_or(clampedOrigin(rect, area));
+  const Point origin = freeOrigin(id, rect, monitor);
   placements_.setPlace(id, placeOf(rectAt(origin, rect.size()), monitors_[monitor]));
   arrangeAll();
+}
+
+Point WidgetPlaces::freeOrigin(int id, const Rect& rect, std::size_t monitor) const {
+  const Rect& area = monitors_[monitor].area;
+  return nearestFreeSpot(rect, others(id), area).value_or(clampedOrigin(rect, area));
 }
 
 void WidgetPlaces::arrangeAll() { arranged_ = arrange(placements_, monitors_, sizes_); }

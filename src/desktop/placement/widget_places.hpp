@@ -34,8 +34,9 @@ class WidgetPlaces {
   /// Call it when the results of `sizes` have changed.
   void sizesChanged() { arrangeAll(); }
 
-  /// Where the copy would be if it were dropped at `wanted`.
-  Point snapped(int id, Point wanted) const;
+  /// Where the copy is placed if it is dropped at `wanted`: within its monitor, snapped if that is on, and covering no
+  /// other copy.
+  Point landing(int id, Point wanted, Snapping snapping) const;
 
   // Each returns whether it changed anything. A copy that would cover another goes to the nearest free place.
   bool add(const std::string& kind, protocol::WidgetFamily family);
@@ -50,6 +51,7 @@ class WidgetPlaces {
  private:
   void arrangeAll();
   std::vector<Rect> others(int id) const;
+  Point freeOrigin(int id, const Rect& rect, std::size_t monitor) const;
   void keepAt(int id, const Rect& rect, std::size_t monitor);
 
   Placements placements_;

@@ -87,12 +87,27 @@ void Desktop::arrangeWindows() {
     }
     if (!window) window = std::make_unique<BoardWindow>(placed.id, parts_.way, *this, texts_);
     showPicture(placed);
-    const Rect& area = places_.monitorOf(*where).area;
-    window->place({.monitor = monitors_[where->monitor].handle,
-                   .size = where->rect.size(),
-                   .origin = where->rect.origin(),
-                   .onMonitor = {where->rect.x - area.x, where->rect.y - area.y}});
+    window->place(surfacePlace(where->rect, where->monitor));
   }
+}
+
+SurfacePlace Desktop::surfacePlace(const Rect& rect, std::size_t monitor) const {
+  const auto& [known, handle] = monitors_[monitor];
+  return {.monitor = handle,
+          .size = rect.size(),
+          .origin = rect.origin(),
+          .onMonitor = {rect.x - known.area.x, rect.y - known.area.y}};
+}
+
+std::vector<SurfacePlace> Desktop::placesAt(int id, Point origin) {
+  std::vector<SurfacePlace> places;
+  const auto* const where = places_.arranged(id);
+  if (where == nullptr) return places;
+  const Rect rect = rectAt(origin, where->rect.size());
+  for (std::size_t i = 0; i < monitors_.size(); ++i) {
+    if (overlap(rect, monitors_[i].monitor.area)) places.push_back(surfacePlace(rect, i));
+  }
+  return places;
 }
 
 void Desktop::showPicture(const Placed& placed) {

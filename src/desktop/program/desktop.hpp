@@ -47,7 +47,8 @@ class Desktop final : public BoardCommands {
   void focusBoards();
 
  private:
-  Point snapped(int id, Point wanted) override { return places_.snapped(id, wanted); }
+  Point landing(int id, Point wanted, Snapping snapping) override { return places_.landing(id, wanted, snapping); }
+  std::vector<SurfacePlace> placesAt(int id, Point origin) override;
   void moveTo(int id, Point origin) override;
   void step(int id, Direction direction) override;
   void resize(int id, protocol::WidgetFamily family) override;
@@ -73,6 +74,7 @@ class Desktop final : public BoardCommands {
   void placesChanged();
   void save();
   void arrangeWindows();
+  SurfacePlace surfacePlace(const Rect& rect, std::size_t monitor) const;
   void showPicture(const Placed& placed);
   void feedFamilies();
   void dropWindow(int id);

@@ -3,11 +3,13 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <absl/time/time.h>
 
 #include "desktop/placement/geometry.hpp"
 #include "desktop/placement/snapping.hpp"
+#include "desktop/windows/board_surface.hpp"
 #include "protocol/view_tree/widget_family.hpp"
 
 namespace desktop {
@@ -19,8 +21,10 @@ class BoardCommands {
  public:
   virtual ~BoardCommands() = default;
 
-  /// Where the copy would be placed if it were dropped at `wanted`.
-  virtual Point snapped(int id, Point wanted) = 0;
+  /// Where the copy is placed if it is dropped at `wanted`: it covers no other, whether or not it snaps.
+  virtual Point landing(int id, Point wanted, Snapping snapping) = 0;
+  /// The places of a copy with this origin on each monitor that shows a part of it.
+  virtual std::vector<SurfacePlace> placesAt(int id, Point origin) = 0;
   virtual void moveTo(int id, Point origin) = 0;
   virtual void step(int id, Direction direction) = 0;
   virtual void resize(int id, protocol::WidgetFamily family) = 0;

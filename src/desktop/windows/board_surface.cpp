@@ -17,6 +17,17 @@ namespace {
 
 GtkWindow* asWindow(GtkWidget* widget) { return GTK_WINDOW(widget); }
 
+constexpr double outlineWidth = 4;
+
+void setColour(cairo_t* cairo, const render::Colour& colour) {
+  cairo_set_source_rgb(cairo, colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0);
+}
+
+/// The outline of a drag on X11 is not managed, so that it is where it is put at once, and above everything.
+GtkWindowType windowType(DisplayWay way, BoardSurface::Role role) {
+  return way == DisplayWay::x11 && role == BoardSurface::Role::outline ? GTK_WINDOW_POPUP : GTK_WINDOW_TOPLEVEL;
+}
+
 /// Sets the window manager hints. "Show desktop" leaves docks visible, above a file manager's icons; keep-below puts
 /// them below all other windows.
 void describeToManager(GtkWindow* window) {
@@ -73,16 +84,18 @@ void commit(GtkWidget* window) {
 }  // namespace
 
 BoardSurface::BoardSurface(DisplayWay way, Role role)
-    : way_(way), role_(role), window_(gtk_window_new(GTK_WINDOW_TOPLEVEL)) {
+    : way_(way), role_(role), window_(gtk_window_new(windowType(way, role))) {
   gtk_widget_set_app_paintable(window_, TRUE);
   if (GdkVisual* const visual = gdk_screen_get_rgba_visual(gtk_widget_get_screen(window_)); visual != nullptr) {
     gtk_widget_set_visual(window_, visual);
   }
   describeToManager(asWindow(window_));
+  // Compositing managers draw shadows below docks.
+  if (role != Role::board) gtk_window_set_type_hint(asWindow(window_), GDK_WINDOW_TYPE_HINT_DND);
   // The toolkit shows the focus from the start; a board shows it only after the keyboard was used.
   gtk_window_set_focus_visible(asWindow(window_), FALSE);
   if (way == DisplayWay::layerShell) makeLayer(asWindow(window_), role);
-  if (role == Role::image) gtk_window_set_accept_focus(asWindow(window_), FALSE);
+  if (role != Role::board) gtk_window_set_accept_focus(asWindow(window_), FALSE);
   connect<&BoardSurface::draw>(window_, "draw", this);
   connect<&BoardSurface::shown>(window_, "map-event", this);
   connect<&BoardSurface::closeAsked>(window_, "delete-event", this);
@@ -177,6 +190,11 @@ gboolean BoardSurface::draw(cairo_t* cairo) {
   cairo_set_operator(cairo, CAIRO_OPERATOR_SOURCE);
   cairo_paint(cairo);
   cairo_set_operator(cairo, CAIRO_OPERATOR_OVER);
+  if (role_ == Role::outline) {
+    drawOutline(cairo);
+    cairo_restore(cairo);
+    return FALSE;
+  }
   if (opacity_ < 1) cairo_push_group(cairo);
   picture_->paint(cairo, place_.size, gtk_widget_get_scale_factor(window_));
   if (opacity_ < 1) {
@@ -188,23 +206,41 @@ gboolean BoardSurface::draw(cairo_t* cairo) {
   return FALSE;
 }
 
+/// Adds the board's outline, this far within its edge.
+void BoardSurface::path(cairo_t* cairo, double inset) const {
+  const auto [width, height] = place_.size;
+  const render::Rect rect{inset, inset, width - 2 * inset, height - 2 * inset};
+  cairo_new_path(cairo);
+  for (const auto& corner : render::continuousCorners(rect, picture_->radiusAt(place_.size) - inset)) {
+    cairo_line_to(cairo, corner.start.x, corner.start.y);
+    cairo_curve_to(cairo, corner.firstControl.x, corner.firstControl.y, corner.secondControl.x, corner.secondControl.y,
+                   corner.end.x, corner.end.y);
+  }
+  cairo_close_path(cairo);
+}
+
 /// Draws the focus ring within the edge. It is visible only after the keyboard was used.
 void BoardSurface::drawFocus(cairo_t* cairo) const {
   GtkWindow* const window = asWindow(window_);
   if (gtk_window_is_active(window) == FALSE || gtk_window_get_focus_visible(window) == FALSE) return;
   constexpr double width = 2;
   const auto& look = picture_->look();
-  const auto tint = render::palette(look.appearance, look.accent).tint;
-  const Size size = place_.size;
-  const double radius = picture_->radiusAt(size) - width;
-  cairo_new_path(cairo);
-  cairo_arc(cairo, width + radius, width + radius, radius, G_PI, 1.5 * G_PI);
-  cairo_arc(cairo, size.width - width - radius, width + radius, radius, 1.5 * G_PI, 2 * G_PI);
-  cairo_arc(cairo, size.width - width - radius, size.height - width - radius, radius, 0, 0.5 * G_PI);
-  cairo_arc(cairo, width + radius, size.height - width - radius, radius, 0.5 * G_PI, G_PI);
-  cairo_close_path(cairo);
+  setColour(cairo, render::palette(look.appearance, look.accent).tint);
   cairo_set_line_width(cairo, width);
-  cairo_set_source_rgb(cairo, tint.red / 255.0, tint.green / 255.0, tint.blue / 255.0);
+  path(cairo, width);
+  cairo_stroke(cairo);
+}
+
+/// Draws a line in the tint between two in the background's colour, which is seen on any picture.
+void BoardSurface::drawOutline(cairo_t* cairo) const {
+  const auto& look = picture_->look();
+  const auto colours = render::palette(look.appearance, look.accent);
+  setColour(cairo, colours.background);
+  cairo_set_line_width(cairo, outlineWidth);
+  path(cairo, outlineWidth / 2);
+  cairo_stroke_preserve(cairo);
+  setColour(cairo, colours.tint);
+  cairo_set_line_width(cairo, outlineWidth / 2);
   cairo_stroke(cairo);
 }
 
@@ -215,9 +251,9 @@ void BoardSurface::compositingChanged() {
   repaint();
 }
 
-/// Without a compositing manager there is no transparency, so the corners are cut off the window's shape.
+/// Without a compositing manager there is no transparency, so the window's shape is cut out.
 void BoardSurface::shape() {
-  if (role_ == Role::image) {
+  if (role_ != Role::board) {
     cairo_region_t* const nowhere = cairo_region_create();
     gtk_widget_input_shape_combine_region(window_, nowhere);
     cairo_region_destroy(nowhere);
@@ -225,18 +261,22 @@ void BoardSurface::shape() {
   if (!picture_ || way_ != DisplayWay::x11) return;
   if (composed()) {
     gtk_widget_shape_combine_region(window_, nullptr);
-    return;
+  } else {
+    cutOut();
   }
-  const auto [width, height] = place_.size;
-  cairo_surface_t* const mask = cairo_image_surface_create(CAIRO_FORMAT_A1, width, height);
+}
+
+void BoardSurface::cutOut() const {
+  cairo_surface_t* const mask = cairo_image_surface_create(CAIRO_FORMAT_A1, place_.size.width, place_.size.height);
   cairo_t* const cairo = cairo_create(mask);
-  const render::Rect whole{0, 0, static_cast<double>(width), static_cast<double>(height)};
-  for (const auto& corner : render::continuousCorners(whole, picture_->radiusAt(place_.size))) {
-    cairo_line_to(cairo, corner.start.x, corner.start.y);
-    cairo_curve_to(cairo, corner.firstControl.x, corner.firstControl.y, corner.secondControl.x, corner.secondControl.y,
-                   corner.end.x, corner.end.y);
+  if (role_ == Role::outline) {
+    cairo_set_line_width(cairo, outlineWidth);
+    path(cairo, outlineWidth / 2);
+    cairo_stroke(cairo);
+  } else {
+    path(cairo, 0);
+    cairo_fill(cairo);
   }
-  cairo_fill(cairo);
   cairo_destroy(cairo);
   cairo_region_t* const region = gdk_cairo_region_create_from_surface(mask);
   cairo_surface_destroy(mask);

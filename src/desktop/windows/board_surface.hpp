@@ -25,8 +25,9 @@ struct SurfacePlace {
 
 class BoardSurface {
  public:
-  /// An image is shown above all windows while its board is dragged, and takes no input.
-  enum class Role { board, image };
+  /// While a board is dragged, an image of it and an outline of the place where it would land are shown above all
+  /// windows. Both take no input.
+  enum class Role { board, image, outline };
 
   BoardSurface(DisplayWay way, Role role);
   ~BoardSurface();
@@ -58,6 +59,9 @@ class BoardSurface {
  private:
   gboolean draw(cairo_t* cairo);
   void drawFocus(cairo_t* cairo) const;
+  void drawOutline(cairo_t* cairo) const;
+  void path(cairo_t* cairo, double inset) const;
+  void cutOut() const;
   void focusChanged(GParamSpec* property);
   void compositingChanged();
   bool composed() const;

@@ -1,5 +1,6 @@
 #include "desktop/windows/board_window.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -40,6 +41,15 @@ std::optional<Turn> turnOf(guint key, guint modifiers) {
   return modifiers == GDK_SHIFT_MASK ? std::optional(Turn::backward) : std::nullopt;
 }
 
+/// Whether a button of the pointer is held, in whatever window.
+bool pointerIsPressed() {
+  GdkDevice* const pointer = gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_display_get_default()));
+  GdkModifierType state{};
+  gdk_window_get_device_position(gdk_screen_get_root_window(gdk_screen_get_default()), pointer, nullptr, nullptr, &state);
+  constexpr unsigned buttons = GDK_BUTTON1_MASK | GDK_BUTTON2_MASK | GDK_BUTTON3_MASK;
+  return (static_cast<unsigned>(state) & buttons) != 0;
+}
+
 }  // namespace
 
 BoardWindow::BoardWindow(int id, DisplayWay way, BoardCommands& commands, const Texts& texts)
@@ -49,6 +59,7 @@ BoardWindow::BoardWindow(int id, DisplayWay way, BoardCommands& commands, const 
   connect<&BoardWindow::pressed>(window, "button-press-event", this);
   connect<&BoardWindow::moved>(window, "motion-notify-event", this);
   connect<&BoardWindow::released>(window, "button-release-event", this);
+  connect<&BoardWindow::configured>(window, "configure-event", this);
   connect<&BoardWindow::keyPressed>(window, "key-press-event", this);
   connect<&BoardWindow::menuKeyPressed>(window, "popup-menu", this);
   connect<&BoardWindow::activeChanged>(window, "notify::is-active", this);
@@ -59,6 +70,7 @@ BoardWindow::BoardWindow(int id, DisplayWay way, BoardCommands& commands, const 
 }
 
 BoardWindow::~BoardWindow() {
+  forgetMove();
   g_signal_handlers_disconnect_by_data(surface_.widget(), this);
   g_signal_handlers_disconnect_by_data(area_, this);
 }
@@ -117,37 +129,95 @@ gboolean BoardWindow::moved(GdkEventMotion* event) {
     return TRUE;
   }
   drag_->moving = true;
-  dragTo({drag_->origin.x + now.x - drag_->pointer.x, drag_->origin.y + now.y - drag_->pointer.y});
+  const bool freely = (event->state & static_cast<guint>(GDK_SHIFT_MASK)) != 0;
+  dragTo({drag_->origin.x + now.x - drag_->pointer.x, drag_->origin.y + now.y - drag_->pointer.y},
+         freely ? Snapping::off : Snapping::on);
   return TRUE;
 }
 
-void BoardWindow::dragTo(Point origin) {
-  dropped_ = commands_.snapped(id_, origin);
-  SurfacePlace place = place_;
-  place.onMonitor.x += dropped_.x - place_.origin.x;
-  place.onMonitor.y += dropped_.y - place_.origin.y;
-  place.origin = dropped_;
-  if (way_ != DisplayWay::layerShell) return surface_.place(place);
-  if (!image_) {
-    image_ = std::make_unique<BoardSurface>(way_, BoardSurface::Role::image);
-    image_->show(picture_);
-    surface_.fade(draggedOpacity);
+void BoardWindow::dragTo(Point origin, Snapping snapping) {
+  drag_->landing = commands_.landing(id_, origin, snapping);
+  if (way_ == DisplayWay::layerShell) {
+    showImages(origin);
+  } else {
+    SurfacePlace place = place_;
+    place.origin = origin;
+    surface_.place(place);
   }
-  image_->place(place);
+  // Elsewhere the compositor puts windows where it likes.
+  if (way_ != DisplayWay::plain) showOutline();
+}
+
+void BoardWindow::showImages(Point origin) {
+  surface_.fade(draggedOpacity);
+  const auto places = commands_.placesAt(id_, origin);
+  std::erase_if(images_, [&](const auto& image) {
+    return std::ranges::find(places, image.first, &SurfacePlace::monitor) == places.end();
+  });
+  for (const auto& place : places) {
+    auto& image = images_[place.monitor];
+    if (!image) {
+      image = std::make_unique<BoardSurface>(way_, BoardSurface::Role::image);
+      image->show(picture_);
+    }
+    image->place(place);
+  }
+}
+
+void BoardWindow::showOutline() {
+  const auto places = commands_.placesAt(id_, drag_->landing);
+  if (places.empty()) return;
+  if (!outline_) {
+    outline_ = std::make_unique<BoardSurface>(way_, BoardSurface::Role::outline);
+    outline_->show(picture_);
+  }
+  outline_->place(places.front());
 }
 
 gboolean BoardWindow::released(GdkEventButton* event) {
   if (!drag_ || event->button != GDK_BUTTON_PRIMARY) return FALSE;
-  const bool wasMoving = drag_->moving;
+  const Drag ended = *drag_;
   endDrag();
-  if (wasMoving) commands_.moveTo(id_, dropped_);
+  if (ended.moving) commands_.moveTo(id_, ended.landing);
   return TRUE;
 }
 
 void BoardWindow::endDrag() {
   drag_.reset();
-  image_.reset();
+  images_.clear();
+  outline_.reset();
   surface_.fade(1);
+}
+
+/// Window managers that let a person move docks (Alt+drag) only report where the window is. Moves without a pressed
+/// button are the window manager's own, for example after a change of the screen, and the board's place is kept.
+gboolean BoardWindow::configured(GdkEventConfigure* event) {
+  if (way_ != DisplayWay::x11 || drag_) return FALSE;
+  const Point now{event->x, event->y};
+  if (now == place_.origin) {
+    forgetMove();
+  } else if (pointerIsPressed()) {
+    movedTo_ = now;
+    if (moveTimer_ == 0) startMoveTimer();
+  }
+  return FALSE;
+}
+
+void BoardWindow::startMoveTimer() {
+  constexpr guint pause = 200;  // milliseconds
+  const auto ended = [](gpointer self) noexcept -> gboolean {
+    auto& window = *static_cast<BoardWindow*>(self);
+    if (pointerIsPressed()) return G_SOURCE_CONTINUE;
+    window.moveTimer_ = 0;
+    if (const auto place = std::exchange(window.movedTo_, std::nullopt)) window.commands_.moveTo(window.id_, *place);
+    return G_SOURCE_REMOVE;
+  };
+  moveTimer_ = g_timeout_add(pause, ended, this);
+}
+
+void BoardWindow::forgetMove() {
+  movedTo_.reset();
+  if (const auto timer = std::exchange(moveTimer_, 0U); timer != 0) g_source_remove(timer);
 }
 
 gboolean BoardWindow::keyPressed(GdkEventKey* event) {

@@ -2,6 +2,7 @@
 // board to screen readers. Drawing and stacking are board_surface.hpp's.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -40,16 +41,22 @@ class BoardWindow {
     Point pointer;  ///< where it was pressed
     Point origin;   ///< of the board then
     bool moving = false;
+    Point landing;  ///< where the board is placed if it is dropped now
   };
 
   gboolean pressed(GdkEventButton* event);
   gboolean moved(GdkEventMotion* event);
   gboolean released(GdkEventButton* event);
+  gboolean configured(GdkEventConfigure* event);
+  void startMoveTimer();
+  void forgetMove();
   gboolean keyPressed(GdkEventKey* event);
   gboolean menuKeyPressed();
   void menuAsked() { menuKeyPressed(); }
   void activeChanged(GParamSpec* property);
-  void dragTo(Point origin);
+  void dragTo(Point origin, Snapping snapping);
+  void showImages(Point origin);
+  void showOutline();
   void endDrag();
   Point pointerAt(double x, double y, double rootX, double rootY) const;
 
@@ -62,8 +69,12 @@ class BoardWindow {
   std::shared_ptr<BoardPicture> picture_;
   SurfacePlace place_;
   std::optional<Drag> drag_;
-  Point dropped_;                        ///< where the drag would end now
-  std::unique_ptr<BoardSurface> image_;  ///< follows the pointer on Wayland, where the board's own window stays
+  /// Images of the board follow the pointer on Wayland, where the board's own window stays: one on each monitor that
+  /// shows a part of it.
+  std::map<GdkMonitor*, std::unique_ptr<BoardSurface>> images_;
+  std::unique_ptr<BoardSurface> outline_;
+  std::optional<Point> movedTo_;  ///< where a window manager has moved the window, until that is kept
+  guint moveTimer_ = 0;
 };
 
 }  // namespace desktop

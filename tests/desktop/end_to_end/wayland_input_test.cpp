@@ -35,22 +35,25 @@ class InputOnWayland : public OnSway {
   const nlohmann::json keptSmall = placedOn("HEADLESS-1", 2, "systemSmall", "topRight", 230, 40);
 };
 
-TEST_F(InputOnWayland, DraggedBoardDimsBelowAnImageOfItThatGoesToTheGrid) {
+TEST_F(InputOnWayland, DraggedBoardDimsBelowAnImageThatFollowsTheHandAndLandsWhereTheOutlineIs) {
   startWithTwo();
-  const ScreenPoint to{middle.x + 117, middle.y + 104};
-  const ShownBoard dropped{"medium", {320, 400}};
+  const ScreenPoint to{middle.x + 110, middle.y + 110};
+  const ShownBoard dropped{"medium", {320, 420}};
   desktop().input().moveTo(middle);
   desktop().input().press();
   moveAsAHand(to);
   auto dragging = screenWith({small});
   constexpr double dimmed = 0.4;
   paint(dragging, faded(exported("medium"), dimmed), medium.place);
-  paint(dragging, exported("medium"), dropped.place);
-  EXPECT_TRUE(comesToShowBesideTheCursor(dragging, "dragging"));
+  paint(dragging, exported("medium"), {medium.place.x + 110, medium.place.y + 110});
+  EXPECT_TRUE(comesToShowBesideAnOutline(dragging, "dragging"));
+  // The line of the outline, here to the right of the image.
+  const auto outline = desktop().screenshot().at(320 + mediumWidth - 2, 500);
+  EXPECT_GT(outline.blue, outline.red + 60);
   EXPECT_EQ(kept(), keptMedium);
   desktop().input().release();
   EXPECT_TRUE(comesToShow(screenWith({dropped, small}), "dropped"));
-  EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-1", 1, "systemMedium", "bottomLeft", 320, 80), keptSmall}));
+  EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-1", 1, "systemMedium", "bottomLeft", 320, 60), keptSmall}));
   start();
   EXPECT_TRUE(comesToShow(screenWith({dropped, small}), "dropped-after-restart"));
 }

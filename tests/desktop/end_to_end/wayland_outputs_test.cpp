@@ -1,5 +1,8 @@
 // Outputs that are unplugged and plugged in on a compositor with layer shell, and a compositor that ends.
+#include <poll.h>
+
 #include "desktop/end_to_end/wayland_fixture.hpp"
+#include "support/displays/steps.hpp"
 
 namespace end_to_end {
 namespace {
@@ -55,6 +58,34 @@ TEST_F(OutputsOnWayland, WidgetIsDraggedWithinTheSecondOutput) {
   desktop().input().drag({1000, 200}, {1098, 322});
   // The screen is not compared, since this compositor leaves traces of layers that move on its second output.
   EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-2", 1, "systemMedium", "bottomLeft", 140, 120)}));
+}
+
+TEST_F(OutputsOnWayland, WidgetIsDraggedOntoTheSecondOutputWithItsImage) {
+  startDesktop({.width = 800, .height = 600, .outputs = 2});
+  place(display(), nlohmann::json::array({placedOn("HEADLESS-1", 1, "systemMedium", "topLeft", 200, 40)}));
+  start();
+  ASSERT_TRUE(comesToShow(screenWith({{"medium", {200, 40}}}, {}, 800, 600), "before-crossing"));
+  ASSERT_TRUE(host().says("a new timeline is shown")) << host().said();
+  const ScreenPoint from{440, 200};
+  const ScreenPoint between{840, 250};  // the board is then at 600,90 and reaches to 1080
+  desktop().input().moveTo(from);
+  desktop().input().press();
+  for (const auto& point : support::stepsBetween(from, between)) {
+    poll(nullptr, 0, support::pauseOfAHand);
+    desktop().input().moveTo(point);
+  }
+  // A part of the image is on each output. The text of the board is on neither of these spots.
+  const auto isImage = [this](const std::string& output, unsigned x, unsigned y) {
+    return eventually([&] { return desktop().screenshot(output).at(x, y) == support::Pixel{255, 255, 255, 255}; });
+  };
+  EXPECT_TRUE(isImage("HEADLESS-1", 720, 300)) << host().said();
+  EXPECT_TRUE(isImage("HEADLESS-2", 150, 300)) << host().said();
+  for (const auto& point : support::stepsBetween(between, {1140, 275})) {
+    poll(nullptr, 0, support::pauseOfAHand);
+    desktop().input().moveTo(point);
+  }
+  desktop().input().release();
+  EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-2", 1, "systemMedium", "topLeft", 100, 120)}));
 }
 
 TEST_F(OutputsOnWayland, HostEndsWithTheCompositorAndTheToolkitSaysSo) {

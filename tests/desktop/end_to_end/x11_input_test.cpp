@@ -21,6 +21,30 @@ class InputOnX11 : public OnX11 {
     desktop().input().key(key, modifiers);
   }
 
+  /// Presses the board there and moves it by so much, in small steps.
+  void dragHalfway(ScreenPoint from, int right, int down) {
+    desktop().input().moveTo(from);
+    desktop().input().press();
+    constexpr int steps = 10;
+    for (int step = 1; step <= steps; ++step) {
+      desktop().input().moveTo({from.x + right * step / steps, from.y + down * step / steps});
+    }
+  }
+  /// The area of the outline that is shown during a drag.
+  std::optional<ScreenArea> outline() {
+    for (const auto window : windows()) {
+      const auto types = desktop().windows().atoms(window, "_NET_WM_WINDOW_TYPE");
+      if (std::ranges::find(types, "_NET_WM_WINDOW_TYPE_DND") != types.end()) return desktop().windows().areaOf(window);
+    }
+    return std::nullopt;
+  }
+  support::XWindow boardAt(const ScreenArea& area) {
+    for (const auto window : boards()) {
+      if (desktop().windows().areaOf(window) == area) return window;
+    }
+    throw std::runtime_error("no board there");
+  }
+
   /// Menus are windows that the window manager does not list.
   bool menuIsOpen() {
     const auto managed = desktop().windows().stacking();
@@ -66,6 +90,58 @@ TEST_F(InputOnX11, DraggedWidgetSnapsToTheGridAndStaysThereAfterARestart) {
   })) << placements(display());
   start();
   EXPECT_TRUE(boardsAre({movedBy(medium, 100, 100), small}));
+}
+
+TEST_F(InputOnX11, DraggedWidgetFollowsTheHandAndAnOutlineShowsWhereItLands) {
+  startWithTwo();
+  dragHalfway(medium.centre(), 93, 110);
+  EXPECT_TRUE(boardsAre({movedBy(medium, 93, 110), small}));
+  EXPECT_TRUE(eventually([this] { return outline() == movedBy(medium, 100, 120); }));
+  // It is drawn as a line within the place's edge, here to the right of the board.
+  const auto screen = desktop().screenshot();
+  const auto pixel = screen.at(200 + 100 + mediumWidth - 2, 300 + 120 + 100);
+  EXPECT_GT(pixel.blue, pixel.red + 60);
+  desktop().input().release();
+  EXPECT_TRUE(boardsAre({movedBy(medium, 100, 120), small}));
+  EXPECT_TRUE(eventually([this] { return !outline(); }));
+}
+
+TEST_F(InputOnX11, WidgetDraggedWithShiftLandsWhereItIsLetGo) {
+  startWithTwo();
+  desktop().input().hold(keys::shift);
+  dragHalfway(medium.centre(), 93, 110);
+  EXPECT_TRUE(eventually([this] { return outline() == movedBy(medium, 93, 110); }));
+  desktop().input().release();
+  desktop().input().letGo(keys::shift);
+  EXPECT_TRUE(boardsAre({movedBy(medium, 93, 110), small}));
+  EXPECT_TRUE(eventually([this] {
+    return placedWidget(display(), 0) == placed(1, "systemMedium", "screen", "bottomLeft", 293, 70);
+  })) << placements(display());
+}
+
+TEST_F(InputOnX11, WidgetDraggedOntoAnotherLandsBesideIt) {
+  startWithTwo();
+  dragHalfway(medium.centre(), 500, -250);
+  EXPECT_TRUE(boardsAre({movedBy(medium, 500, -250), small}));
+  const ScreenArea beside{700, 40 + smallHeight + gap, mediumWidth, mediumHeight};
+  EXPECT_TRUE(eventually([&] { return outline() == beside; })) << host().said();
+  desktop().input().release();
+  EXPECT_TRUE(boardsAre({beside, small}));
+}
+
+TEST_F(InputOnX11, WidgetMovedByTheWindowManagerStaysThere) {
+  startWithTwo();
+  // A window manager that moves a window for a person does so while a button is held.
+  desktop().input().moveTo({5, 795});
+  desktop().input().press();
+  desktop().windows().move(boardAt(medium), 133, 217);
+  EXPECT_TRUE(boardsAre({{133, 217, mediumWidth, mediumHeight}, small}));
+  desktop().input().release();
+  EXPECT_TRUE(eventually([this] {
+    return placedWidget(display(), 0) == placed(1, "systemMedium", "screen", "topLeft", 133, 217);
+  })) << placements(display());
+  start();
+  EXPECT_TRUE(boardsAre({{133, 217, mediumWidth, mediumHeight}, small}));
 }
 
 TEST_F(InputOnX11, DraggedWidgetSnapsBesideAnother) {

@@ -87,11 +87,26 @@ TEST_F(WidgetPlacesTest, CopiesGrowWithTheTextAndReturnToTheirPlaces) {
   EXPECT_EQ(rectOf(2), (Rect{780, 280, 480, 240}));
 }
 
-TEST_F(WidgetPlacesTest, StepsAndSnapsWithinTheMonitor) {
+TEST_F(WidgetPlacesTest, StepsAndLandsWithinTheMonitor) {
   places_.add("day", protocol::WidgetFamily::systemMedium);
   EXPECT_TRUE(places_.step(1, Direction::left));
   EXPECT_EQ(rectOf(1), (Rect{760, 20, 480, 240}));
-  EXPECT_EQ(places_.snapped(1, {3, 5}), (Point{0, 0}));
+  EXPECT_EQ(places_.landing(1, {3, 5}, Snapping::on), (Point{0, 0}));
+  EXPECT_EQ(places_.landing(1, {3, 5}, Snapping::off), (Point{3, 5}));
+  EXPECT_EQ(places_.landing(1, {-30, 5}, Snapping::off), (Point{0, 5}));
+}
+
+TEST_F(WidgetPlacesTest, CopyLandsWhereItIsKeptWhenItIsDropped) {
+  places_.add("day", protocol::WidgetFamily::systemMedium);
+  places_.add("day", protocol::WidgetFamily::systemSmall);
+  for (const auto snapping : {Snapping::on, Snapping::off}) {
+    for (const Point wanted : {Point{900, 300}, Point{1000, 250}, Point{100, 100}, Point{2000, 2000}}) {
+      const Point landing = places_.landing(1, wanted, snapping);
+      EXPECT_FALSE(overlap(rectAt(landing, rectOf(1).size()), rectOf(2))) << wanted.x;
+      places_.moveTo(1, landing);
+      EXPECT_EQ(rectOf(1).origin(), landing) << wanted.x;
+    }
+  }
 }
 
 TEST_F(WidgetPlacesTest, NamesTheWidgetOfCopiesThatHaveNoNameYet) {

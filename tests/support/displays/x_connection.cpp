@@ -137,6 +137,12 @@ void XConnection::close(XWindow window) const {
   xcb_flush(raw());
 }
 
+void XConnection::move(XWindow window, int x, int y) const {
+  const std::uint32_t values[] = {static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y)};
+  xcb_configure_window(raw(), window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, values);
+  xcb_flush(raw());
+}
+
 void XConnection::showDesktop(bool shown) const {
   xcb_client_message_event_t message{};
   message.response_type = XCB_CLIENT_MESSAGE;

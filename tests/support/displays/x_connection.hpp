@@ -38,6 +38,9 @@ class XConnection {
   /// Asks the client to close its window, as a window manager's close button does.
   void close(XWindow window) const;
 
+  /// Asks the window manager to move another client's window, as tools do.
+  void move(XWindow window, int x, int y) const;
+
   /// Asks the window manager to show the desktop, or the windows again.
   void showDesktop(bool shown) const;
 

@@ -59,6 +59,9 @@ std::uint8_t XInput::codeOf(std::uint32_t keysym) const {
   throw std::runtime_error("the keyboard has no key for keysym " + std::to_string(keysym));
 }
 
+void XInput::hold(std::uint32_t keysym) { send(XCB_KEY_PRESS, codeOf(keysym)); }
+void XInput::letGo(std::uint32_t keysym) { send(XCB_KEY_RELEASE, codeOf(keysym)); }
+
 void XInput::key(std::uint32_t keysym, const std::vector<std::uint32_t>& modifiers) {
   const auto code = codeOf(keysym);
   for (const auto modifier : modifiers) send(XCB_KEY_PRESS, codeOf(modifier));

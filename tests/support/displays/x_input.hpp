@@ -23,6 +23,9 @@ class XInput {
   /// Strikes the key of a keysym ("XK_Return" without its prefix is 0xff0d) while the modifiers are held. Throws
   /// std::runtime_error where the keyboard has no such key.
   void key(std::uint32_t keysym, const std::vector<std::uint32_t>& modifiers = {});
+  /// Holds a key down until it is let go.
+  void hold(std::uint32_t keysym);
+  void letGo(std::uint32_t keysym);
 
  private:
   void send(std::uint8_t type, std::uint8_t detail, ScreenPoint point = {});
