@@ -71,8 +71,8 @@ std::vector<Arranged> arrange(const Placements& placements, std::span<const Moni
 
 std::vector<int> readingOrder(std::span<const Arranged> arranged) {
   std::vector<Arranged> sorted(arranged.begin(), arranged.end());
-  std::ranges::stable_sort(
-      sorted, {}, [](const Arranged& copy) { return std::tuple(copy.monitor, copy.rect.y, copy.rect.x); });
+  std::ranges::stable_sort(sorted, {},
+                           [](const Arranged& copy) { return std::tuple(copy.monitor, copy.rect.y, copy.rect.x); });
   std::vector<int> ids;
   for (const Arranged& copy : sorted) ids.push_back(copy.id);
   return ids;

@@ -171,7 +171,9 @@ void Desktop::resize(int id, protocol::WidgetFamily family) {
 }
 
 void Desktop::add(protocol::WidgetFamily family) {
-  if (places_.add(widget_.kind, family)) placesChanged();
+  if (!places_.add(widget_.kind, family)) return;
+  placesChanged();
+  gallery_.announceAdded(places_.all().back().place.corner);
 }
 
 void Desktop::remove(int id) {

@@ -39,6 +39,15 @@ void Gallery::setTextScale(double scale) {
   if (window_) window_->setTextScale(scale);
 }
 
+void Gallery::announceAdded(Corner corner) {
+  if (!window_) return;
+  if (isBottom(corner)) {
+    window_->announce(isRight(corner) ? texts_.addedBottomRight : texts_.addedBottomLeft);
+  } else {
+    window_->announce(isRight(corner) ? texts_.addedTopRight : texts_.addedTopLeft);
+  }
+}
+
 void Gallery::close() {
   if (!window_) return;
   window_.reset();

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "desktop/placement/place.hpp"
 #include "desktop/windows/gallery_window.hpp"
 #include "host/feed/feed.hpp"
 
@@ -23,6 +24,8 @@ class Gallery {
   void showPreviews(const host::FeedBoards& boards, host::Language language, const BoardLook& look);
   void setLook(const BoardLook& look);
   void setTextScale(double scale);
+  /// Says where a widget was added, if the window is open.
+  void announceAdded(Corner corner);
 
  private:
   void close();

@@ -29,7 +29,7 @@ void KeyboardFocus::next(int id, Turn turn) {
 void KeyboardFocus::end() {
   if (!inFront_) return;
   sendBack();
-  previous_.restore();
+  previous_.restore(gtk_get_current_event_time());
 }
 
 void KeyboardFocus::activeChanged() {

@@ -8,7 +8,7 @@
 #include "desktop/placement/widget_places.hpp"
 #include "desktop/windows/board_commands.hpp"
 #include "desktop/windows/board_window.hpp"
-#include "desktop/windows/previous_focus.hpp"
+#include "desktop/windows/x_focus.hpp"
 
 namespace desktop {
 
@@ -24,7 +24,8 @@ class KeyboardFocus {
   void next(int id, Turn turn);
   /// Sends the boards back and activates the window that was active before.
   void end();
-  /// To be called when a board has gained or lost the focus. Once a window of another program has it, the boards go back.
+  /// To be called when a board has gained or lost the focus. Once a window of another program has it, the boards go
+  /// back.
   void activeChanged();
 
  private:

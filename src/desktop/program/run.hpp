@@ -6,7 +6,8 @@
 
 namespace desktop {
 
-/// Returns when the person or the session ends it. If the session has a desktop already, opens that one's gallery or, with
+/// Returns when the person or the session ends it. If the session has a desktop already, opens that one's gallery or,
+/// with
 /// `--focus`, brings its boards to the front, and returns at once.
 host::CommandResult run(const host::CommandLine& line);
 

@@ -21,6 +21,10 @@ constexpr Texts polish{
     .addMedium = "Dodaj średni widżet",
     .addLarge = "Dodaj duży widżet",
     .addHint = "Wybierz rozmiar, żeby dodać widżet do pulpitu.",
+    .addedTopLeft = "Dodano: u góry po lewej.",
+    .addedTopRight = "Dodano: u góry po prawej.",
+    .addedBottomLeft = "Dodano: u dołu po lewej.",
+    .addedBottomRight = "Dodano: u dołu po prawej.",
     .loading = "Trwa wczytywanie",
 };
 
@@ -40,6 +44,10 @@ constexpr Texts english{
     .addMedium = "Add medium widget",
     .addLarge = "Add large widget",
     .addHint = "Choose a size to add the widget to the desktop.",
+    .addedTopLeft = "Added, top left.",
+    .addedTopRight = "Added, top right.",
+    .addedBottomLeft = "Added, bottom left.",
+    .addedBottomRight = "Added, bottom right.",
     .loading = "Loading",
 };
 
@@ -59,6 +67,10 @@ constexpr Texts lithuanian{
     .addMedium = "Pridėti vidutinį valdiklį",
     .addLarge = "Pridėti didelį valdiklį",
     .addHint = "Pasirinkite dydį, kad pridėtumėte valdiklį į darbalaukį.",
+    .addedTopLeft = "Pridėta viršuje kairėje.",
+    .addedTopRight = "Pridėta viršuje dešinėje.",
+    .addedBottomLeft = "Pridėta apačioje kairėje.",
+    .addedBottomRight = "Pridėta apačioje dešinėje.",
     .loading = "Įkeliama",
 };
 

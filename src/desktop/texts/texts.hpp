@@ -28,6 +28,10 @@ struct Texts {
   const char* addMedium;
   const char* addLarge;
   const char* addHint;
+  const char* addedTopLeft;  ///< where a widget was added from the gallery
+  const char* addedTopRight;
+  const char* addedBottomLeft;
+  const char* addedBottomRight;
   const char* loading;  ///< a placeholder board for screen readers
 };
 

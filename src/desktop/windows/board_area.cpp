@@ -189,8 +189,8 @@ gboolean doAction(AtkAction* board, int index) noexcept {
     delete static_cast<std::pair<OwnedObject<GtkWidget>, const char*>*>(kept);
   };
   g_object_ref(area);
-  auto kept = std::make_unique<std::pair<OwnedObject<GtkWidget>, const char*>>(OwnedObject<GtkWidget>(area),
-                                                                               action->signal);
+  auto kept =
+      std::make_unique<std::pair<OwnedObject<GtkWidget>, const char*>>(OwnedObject<GtkWidget>(area), action->signal);
   g_idle_add_full(G_PRIORITY_DEFAULT_IDLE, emit, kept.release(), drop);
   return TRUE;
 }
@@ -210,6 +210,7 @@ void boardActionInit(gpointer interface, gpointer /*data*/) noexcept {
   auto* const action = static_cast<AtkActionIface*>(interface);
   action->get_n_actions = &actionCount;
   action->get_name = &actionName;
+  action->get_localized_name = &actionName;
   action->get_keybinding = &actionKeys;
   action->do_action = &doAction;
 }

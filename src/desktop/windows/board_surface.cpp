@@ -9,6 +9,7 @@
 #include <wayland-client.h>
 
 #include "desktop/placement/place.hpp"
+#include "desktop/windows/x_focus.hpp"
 #include "render/colour/palette.hpp"
 #include "render/picture/shape.hpp"
 
@@ -146,12 +147,18 @@ void BoardSurface::activate(guint32 time) { gtk_window_present_with_time(asWindo
 void BoardSurface::setDepth(Depth depth) {
   const bool front = depth == Depth::front;
   if (way_ == DisplayWay::layerShell) {
+    // Some compositors give the keyboard to any layer above the windows that may have it, and take it back only from
+    // one that may not have it any more.
+    releaseKeyboard();
     gtk_layer_set_layer(asWindow(window_), front ? GTK_LAYER_SHELL_LAYER_TOP : GTK_LAYER_SHELL_LAYER_BOTTOM);
+    if (!front) gtk_layer_set_keyboard_mode(asWindow(window_), restingKeyboardMode());
     commit(window_);
     return;
   }
   gtk_window_set_keep_below(asWindow(window_), front ? FALSE : TRUE);
   gtk_window_set_keep_above(asWindow(window_), front ? TRUE : FALSE);
+  // Some window managers keep the place in the stack otherwise.
+  if (GdkWindow* const mapped = gtk_widget_get_window(window_); mapped != nullptr && !front) gdk_window_lower(mapped);
 }
 
 void BoardSurface::takeKeyboard() {
@@ -162,13 +169,16 @@ void BoardSurface::takeKeyboard() {
     return;
   }
   GdkWindow* const mapped = gtk_widget_get_window(window_);
-  const bool onX = way_ == DisplayWay::x11 && mapped != nullptr;
-  activate(onX ? gdk_x11_get_server_time(mapped) : GDK_CURRENT_TIME);
+  if (way_ == DisplayWay::x11 && mapped != nullptr) {
+    focusOnX(mapped, gdk_x11_get_server_time(mapped));
+  } else {
+    activate(GDK_CURRENT_TIME);
+  }
 }
 
 void BoardSurface::releaseKeyboard() {
   if (way_ != DisplayWay::layerShell) return;
-  gtk_layer_set_keyboard_mode(asWindow(window_), restingKeyboardMode());
+  gtk_layer_set_keyboard_mode(asWindow(window_), GTK_LAYER_SHELL_KEYBOARD_MODE_NONE);
   commit(window_);
 }
 

@@ -45,7 +45,8 @@ class BoardSurface {
   void askToBeShown();
   /// Requests the keyboard focus. `time` is that of the event that caused it, which window managers check.
   void activate(guint32 time);
-  /// Puts the board in front of all windows, or back at the bottom.
+  /// Puts the board in front of all windows, or back at the bottom. A layer in front gets the keyboard only by
+  /// `takeKeyboard`, not by a click.
   enum class Depth { bottom, front };
   void setDepth(Depth depth);
   /// Takes the keyboard without a click, for a board in front, and shows the focus ring.

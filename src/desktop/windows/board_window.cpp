@@ -45,7 +45,8 @@ std::optional<Turn> turnOf(guint key, guint modifiers) {
 bool pointerIsPressed() {
   GdkDevice* const pointer = gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_display_get_default()));
   GdkModifierType state{};
-  gdk_window_get_device_position(gdk_screen_get_root_window(gdk_screen_get_default()), pointer, nullptr, nullptr, &state);
+  gdk_window_get_device_position(gdk_screen_get_root_window(gdk_screen_get_default()), pointer, nullptr, nullptr,
+                                 &state);
   constexpr unsigned buttons = GDK_BUTTON1_MASK | GDK_BUTTON2_MASK | GDK_BUTTON3_MASK;
   return (static_cast<unsigned>(state) & buttons) != 0;
 }
@@ -53,7 +54,12 @@ bool pointerIsPressed() {
 }  // namespace
 
 BoardWindow::BoardWindow(int id, DisplayWay way, BoardCommands& commands, const Texts& texts)
-    : id_(id), way_(way), commands_(commands), texts_(texts), surface_(way, BoardSurface::Role::board), area_(newBoardArea()) {
+    : id_(id),
+      way_(way),
+      commands_(commands),
+      texts_(texts),
+      surface_(way, BoardSurface::Role::board),
+      area_(newBoardArea()) {
   GtkWidget* const window = surface_.widget();
   gtk_widget_add_events(window, GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK | GDK_BUTTON1_MOTION_MASK);
   connect<&BoardWindow::pressed>(window, "button-press-event", this);
@@ -85,11 +91,6 @@ void BoardWindow::show(std::shared_ptr<BoardPicture> picture, const std::string&
                        .description = redacted ? texts_.loading : picture_->aloud(),
                        .rows = picture_->rows(),
                        .width = picture_->width()});
-}
-
-void BoardWindow::sendBack() {
-  surface_.setDepth(BoardSurface::Depth::bottom);
-  surface_.releaseKeyboard();
 }
 
 void BoardWindow::activeChanged(GParamSpec* /*property*/) { commands_.activeChanged(); }

@@ -29,7 +29,7 @@ class BoardWindow {
   void askToBeShown() { surface_.askToBeShown(); }
 
   void bringToFront() { surface_.setDepth(BoardSurface::Depth::front); }
-  void sendBack();
+  void sendBack() { surface_.setDepth(BoardSurface::Depth::bottom); }
   /// Takes the keyboard focus. The board has to be in front.
   void focus() { surface_.takeKeyboard(); }
   void releaseFocus() { surface_.releaseKeyboard(); }

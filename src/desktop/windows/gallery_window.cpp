@@ -10,23 +10,42 @@
 namespace desktop {
 namespace {
 
-constexpr int margin = 24;
-constexpr int spacing = 16;
+constexpr int margin = 16;
+constexpr int spacing = 12;
 
-/// The scale of the previews: three quarters of a board's size, or less where the monitor is too small for that.
-double previewScale(double textScale) {
+/// Flat tiles in any theme. Previews are round themselves, so that a tile is a little more so.
+constexpr const char* tileStyle = R"(
+.vamba-tile { padding: 6px; border: 2px solid transparent; border-radius: 14px; outline-width: 0;
+              background: none; box-shadow: none; }
+.vamba-tile:hover { background: alpha(currentColor, 0.08); }
+.vamba-tile:active { background: alpha(currentColor, 0.18); }
+.vamba-tile:focus { border-color: @theme_selected_bg_color; }
+)";
+
+/// Once for the program.
+void useTileStyle() {
+  static const bool used = [] {
+    GtkCssProvider* const provider = gtk_css_provider_new();
+    gtk_css_provider_load_from_data(provider, tileStyle, -1, nullptr);
+    gtk_style_context_add_provider_for_screen(gdk_screen_get_default(), GTK_STYLE_PROVIDER(provider),
+                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    g_object_unref(provider);
+    return true;
+  }();
+  static_cast<void>(used);
+}
+
+/// The part of the monitor that the window may take, without the frame that window managers add.
+Size roomForContent() {
   GdkDisplay* const display = gdk_display_get_default();
   GdkMonitor* monitor = gdk_display_get_primary_monitor(display);
   if (monitor == nullptr) monitor = gdk_display_get_monitor(display, 0);
-  if (monitor == nullptr) return 0.75 * textScale;
+  constexpr Size usual{1280, 800};
+  if (monitor == nullptr) return usual;
   GdkRectangle area{};
   gdk_monitor_get_workarea(monitor, &area);
-  // The rest of the window's size is margins, texts and the frame.
-  const double across =
-      (area.width - 160 * textScale) /
-      (render::smallFamily.size.width + render::mediumFamily.size.width + render::largeFamily.size.width);
-  const double down = (area.height - 220 * textScale) / render::largeFamily.size.height;
-  return std::max(0.25, std::min({0.75 * textScale, across, down}));
+  constexpr Size frame{8, 40};
+  return {area.width - frame.width, area.height - frame.height};
 }
 
 GtkWidget* label(double size, PangoWeight weight) {
@@ -60,12 +79,15 @@ GalleryWindow::~GalleryWindow() { gtk_widget_destroy(window_); }
 
 // In visual order, from top to bottom.
 void GalleryWindow::build() {
+  useTileStyle();
   GtkWidget* const column = gtk_box_new(GTK_ORIENTATION_VERTICAL, spacing);
   gtk_container_set_border_width(GTK_CONTAINER(column), margin);
-  name_ = label(1.6, PANGO_WEIGHT_BOLD);
-  add(column, name_);
+  GtkWidget* const heading = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  name_ = label(1.4, PANGO_WEIGHT_BOLD);
+  add(heading, name_);
   description_ = label(1, PANGO_WEIGHT_NORMAL);
-  add(column, description_);
+  add(heading, description_);
+  add(column, heading);
 
   GtkWidget* const sizes = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, spacing);
   gtk_widget_set_valign(sizes, GTK_ALIGN_START);
@@ -74,9 +96,10 @@ void GalleryWindow::build() {
   add(sizes, preview(protocol::WidgetFamily::systemLarge, texts_.addLarge));
   add(column, sizes);
 
-  GtkWidget* const hint = label(1, PANGO_WEIGHT_NORMAL);
-  gtk_label_set_text(GTK_LABEL(hint), texts_.addHint);
-  add(column, hint);
+  message_ = label(1, PANGO_WEIGHT_NORMAL);
+  gtk_label_set_text(GTK_LABEL(message_), texts_.addHint);
+  add(column, message_);
+  content_ = column;
   gtk_container_add(GTK_CONTAINER(window_), column);
   gtk_widget_show_all(column);
 }
@@ -88,15 +111,17 @@ GtkWidget* GalleryWindow::preview(protocol::WidgetFamily family, const char* act
   preview.drawing = gtk_drawing_area_new();
   connect<&Preview::draw>(preview.drawing, "draw", &preview);
 
-  GtkWidget* const column = gtk_box_new(GTK_ORIENTATION_VERTICAL, spacing / 2);
-  add(column, preview.drawing);
-  add(column, gtk_label_new(action));
   preview.button = gtk_button_new();
-  gtk_container_add(GTK_CONTAINER(preview.button), column);
-  gtk_widget_set_valign(preview.button, GTK_ALIGN_START);
+  gtk_style_context_add_class(gtk_widget_get_style_context(preview.button), "vamba-tile");
+  gtk_container_add(GTK_CONTAINER(preview.button), preview.drawing);
   atk_object_set_name(gtk_widget_get_accessible(preview.button), action);
   connect<&Preview::clicked>(preview.button, "clicked", &preview);
-  return preview.button;
+
+  preview.tile = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  gtk_widget_set_valign(preview.tile, GTK_ALIGN_START);
+  add(preview.tile, preview.button);
+  add(preview.tile, gtk_label_new(action));
+  return preview.tile;
 }
 
 gboolean GalleryWindow::Preview::draw(cairo_t* cairo) {
@@ -111,18 +136,54 @@ void GalleryWindow::describe(const host::WidgetDeclaration& widget) {
   gtk_label_set_text(GTK_LABEL(name_), widget.displayName.c_str());
   gtk_label_set_text(GTK_LABEL(description_), widget.description.c_str());
   for (const auto& preview : previews_) {
-    gtk_widget_set_visible(preview->button,
-                           std::ranges::find(widget.families, preview->family) != widget.families.end());
+    gtk_widget_set_visible(preview->tile, std::ranges::find(widget.families, preview->family) != widget.families.end());
   }
+  fit();
 }
 
 void GalleryWindow::setTextScale(double scale) {
-  const double shown = previewScale(scale);
+  textScale_ = scale;
+  fit();
+}
+
+/// Previews have three quarters of the boards' size, or less where the monitor has no room for the window then.
+void GalleryWindow::fit() {
+  resizePreviews(0);
+  GtkRequisition beside{};
+  gtk_widget_get_preferred_size(content_, nullptr, &beside);
+  const Size room = roomForContent();
+  double across = 0;
+  double down = 1;
   for (const auto& preview : previews_) {
-    const auto form = render::familyForm(preview->family);
-    preview->size = {static_cast<int>(std::lround(form.size.width * shown)),
-                     static_cast<int>(std::lround(form.size.height * shown))};
+    if (gtk_widget_get_visible(preview->tile) == FALSE) continue;
+    const auto size = render::familyForm(preview->family).size;
+    across += size.width;
+    down = std::max(down, size.height);
+  }
+  // A heading that is wider than the tiles makes the window no wider than they do.
+  const double tilesAside = 2 * margin + (spacing + 16) * static_cast<double>(previews_.size());
+  constexpr double usual = 0.75;
+  constexpr double smallest = 0.25;
+  resizePreviews(
+      std::clamp(std::min((room.width - tilesAside) / std::max(1.0, across), (room.height - beside.height) / down),
+                 smallest, usual * textScale_));
+}
+
+void GalleryWindow::resizePreviews(double scale) {
+  for (const auto& preview : previews_) {
+    const auto size = render::familyForm(preview->family).size;
+    preview->size = {static_cast<int>(std::lround(size.width * scale)),
+                     static_cast<int>(std::lround(size.height * scale))};
     gtk_widget_set_size_request(preview->drawing, preview->size.width, preview->size.height);
+  }
+}
+
+void GalleryWindow::announce(const char* message) {
+  gtk_label_set_text(GTK_LABEL(message_), message);
+  AtkObject* const accessible = gtk_widget_get_accessible(message_);
+  // Screen readers say it although the focus stays where it is.
+  if (g_signal_lookup("announcement", G_OBJECT_TYPE(accessible)) != 0) {
+    g_signal_emit_by_name(accessible, "announcement", message);
   }
 }
 

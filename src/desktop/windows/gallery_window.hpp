@@ -34,6 +34,8 @@ class GalleryWindow {
   void setTextScale(double scale);
   /// Sets the previews. A family without a picture shows an empty tile.
   void show(const std::map<protocol::WidgetFamily, std::shared_ptr<BoardPicture>>& pictures);
+  /// Shows a message below the previews and has it read aloud.
+  void announce(const char* message);
   /// Brings the window to the front and focuses it.
   void present();
 
@@ -42,6 +44,7 @@ class GalleryWindow {
   struct Preview {
     GalleryWindow* gallery = nullptr;
     protocol::WidgetFamily family;
+    GtkWidget* tile = nullptr;  ///< the button with its label below
     GtkWidget* button = nullptr;
     GtkWidget* drawing = nullptr;
     std::shared_ptr<BoardPicture> picture;
@@ -53,6 +56,8 @@ class GalleryWindow {
 
   void build();
   GtkWidget* preview(protocol::WidgetFamily family, const char* action);
+  void fit();
+  void resizePreviews(double scale);
   gboolean keyPressed(GdkEventKey* event);
   gboolean closeAsked(GdkEvent* event);
 
@@ -61,6 +66,9 @@ class GalleryWindow {
   GtkWidget* window_;
   GtkWidget* name_ = nullptr;
   GtkWidget* description_ = nullptr;
+  GtkWidget* message_ = nullptr;
+  GtkWidget* content_ = nullptr;
+  double textScale_ = 1;
   std::vector<std::unique_ptr<Preview>> previews_;
 };
 

@@ -41,7 +41,7 @@ struct CommandLine {
   Appearance appearance = Appearance::light;
   bool verbose = false;  ///< say on standard error what is done
   AutostartAction autostart = AutostartAction::status;
-  bool focus = false;  ///< `desktop` brings the widgets to the front
+  bool focus = false;                  ///< `desktop` brings the widgets to the front
   std::optional<std::string> address;  ///< of the service, for `sign-in`
   bool signInStatus = false;
   bool outlines = false;  ///< letters of an SVG as outlines instead of text

@@ -18,7 +18,7 @@ constexpr Palette light{.background = opaque(0xFFFFFF),
                         .tint = opaque(0x1A62D6),
                         .redRole = opaque(0xC9252D),
                         .rule = {0x1B, 0x1C, 0x1F, 0.12},
-                        .edge = {0x1B, 0x1C, 0x1F, 0.10},
+                        .edge = {0x1B, 0x1C, 0x1F, 0.34},
                         .placeholder = 0.22};
 
 constexpr Palette dark{.background = opaque(0x1E1F23),
@@ -28,7 +28,7 @@ constexpr Palette dark{.background = opaque(0x1E1F23),
                        .tint = opaque(0x6AA8FF),
                        .redRole = opaque(0xFF7A75),
                        .rule = {0xF4, 0xF5, 0xF7, 0.15},
-                       .edge = {0xF4, 0xF5, 0xF7, 0.12},
+                       .edge = {0xF4, 0xF5, 0xF7, 0.30},
                        .placeholder = 0.26};
 
 /// The linear light of an sRGB channel, 0 to 1.

@@ -154,14 +154,25 @@ TEST_F(InputOnWayland, FocusBringsTheBoardsToTheFrontTabGoesRoundAndEscapeSendsT
     for (const auto& board : boards) paint(expected, exported(board.family), board.place);
     return comesToShowWithAFocusRing(expected, name);
   };
+  // The ring is blue, two points within the edge.
+  const auto hasRing = [&](ScreenPoint board) {
+    return eventually([&] {
+      const auto pixel =
+          desktop().screenshot().at(static_cast<unsigned>(board.x + 2), static_cast<unsigned>(board.y + 75));
+      return pixel.blue > pixel.red + 60;
+    });
+  };
   EXPECT_TRUE(inFront({medium, small}, "in-front")) << host().said();
   // An arrow key shows which board has the focus. The small one is the first in reading order.
+  EXPECT_TRUE(hasRing(small.place));
   press(keys::left);
   EXPECT_TRUE(inFront({medium, {"small", {800, 40}}}, "first-moved"));
   press(keys::tab);
+  EXPECT_TRUE(hasRing(medium.place));
   press(keys::left);
   EXPECT_TRUE(inFront({{"medium", {180, 300}}, {"small", {800, 40}}}, "second-moved"));
   press(keys::tab);
+  EXPECT_TRUE(hasRing({800, 40}));
   press(keys::right);
   EXPECT_TRUE(inFront({{"medium", {180, 300}}, small}, "first-moved-back"));
   press(keys::escape);

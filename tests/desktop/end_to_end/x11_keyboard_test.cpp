@@ -58,6 +58,7 @@ TEST_F(KeyboardOnX11, FocusBringsTheBoardsToTheFrontTabGoesRoundAndEscapeSendsTh
   startAgainWithFocus();
   EXPECT_TRUE(boardsAreInFront()) << host().said();
   EXPECT_FALSE(galleryIsOpen());
+  EXPECT_TRUE(focusComesTo(small));
   // An arrow key shows which board has the focus.
   const auto arrowMoves = [this](std::uint32_t key, const std::vector<ScreenArea>& to) {
     desktop().input().key(key);
@@ -147,8 +148,8 @@ TEST_F(ScreenReaderOnX11, BoardIsFocusableWithActionsAndItsRowsAreChildren) {
     }
     return names;
   };
-  const std::vector<std::string> rows{"Vamba", "Brak umówionych spotkań", "#41, Oddać rozliczenie, zaległe",
-                                      "#42, Sprawdzić korektę, zaległe"};
+  const std::vector<std::string> rows{"Vamba", "Brak umówionych spotkań", "#41, Oddać rozliczenie, Pracownia, zaległe",
+                                      "#42, Sprawdzić korektę, Pracownia, zaległe"};
   ASSERT_TRUE(eventually([&] { return namesAt(2) == rows; })) << testing::PrintToString(namesAt(2)) << host().said();
   focus(firstPlace());
   ASSERT_TRUE(eventually([&] { return objectsOf(objects).at(1).focused; }));
@@ -163,9 +164,8 @@ TEST_F(ScreenReaderOnX11, BoardIsFocusableWithActionsAndItsRowsAreChildren) {
   // Fewer rows and another text.
   service_.answer(tasksTarget, {.body = json::array({serverTask(42, "Sprawdzić korektę", "2020-01-06")}).dump()});
   desktop().input().key(keys::f5);
-  EXPECT_TRUE(eventually([&] {
-    return namesAt(2) == std::vector<std::string>{rows[0], rows[1], rows[3]};
-  })) << testing::PrintToString(namesAt(2));
+  EXPECT_TRUE(eventually([&] { return namesAt(2) == std::vector<std::string>{rows[0], rows[1], rows[3]}; }))
+      << testing::PrintToString(namesAt(2));
 
   const auto windowsBefore = windows().size();
   EXPECT_TRUE(objects.act(host().id(), board.name, "menu"));

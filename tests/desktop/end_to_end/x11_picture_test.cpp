@@ -123,7 +123,7 @@ TEST_F(PictureOnX11, ScreenReaderIsToldTheBoardInItsOrderAndWhatChanges) {
   EXPECT_EQ(board().role, "panel");
   EXPECT_EQ(board().name, "Vamba — spotkania i zadania");
   const auto description = board().description;
-  EXPECT_THAT(description, HasSubstr("#41, Oddać rozliczenie, zaległe\n"));
+  EXPECT_THAT(description, HasSubstr("#41, Oddać rozliczenie, Pracownia, zaległe\n"));
   EXPECT_LT(description.find("Oddać rozliczenie"), description.find("Sprawdzić korektę")) << description;
   EXPECT_THAT(description, HasSubstr("Sprawdzić korektę"));
 

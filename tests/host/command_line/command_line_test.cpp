@@ -48,6 +48,7 @@ TEST(CommandLineTest, ReadsEveryOption) {
   EXPECT_TRUE(show.outlines);
   EXPECT_TRUE(line({"gallery", "--json"}).galleryAsJson);
   EXPECT_TRUE(line({"snapshot", "--preview"}).preview);
+  EXPECT_TRUE(line({"desktop", "--focus"}).focus);
   EXPECT_EQ(line({"watch", "--format", "waybar", "--extension", "/x"}).extension, "/x");
 }
 

@@ -64,6 +64,13 @@ TEST_P(PaletteContrast, RulesAreSeenButFainterThanAnyText) {
   EXPECT_LT(rule, 2);
 }
 
+TEST_P(PaletteContrast, EdgeStandsOutFromTheBoardAndFromAPictureOfItsColour) {
+  const auto& colours = palette(GetParam());
+  const Colour edge = blended(colours.edge, colours.background);
+  EXPECT_GE(contrast(edge, colours.background), 2);
+  EXPECT_GE(contrast(edge, GetParam() == Appearance::dark ? black : white), 2);
+}
+
 // A tint fills its own badge with 15 %.
 double contrastOnItsBadge(const Palette& colours) {
   Colour badge = colours.tint;

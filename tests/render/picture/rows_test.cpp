@@ -52,7 +52,8 @@ TEST(ReadRows, LieBelowEachOtherWithinTheBoard) {
 }
 
 TEST(ReadRows, HaveTheWholeTextOfALineThatIsCut) {
-  const std::string title = "Bardzo długi tytuł zadania, który nie zmieści się w jednym wierszu tej tablicy nawet wtedy";
+  const std::string title =
+      "Bardzo długi tytuł zadania, który nie zmieści się w jednym wierszu tej tablicy nawet wtedy";
   EXPECT_THAT(textsOf(rowsOf(protocol::Text(title).lineLimit(1))), ElementsAre(title));
 }
 

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include <systemd/sd-bus.h>
 
@@ -64,8 +65,19 @@ std::vector<Reference> childrenOf(sd_bus* bus, const Reference& object) {
   return children;
 }
 
+bool hasInterface(sd_bus* bus, const Reference& object, const char* name) {
+  const auto reply = call(bus, object, accessibleInterface, "GetInterfaces");
+  if (!reply || sd_bus_message_enter_container(reply.get(), 'a', "s") < 0) return false;
+  const char* each = nullptr;
+  while (sd_bus_message_read(reply.get(), "s", &each) > 0) {
+    if (std::strcmp(each, name) == 0) return true;
+  }
+  return false;
+}
+
 std::vector<std::string> actionsOf(sd_bus* bus, const Reference& object) {
   std::vector<std::string> names;
+  if (!hasInterface(bus, object, "org.a11y.atspi.Action")) return names;
   const auto reply = call(bus, object, "org.a11y.atspi.Action", "GetActions");
   if (!reply || sd_bus_message_enter_container(reply.get(), 'a', "(sss)") < 0) return names;
   const char* name = nullptr;
@@ -120,15 +132,36 @@ std::vector<Found> objectsOf(sd_bus* bus, pid_t process) {
   return found;
 }
 
-int changed(sd_bus_message* signal, void* changes, sd_bus_error*) {
-  const char* name = "";
+/// The two texts of an event: its detail, and its value if that is a text.
+std::pair<std::string, std::string> textsOf(sd_bus_message* signal) {
+  const char* detail = "";
   const char* contents = nullptr;
-  const char* text = "";
-  if (sd_bus_message_read(signal, "sii", &name, nullptr, nullptr) < 0) return 0;
+  const char* value = "";
+  if (sd_bus_message_read(signal, "sii", &detail, nullptr, nullptr) < 0) return {};
   sd_bus_message_peek_type(signal, nullptr, &contents);
-  if (contents != nullptr && std::strcmp(contents, "s") == 0) sd_bus_message_read(signal, "v", "s", &text);
-  static_cast<std::vector<std::string>*>(changes)->push_back(std::string(name) + ": " + text);
+  if (contents != nullptr && std::strcmp(contents, "s") == 0) sd_bus_message_read(signal, "v", "s", &value);
+  return {detail, value};
+}
+
+int changed(sd_bus_message* signal, void* changes, sd_bus_error*) {
+  const auto [name, text] = textsOf(signal);
+  static_cast<std::vector<std::string>*>(changes)->push_back(name + ": " + text);
   return 0;
+}
+
+int announced(sd_bus_message* signal, void* announcements, sd_bus_error*) {
+  const auto [detail, value] = textsOf(signal);
+  static_cast<std::vector<std::string>*>(announcements)->push_back(value.empty() ? detail : value);
+  return 0;
+}
+
+// Programs send only events for which somebody has registered.
+void askFor(sd_bus* bus, const char* event) {
+  sd_bus_message* reply = nullptr;
+  check(sd_bus_call_method(bus, registryName, "/org/a11y/atspi/registry", registryName, "RegisterEvent", nullptr,
+                           &reply, "s", event),
+        "asking for events");
+  sd_bus_message_unref(reply);
 }
 
 ChildProcess launch(const SessionBus& bus) {
@@ -162,12 +195,11 @@ AccessibleObjects::AccessibleObjects(SessionBus& bus)
   check(sd_bus_match_signal(raw, nullptr, nullptr, nullptr, "org.a11y.atspi.Event.Object", "PropertyChange", &changed,
                             &changes_),
         "listening for changes");
-  // Programs tell only what somebody has asked the registry for.
-  sd_bus_message* reply = nullptr;
-  check(sd_bus_call_method(raw, registryName, "/org/a11y/atspi/registry", registryName, "RegisterEvent", nullptr,
-                           &reply, "s", "object:property-change"),
-        "asking for changes");
-  sd_bus_message_unref(reply);
+  check(sd_bus_match_signal(raw, nullptr, nullptr, nullptr, "org.a11y.atspi.Event.Object", "Announcement", &announced,
+                            &announcements_),
+        "listening for announcements");
+  askFor(raw, "object:property-change");
+  askFor(raw, "object:announcement");
   bus_.setVariable("NO_AT_BRIDGE", std::nullopt);
 }
 
@@ -184,9 +216,9 @@ bool AccessibleObjects::act(pid_t process, const std::string& name, const std::s
     const auto known = std::ranges::find(object.actions, action);
     if (object.name != name || known == object.actions.end()) continue;
     sd_bus_message* reply = nullptr;
-    const int result = sd_bus_call_method(connection_.get(), reference.owner.c_str(), reference.path.c_str(),
-                                          "org.a11y.atspi.Action", "DoAction", nullptr, &reply, "i",
-                                          static_cast<int>(known - object.actions.begin()));
+    const int result =
+        sd_bus_call_method(connection_.get(), reference.owner.c_str(), reference.path.c_str(), "org.a11y.atspi.Action",
+                           "DoAction", nullptr, &reply, "i", static_cast<int>(known - object.actions.begin()));
     const Message owned(reply, &sd_bus_message_unref);
     int done = 0;
     return result >= 0 && sd_bus_message_read(reply, "b", &done) >= 0 && done != 0;
@@ -198,6 +230,11 @@ std::vector<std::string> AccessibleObjects::changes() {
   while (sd_bus_process(connection_.get(), nullptr) > 0) {
   }
   return changes_;
+}
+
+std::vector<std::string> AccessibleObjects::announcements() {
+  changes();
+  return announcements_;
 }
 
 }  // namespace support

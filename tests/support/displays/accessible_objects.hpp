@@ -40,12 +40,15 @@ class AccessibleObjects {
 
   /// What programs told of changed properties so far, as "accessible-name: the new text", the oldest first.
   std::vector<std::string> changes();
+  /// What programs asked to have read aloud so far, the oldest first.
+  std::vector<std::string> announcements();
 
  private:
   SessionBus& bus_;
   ChildProcess launcher_;
   BusConnection connection_;
   std::vector<std::string> changes_;
+  std::vector<std::string> announcements_;
 };
 
 }  // namespace support

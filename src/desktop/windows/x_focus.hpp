@@ -1,0 +1,29 @@
+// Giving the focus to windows on X11 when a person asks for it (EWMH, _NET_ACTIVE_WINDOW).
+#pragma once
+
+#include <gdk/gdk.h>
+
+#include "desktop/windows/display_way.hpp"
+
+namespace desktop {
+
+/// Raises the window and gives it the focus. Window managers refuse requests of applications soon after a key press in
+/// another window, so this is a direct request of the person, as those of pagers are. `time` is the server's.
+void focusOnX(GdkWindow* window, guint32 time);
+
+/// The window that had the focus before the boards took it. Does nothing on Wayland, where compositors give the focus
+/// back by themselves.
+class PreviousFocus {
+ public:
+  explicit PreviousFocus(DisplayWay way) : way_(way) {}
+
+  void remember();
+  /// Focuses the remembered window, if there was one, and forgets it. `time` is that of the event that caused it.
+  void restore(guint32 time);
+
+ private:
+  DisplayWay way_;
+  unsigned long window_ = 0;
+};
+
+}  // namespace desktop
