@@ -29,9 +29,10 @@ timeout 600 debootstrap --variant=minbase bookworm "$root" "${mirror:-http://deb
 mount -t proc proc "$root/proc" 2>/dev/null || skip "this machine mounts no proc file system"
 cp /etc/resolv.conf "$root/etc/resolv.conf"
 
-in_root() { env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive chroot "$root" "$@"; }
+# in_root WORD...: as root; as_person WORD...: as an ordinary user, with Polish texts.
+in_root() { chroot "$root" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"; }
 as_person() {
-  env -i PATH=/usr/bin:/bin HOME=/home/person LANGUAGE=pl LC_ALL=C.UTF-8 chroot --userspec=person:person "$root" "$@"
+  chroot --userspec=person:person "$root" /usr/bin/env -i PATH=/usr/bin:/bin HOME=/home/person LANGUAGE=pl LC_ALL=C.UTF-8 "$@"
 }
 apt() { in_root apt-get -q -y -o Dpkg::Use-Pty=0 --no-install-recommends "$@" >"$place/log" 2>&1; }
 apt update || skip "the root's package lists could not be fetched: $(grep -m 1 '^[EW]:' "$place/log")"
