@@ -24,7 +24,7 @@
 namespace host {
 namespace {
 
-constexpr auto family = protocol::WidgetFamily::systemMedium;
+constexpr auto boardFamily = protocol::WidgetFamily::systemMedium;
 /// The extension itself gives up a load after 12 s.
 constexpr absl::Duration longestLoad = absl::Seconds(15);
 constexpr absl::Duration longestQuestion = absl::Seconds(10);
@@ -140,7 +140,7 @@ Finding requestFinding(ExtensionClient& client, const std::string& kind, Credent
                        const Overheard& overheard) {
   Finding finding{.subject = "request", .verdict = Verdict::fault};
   const auto begin = std::chrono::steady_clock::now();
-  const auto timeline = client.timeline(kind, family);
+  const auto timeline = client.timeline(kind, boardFamily);
   const auto took = std::chrono::steady_clock::now() - begin;
   if (!timeline) {
     finding.what = timeline.error().message;

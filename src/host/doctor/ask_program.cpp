@@ -17,7 +17,7 @@
 namespace host {
 namespace {
 
-constexpr std::size_t longestAnswer = std::size_t{64} << 10;
+constexpr std::size_t mostBytes = std::size_t{64} << 10;
 
 struct Pipe {
   base::FileDescriptor reading;
@@ -50,7 +50,7 @@ bool pump(base::FileDescriptor& from, std::string& to) {
   const ssize_t count = ::read(from.get(), block.data(), block.size());
   if (count < 0 && errno == EINTR) return true;
   if (count <= 0) return false;
-  if (to.size() < longestAnswer) to.append(block.data(), static_cast<std::size_t>(count));
+  if (to.size() < mostBytes) to.append(block.data(), static_cast<std::size_t>(count));
   return true;
 }
 
