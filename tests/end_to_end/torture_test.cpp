@@ -1,0 +1,69 @@
+// System calls of the extension fail one by one over a load and a render: it answers, or it ends with a status, and it
+// is never ended by a signal. A tracer (strace) makes the N-th call of a kind fail.
+#include <string>
+#include <vector>
+
+#include "end_to_end/extension_fixture.hpp"
+
+namespace end_to_end {
+namespace {
+
+struct Failure {
+  std::vector<std::string> calls;
+  std::string error;
+  int first;
+  int last;
+};
+
+// Left out: futex() and munmap(), whose failures the C library takes for corrupted memory and aborts at, and the very
+// first mmap(), at which the dynamic loader crashes before the program has begun.
+const Failure failures[] = {
+    {{"openat", "read"}, "EIO", 1, 60},
+    {{"mmap"}, "ENOMEM", 2, 60},
+    {{"socket", "connect", "sendto", "recvfrom", "getsockopt", "setsockopt", "getsockname", "pipe2", "socketpair"},
+     "ENOMEM",
+     1,
+     4},
+    {{"clone", "poll", "newfstatat", "close", "write", "mprotect", "getrandom", "fcntl", "prctl"}, "EPERM", 1, 4},
+    {{"read", "write", "poll", "connect", "sendto", "recvfrom", "openat"}, "EINTR", 1, 4},
+    {{"landlock_create_ruleset", "landlock_add_rule", "landlock_restrict_self", "seccomp", "capset"}, "EPERM", 1, 2},
+};
+
+using ExtensionTortureTest = ServiceTest;
+
+TEST_F(ExtensionTortureTest, EndsByNoSignalWhicheverSystemCallFails) {
+  if (sanitized) GTEST_SKIP() << "a sanitizer's library ends the process where its own system calls fail";
+  const std::string program = folder_.path("tortured");
+  folder_.write("tortured",
+                "#!/bin/sh\nexec /usr/bin/strace -f -qqq -o /dev/null -e trace=\"$TORTURED_CALL\" "
+                "-e inject=\"$TORTURED_CALL:error=$TORTURED_ERROR:when=$TORTURED_AT\" " VAMBA_EXTENSION "\n");
+  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+  const json entry{
+      {"date", "2025-03-14T08:00:00Z"}, {"doDecyzji", 1}, {"zadania", json::array()}, {"spotkania", json::array()}};
+  json rendered = boardParams();
+  rendered["entry"] = entry;
+
+  int answered = 0;
+  for (const auto& [calls, error, first, last] : failures) {
+    for (const auto& call : calls) {
+      for (int at = first; at <= last; ++at) {
+        environment["TORTURED_CALL"] = call;
+        environment["TORTURED_ERROR"] = error;
+        environment["TORTURED_AT"] = std::to_string(at);
+        support::ExtensionUnderTest tortured(program, environment);
+        tortured.ask("timeline", boardParams());
+        tortured.ask("render", rendered);
+        for (int i = 0; i < 2; ++i) answered += tortured.line() ? 1 : 0;
+        tortured.closeInput();
+        const auto status = tortured.exitStatus();
+        EXPECT_TRUE(status && *status < 128)
+            << call << " number " << at << " fails with " << error << ": " << status.value_or(-1) << "\n"
+            << tortured.diagnostics();
+      }
+    }
+  }
+  EXPECT_GT(answered, 200) << "most failures are survived";
+}
+
+}  // namespace
+}  // namespace end_to_end
