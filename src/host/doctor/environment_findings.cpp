@@ -82,15 +82,15 @@ std::string certificates(std::size_t number) {
 }  // namespace
 
 Finding languageFinding() {
-  const auto asked = languageVariable();
+  const std::string asked = languageVariable().value_or("");
   const auto preferred = platform::preferredLanguages();
   std::string what(nameOf(userLanguage()));
   if (preferred.empty()) {
-    what += asked ? ", since " + *asked + " names no language" : ", since no variable names another";
+    what += asked.empty() ? ", since no variable names another" : ", since " + asked + " names no language";
   } else {
     const std::string first = platform::primarySubtag(preferred.front());
     const bool spoken = first == languageTag(userLanguage());
-    what += spoken ? ", as " + *asked + " asks" : ", since the widget does not speak what " + *asked + " asks for";
+    what += spoken ? ", as " + asked + " asks" : ", since the widget does not speak what " + asked + " asks for";
   }
   return {.subject = "language", .what = what};
 }

@@ -74,13 +74,12 @@ Finding tokenFinding(CredentialStore& store) {
   if (!token) {
     return {.subject = "token", .verdict = Verdict::fault, .what = "it cannot be read: " + token.error()};
   }
-  if (!*token || (*token)->bytes.empty()) {
-    return {.subject = "token",
-            .verdict = Verdict::fault,
-            .what = *token ? "the one that is kept in " + (*token)->place + " is empty" : "none is kept",
-            .advice = signInAdvice};
+  Finding finding{.subject = "token", .verdict = Verdict::fault, .what = "none is kept", .advice = signInAdvice};
+  if (const auto& kept = *token) {
+    if (!kept->bytes.empty()) return {.subject = "token", .what = "kept in " + kept->place};
+    finding.what = "the one that is kept in " + kept->place + " is empty";
   }
-  return {.subject = "token", .what = "kept in " + (*token)->place};
+  return finding;
 }
 
 AddressFinding addressFinding(CredentialStore& store) {
@@ -91,16 +90,22 @@ AddressFinding addressFinding(CredentialStore& store) {
     finding.what = "it cannot be read: " + kept.error();
     return {finding, true};
   }
-  const std::string address = *kept ? std::string((*kept)->bytes.text()) : builtInAddress;
+  std::string address = builtInAddress;
+  std::string place;
+  if (const auto& item = *kept) {
+    address = item->bytes.text();
+    place = item->place;
+  }
   const auto parts = partsOf(address);
   if (!parts) {
     finding.verdict = Verdict::fault;
-    finding.what = "the one that is kept in " + (*kept)->place + " is not an http or https address";
+    finding.what = "the one that is kept in " + place + " is not an http or https address";
     finding.advice = "Give the right one with \"vamba-host sign-in --address URL\".";
     return {finding, false};
   }
   const bool encrypted = parts->scheme == "https";
-  finding.what = std::string(parts->scheme) + "://" + std::string(parts->host) + (*kept ? "" : ", the built-in one");
+  finding.what =
+      std::string(parts->scheme) + "://" + std::string(parts->host) + (place.empty() ? ", the built-in one" : "");
   if (!encrypted && !isThisMachine(parts->host)) {
     finding.verdict = Verdict::note;
     finding.what += "; the token crosses the network unencrypted";
