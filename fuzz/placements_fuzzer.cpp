@@ -20,7 +20,7 @@ void hold(bool condition) {
 bool withinBounds(const Placed& placed) {
   const Point& inset = placed.place.inset;
   return placed.id > 0 && !placed.kind.empty() && std::abs(inset.x) <= farthestInset &&
-         std::abs(inset.y) <= farthestInset;
+         std::abs(inset.y) <= farthestInset && placed.zoom >= leastZoom && placed.zoom <= mostZoom;
 }
 
 }  // namespace
@@ -35,10 +35,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   hold(placements.all().size() + document->dropped <= mostCopies);
   for (const Placed& placed : placements.all()) hold(withinBounds(placed) && placements.find(placed.id) == &placed);
 
-  const std::string written = writePlacements(placements, text);
+  const std::string written = writePlacements({placements, document->settings}, text);
   const auto again = readPlacements(written);
-  hold(again && again->placements == placements && again->dropped == 0);
-  hold(writePlacements(again->placements, written) == written);
+  hold(again && again->placements == placements && again->settings == document->settings && again->dropped == 0);
+  hold(writePlacements({again->placements, again->settings}, written) == written);
 
   const auto before = nlohmann::json::parse(text);
   const auto after = nlohmann::json::parse(written);

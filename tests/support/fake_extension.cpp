@@ -3,7 +3,8 @@
 // FAKE_EXTENSION_REQUESTS one to which it adds what it is asked. FAKE_EXTENSION_TITLE is what its timelines say,
 // FAKE_EXTENSION_SENTENCE what they say instead of a day,
 // FAKE_EXTENSION_NOW the time that it takes it to be, in seconds since 1970. FAKE_EXTENSION_TODAY is added to each
-// view. While there is a file FAKE_EXTENSION_HELD, no view is answered.
+// view. FAKE_EXTENSION_OPENS is what a click on its widget opens, as JSON. While there is a file FAKE_EXTENSION_HELD,
+// no view is answered.
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -55,10 +56,14 @@ json resultOf(const Request& request) {
   const std::string reload = environment("FAKE_EXTENSION_RELOAD_SECONDS");
   const int seconds = reload.empty() ? 900 : std::atoi(reload.c_str());
   if (request.method == "widgets") {
-    return {{{"kind", "fake"},
-             {"displayName", "Fake"},
-             {"description", "A widget for tests"},
-             {"families", {"systemSmall", "systemMedium", "systemLarge"}}}};
+    json widget{{"kind", "fake"},
+                {"displayName", "Fake"},
+                {"description", "A widget for tests"},
+                {"families", {"systemSmall", "systemMedium", "systemLarge"}}};
+    if (const std::string opens = environment("FAKE_EXTENSION_OPENS"); !opens.empty()) {
+      widget["opens"] = json::parse(opens);
+    }
+    return json::array({std::move(widget)});
   }
   if (request.method == "timeline") {
     const std::string title = environment("FAKE_EXTENSION_TITLE");

@@ -1,6 +1,7 @@
 #include "desktop/placement/arrangement.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <tuple>
 
 #include "desktop/placement/free_spot.hpp"
@@ -33,7 +34,7 @@ std::vector<Wish> wishes(const Placements& placements, std::span<const Monitor> 
     const auto own = findMonitor(placed.place.monitor, monitors);
     const std::size_t monitor = own.value_or(*primary);
     const Rect& area = monitors[monitor].area;
-    const Size size = shrunkToFit(sizes(placed.family), area);
+    const Size size = shrunkToFit(zoomedSize(placed, sizes), area);
     const Rect rect = rectAt(originOf(placed.place, size, area), size);
     const bool fits = clampedOrigin(rect, area) == rect.origin();
     result.push_back({{placed.id, monitor, rect}, !own ? Fit::elsewhere : fits ? Fit::exact : Fit::clamped});
@@ -50,6 +51,14 @@ std::vector<Rect> rectsOn(std::size_t monitor, std::span<const Arranged> arrange
 }
 
 }  // namespace
+
+Size zoomedSize(const Placed& placed, FamilySizes sizes) {
+  const Size size = sizes(placed.family);
+  const auto zoomed = [&](int length) {
+    return std::max(1, static_cast<int>(std::lround(length * placed.zoom / 100.0)));
+  };
+  return {zoomed(size.width), zoomed(size.height)};
+}
 
 std::vector<Arranged> arrange(const Placements& placements, std::span<const Monitor> monitors, FamilySizes sizes) {
   const auto all = wishes(placements, monitors, sizes);

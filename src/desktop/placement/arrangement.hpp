@@ -17,6 +17,9 @@ namespace desktop {
 /// The size of a family in points.
 using FamilySizes = absl::FunctionRef<Size(protocol::WidgetFamily family)>;
 
+/// The size of the copy in points: its family's times its zoom.
+Size zoomedSize(const Placed& placed, FamilySizes sizes);
+
 struct Arranged {
   int id = 0;               ///< of the copy
   std::size_t monitor = 0;  ///< index of the monitor it is on now

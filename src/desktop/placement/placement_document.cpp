@@ -26,6 +26,12 @@ constexpr std::array<std::pair<Corner, std::string_view>, 4> corners{{{Corner::t
                                                                       {Corner::bottomLeft, "bottomLeft"},
                                                                       {Corner::bottomRight, "bottomRight"}}};
 
+constexpr std::array<std::pair<Scheme, std::string_view>, 3> schemes{
+    {{Scheme::system, "system"}, {Scheme::light, "light"}, {Scheme::dark, "dark"}}};
+
+constexpr std::array<std::pair<Background, std::string_view>, 3> backgrounds{
+    {{Background::solid, "solid"}, {Background::translucent, "translucent"}, {Background::none, "none"}}};
+
 // A fault of one entry drops that entry alone. Nobody sees the messages.
 
 int wholeNumber(const JsonObject& object, const char* key, int least, int most) {
@@ -73,7 +79,37 @@ Placed placedFrom(const JsonObject& object) {
           {monitorFrom(object),
            cornerFrom(object),
            {wholeNumber(object, "x", -farthestInset, farthestInset),
-            wholeNumber(object, "y", -farthestInset, farthestInset)}}};
+            wholeNumber(object, "y", -farthestInset, farthestInset)}},
+          object.find("zoom") == nullptr ? Placed().zoom : wholeNumber(object, "zoom", leastZoom, mostZoom)};
+}
+
+/// The value that the setting's word names, else the first.
+template <typename Values>
+auto settingIn(const json& document, const char* key, const Values& values) {
+  const auto word = document.find(key);
+  const auto isNamed = [&](const auto& value) { return word != document.end() && *word == value.second; };
+  const auto found = std::ranges::find_if(values, isNamed);
+  return (found == values.end() ? values.front() : *found).first;
+}
+
+DesktopSettings settingsIn(const json& document) {
+  const auto locked = document.find("locked");
+  return {.scheme = settingIn(document, "appearance", schemes),
+          .background = settingIn(document, "background", backgrounds),
+          .locked = locked != document.end() && *locked == true};
+}
+
+template <typename Values, typename Value>
+void describe(const Values& values, Value value, json& word) {
+  word = std::ranges::find(values, value, [](const auto& each) { return each.first; })->second;
+}
+
+/// Writes what has changed; other settings keep the words that they have.
+void describe(const DesktopSettings& settings, json& document) {
+  const DesktopSettings before = settingsIn(document);
+  if (settings.scheme != before.scheme) describe(schemes, settings.scheme, document["appearance"]);
+  if (settings.background != before.background) describe(backgrounds, settings.background, document["background"]);
+  if (settings.locked != before.locked) document["locked"] = settings.locked;
 }
 
 std::expected<json, std::string> document(std::string_view text) {
@@ -114,11 +150,10 @@ void describe(const Placed& placed, json& entry) {
   monitor["model"] = identity.model;
   monitor["serial"] = identity.serial;
   monitor["connector"] = identity.connector;
-  for (const auto& [corner, spelling] : corners) {
-    if (corner == placed.place.corner) entry["corner"] = spelling;
-  }
+  describe(corners, placed.place.corner, entry["corner"]);
   entry["x"] = placed.place.inset.x;
   entry["y"] = placed.place.inset.y;
+  if (placed.zoom != Placed().zoom || entry.contains("zoom")) entry["zoom"] = placed.zoom;
 }
 
 }  // namespace
@@ -137,15 +172,16 @@ std::expected<PlacementDocument, std::string> readPlacements(std::string_view te
       ++dropped;
     }
   }
-  return PlacementDocument{Placements(std::move(all)), dropped};
+  return PlacementDocument{Placements(std::move(all)), settingsIn(*parsed), dropped};
 }
 
-std::string writePlacements(const Placements& placements, std::string_view previous) {
+std::string writePlacements(const DesktopState& state, std::string_view previous) {
   json written = document(previous).value_or(json::object());
+  describe(state.settings, written);
   const json before = std::exchange(written["widgets"], json::array());
   written["format"] = formatName;
   written["version"] = version;
-  for (const Placed& placed : placements.all()) {
+  for (const Placed& placed : state.placements.all()) {
     json entry = entryOf(placed.id, before);
     describe(placed, entry);
     written["widgets"].push_back(std::move(entry));

@@ -20,10 +20,10 @@ PlacementSaver::~PlacementSaver() {
   changed_.notify_one();
 }
 
-void PlacementSaver::save(Placements placements) {
+void PlacementSaver::save(DesktopState state) {
   {
     const std::scoped_lock lock(mutex_);
-    unsaved_ = std::move(placements);
+    unsaved_ = std::move(state);
     due_ = std::chrono::steady_clock::now() + rest;
   }
   changed_.notify_one();
@@ -35,9 +35,9 @@ void PlacementSaver::run() {
     changed_.wait(lock, [this] { return ending_ || unsaved_; });
     // Each further change moves the due time.
     while (!ending_ && std::chrono::steady_clock::now() < due_) changed_.wait_until(lock, due_);
-    if (const auto placements = std::exchange(unsaved_, std::nullopt)) {
+    if (const auto state = std::exchange(unsaved_, std::nullopt)) {
       lock.unlock();
-      if (const auto saved = store_.save(*placements); !saved) failed_(saved.error());
+      if (const auto saved = store_.save(*state); !saved) failed_(saved.error());
       lock.lock();
     } else if (ending_) {
       return;

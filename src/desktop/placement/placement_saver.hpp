@@ -22,7 +22,7 @@ class PlacementSaver {
   PlacementSaver(const PlacementSaver&) = delete;
   PlacementSaver& operator=(const PlacementSaver&) = delete;
 
-  void save(Placements placements);
+  void save(DesktopState state);
 
  private:
   void run();
@@ -31,7 +31,7 @@ class PlacementSaver {
   std::function<void(const std::string&)> failed_;
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::optional<Placements> unsaved_;
+  std::optional<DesktopState> unsaved_;
   std::chrono::steady_clock::time_point due_;
   bool ending_ = false;
   std::jthread thread_;  // last, since it uses the other members

@@ -38,15 +38,15 @@ LoadedPlacements PlacementStore::load() {
   auto document = readPlacements(*text);
   if (!document) return {.notice = keepAside(document.error())};
   document_ = *std::move(text);
-  LoadedPlacements loaded{.placements = std::move(document->placements)};
+  LoadedPlacements loaded{.placements = std::move(document->placements), .settings = document->settings};
   if (document->dropped > 0) {
     loaded.notice = keepAside(std::to_string(document->dropped) + " of its widgets can't be read");
-    if (const auto saved = save(loaded.placements); !saved) *loaded.notice += "; " + saved.error();
+    if (const auto saved = save({loaded.placements, loaded.settings}); !saved) *loaded.notice += "; " + saved.error();
   }
   return loaded;
 }
 
-std::expected<void, std::string> PlacementStore::save(const Placements& placements) {
+std::expected<void, std::string> PlacementStore::save(const DesktopState& state) {
   const auto failure = [&](const std::string& reason) {
     return std::unexpected("can't write " + file_.string() + ": " + reason);
   };
@@ -58,7 +58,7 @@ std::expected<void, std::string> PlacementStore::save(const Placements& placemen
   const auto target = base::behindLinks(file_);
   if (!target) return failure(target.error());
   if (const auto made = base::makeFolders(target->parent_path()); !made) return failure(made.error());
-  std::string document = writePlacements(placements, document_);
+  std::string document = writePlacements(state, document_);
   const auto readBack = readPlacements(document);
   if (!readBack || readBack->dropped > 0) return failure("a name in it is too long");
   const auto replaced = base::replaceFile(*target, document, base::Durability::lasting, {.file = 0600});

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "base/files/user_folders.hpp"
-#include "desktop/placement/placements.hpp"
+#include "desktop/placement/desktop_state.hpp"
 
 namespace desktop {
 
@@ -17,6 +17,7 @@ std::optional<std::filesystem::path> placementsFile(base::EnvironmentLookup envi
 
 struct LoadedPlacements {
   Placements placements;
+  DesktopSettings settings = {};
   bool firstStart = false;            ///< there was no file
   std::optional<std::string> notice;  ///< for a person: a sentence without a full stop
 };
@@ -32,7 +33,7 @@ class PlacementStore {
   LoadedPlacements load();
 
   /// If it fails, the old file stays as it is. The error is a sentence for a person, without a full stop.
-  std::expected<void, std::string> save(const Placements& placements);
+  std::expected<void, std::string> save(const DesktopState& state);
 
  private:
   /// Renames the file. Returns what was done, for the notice.

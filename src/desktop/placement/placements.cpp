@@ -44,4 +44,8 @@ void Placements::setPlace(int id, Place place) {
   if (Placed* placed = copy(id)) placed->place = std::move(place);
 }
 
+void Placements::setZoom(int id, int zoom) {
+  if (Placed* placed = copy(id)) placed->zoom = zoom;
+}
+
 }  // namespace desktop

@@ -18,8 +18,13 @@ struct Placed {
   std::string kind;  ///< of the widget, as the extension declares it
   protocol::WidgetFamily family = protocol::WidgetFamily::systemMedium;
   Place place;
+  int zoom = 100;  ///< its size in percent of the family's
   bool operator==(const Placed&) const = default;
 };
+
+/// The smallest and the largest zoom in percent.
+inline constexpr int leastZoom = 50;
+inline constexpr int mostZoom = 300;
 
 /// More than fit on any desktop. A file with more is refused.
 inline constexpr std::size_t mostCopies = 100;
@@ -43,6 +48,7 @@ class Placements {
   void setKind(int id, std::string kind);
   void setFamily(int id, protocol::WidgetFamily family);
   void setPlace(int id, Place place);
+  void setZoom(int id, int zoom);
 
   bool operator==(const Placements&) const = default;
 

@@ -51,14 +51,26 @@ bool WidgetPlaces::step(int id, Direction direction) {
 }
 
 bool WidgetPlaces::resize(int id, protocol::WidgetFamily family) {
-  const auto* const where = arranged(id);
   const auto* const placed = placements_.find(id);
-  if (where == nullptr || placed == nullptr || placed->family == family) return false;
+  return placed != nullptr && reshape(id, family, placed->zoom);
+}
+
+bool WidgetPlaces::zoom(int id, int percent) {
+  const auto* const placed = placements_.find(id);
+  return placed != nullptr && reshape(id, placed->family, std::clamp(percent, leastZoom, mostZoom));
+}
+
+bool WidgetPlaces::reshape(int id, protocol::WidgetFamily family, int zoom) {
+  const auto* const where = arranged(id);
+  Placed wanted = *placements_.find(id);
+  wanted.family = family;
+  wanted.zoom = zoom;
+  if (where == nullptr || *placements_.find(id) == wanted) return false;
   const Monitor& monitor = monitorOf(*where);
-  const Place place = placeOf(where->rect, monitor);
-  const Size size = sizes_(family);
-  const Rect rect = rectAt(originOf(place, size, monitor.area), size);
+  const Size size = zoomedSize(wanted, sizes_);
+  const Rect rect = rectAt(originOf(placeOf(where->rect, monitor), size, monitor.area), size);
   placements_.setFamily(id, family);
+  placements_.setZoom(id, zoom);
   keepAt(id, rect, where->monitor);
   return true;
 }

@@ -44,12 +44,14 @@ class WidgetPlaces {
   bool step(int id, Direction direction);
   /// The corner by which the copy is placed stays where it is, and so does the monitor.
   bool resize(int id, protocol::WidgetFamily family);
+  bool zoom(int id, int percent);
   bool remove(int id);
   /// Sets the kind of copies that were placed before it was known.
   bool nameKind(const std::string& kind);
 
  private:
   void arrangeAll();
+  bool reshape(int id, protocol::WidgetFamily family, int zoom);
   std::vector<Rect> others(int id) const;
   Point freeOrigin(int id, const Rect& rect, std::size_t monitor) const;
   void keepAt(int id, const Rect& rect, std::size_t monitor);

@@ -6,6 +6,9 @@
 #include <utility>
 
 #include <absl/strings/str_cat.h>
+#include <absl/time/clock.h>
+
+#include "desktop/windows/toolkit_look.hpp"
 
 namespace desktop {
 namespace {
@@ -13,12 +16,26 @@ namespace {
 /// The size of the widget that the first start places.
 constexpr protocol::WidgetFamily firstFamily = protocol::WidgetFamily::systemMedium;
 
+render::Backdrop backdropOf(Background background) {
+  switch (background) {
+    case Background::translucent:
+      return render::Backdrop::translucent;
+    case Background::none:
+      return render::Backdrop::none;
+    case Background::solid:
+      break;
+  }
+  return render::Backdrop::solid;
+}
+
 }  // namespace
 
 Desktop::Desktop(Parts parts, host::ExtensionSettings extension)
     : parts_(std::move(parts)),
       language_(host::userLanguage()),
       texts_(textsFor(language_)),
+      settings_(parts_.placements.settings),
+      loginStart_(parts_.journal),
       places_(std::move(parts_.placements.placements),
               [this](protocol::WidgetFamily family) { return sizeOf(family); }),
       firstWidgetWanted_(places_.empty() && (parts_.placements.firstStart || parts_.placements.notice)),
@@ -132,7 +149,9 @@ void Desktop::heard(const host::FeedBoards& boards) {
       if (placed.family == family) showPicture(placed);
     }
   }
-  if (boards.origin == host::BoardOrigin::load) parts_.journal.sayIfVerbose("a new timeline is shown");
+  const bool loaded = boards.origin == host::BoardOrigin::load;
+  if (loaded && boards.holds == host::BoardHolds::day) reloads_.last = absl::Now();
+  if (loaded) parts_.journal.sayIfVerbose("a new timeline is shown");
 }
 
 void Desktop::heard(const host::ExtensionFailure& failure) {
@@ -140,6 +159,17 @@ void Desktop::heard(const host::ExtensionFailure& failure) {
 }
 
 void Desktop::setLook(const BoardLook& look) {
+  systemLook_ = look;
+  applyLook();
+}
+
+void Desktop::applyLook() {
+  BoardLook look = systemLook_;
+  if (settings_.scheme != Scheme::system) {
+    look.appearance = settings_.scheme == Scheme::dark ? render::Appearance::dark : render::Appearance::light;
+  }
+  look.backdrop = backdropOf(settings_.background);
+  useAppearance(look.appearance);
   if (!boards_.setLook(look)) return;
   for (const auto& placed : places_.all()) showPicture(placed);
   gallery_.setLook(boards_.look());
@@ -168,6 +198,27 @@ void Desktop::step(int id, Direction direction) {
 
 void Desktop::resize(int id, protocol::WidgetFamily family) {
   if (places_.resize(id, family)) placesChanged();
+}
+
+void Desktop::zoom(int id, int percent) {
+  if (places_.zoom(id, percent)) placesChanged();
+}
+
+void Desktop::choose(const DesktopSettings& settings) {
+  if (std::exchange(settings_, settings) == settings) return;
+  save();
+  applyLook();
+}
+
+MenuState Desktop::menuState(int id) const {
+  const auto* const placed = places_.placements().find(id);
+  if (placed == nullptr) return {};
+  return {.family = placed->family,
+          .zoom = placed->zoom,
+          .canOpen = !widget_.opens.empty(),
+          .reloads = reloads_,
+          .settings = settings_,
+          .startsAtLogin = loginStart_.isOn()};
 }
 
 void Desktop::add(protocol::WidgetFamily family) {
@@ -200,7 +251,7 @@ void Desktop::placesChanged() {
 void Desktop::save() {
   // A copy that was placed before the widget's kind was known is saved only when it is.
   const bool nameless = std::ranges::any_of(places_.all(), [](const Placed& placed) { return placed.kind.empty(); });
-  if (parts_.saver != nullptr && !nameless) parts_.saver->save(places_.placements());
+  if (parts_.saver != nullptr && !nameless) parts_.saver->save({places_.placements(), settings_});
 }
 
 void Desktop::feedFamilies() {
@@ -213,7 +264,7 @@ void Desktop::feedFamilies() {
 }
 
 void Desktop::reload() {
-  nextReload_.reset();
+  reloads_.next.reset();
   feed_.post([](host::Feed& feed) { feed.reload(); });
 }
 

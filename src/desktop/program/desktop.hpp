@@ -1,6 +1,7 @@
 // The widgets on the desktop. Connects their places, their contents, their windows, the gallery and the feed.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
@@ -13,7 +14,9 @@
 #include "desktop/program/gallery.hpp"
 #include "desktop/program/journal.hpp"
 #include "desktop/program/keyboard_focus.hpp"
+#include "desktop/program/login_start.hpp"
 #include "desktop/program/main_loop.hpp"
+#include "desktop/program/opening.hpp"
 #include "desktop/windows/board_commands.hpp"
 #include "desktop/windows/board_window.hpp"
 #include "desktop/windows/monitors.hpp"
@@ -26,6 +29,7 @@ class Desktop final : public BoardCommands {
   struct Parts {
     MainLoop& loop;
     const Journal& journal;
+    const Opening& opening;
     DisplayWay way;
     LoadedPlacements placements;
     PlacementSaver* saver = nullptr;  ///< null if the environment names no folder to save placements in
@@ -39,6 +43,7 @@ class Desktop final : public BoardCommands {
   /// Shows the placed widgets. The first start places a medium one.
   void begin();
 
+  /// What the desktop asks for. The person's settings go before it.
   void setLook(const BoardLook& look);
   /// The size of text relative to the usual one. Boards grow by the same factor.
   void setTextScale(double scale);
@@ -53,8 +58,13 @@ class Desktop final : public BoardCommands {
   void step(int id, Direction direction) override;
   void resize(int id, protocol::WidgetFamily family) override;
   void remove(int id) override;
+  void open(std::uint32_t time) override { parts_.opening.open(widget_.opens, time); }
   void reload() override;
-  std::optional<absl::Time> nextReload() const override { return nextReload_; }
+  void zoom(int id, int percent) override;
+  void choose(const DesktopSettings& settings) override;
+  void startAtLogin(bool wanted) override { loginStart_.set(wanted); }
+  MenuState menuState(int id) const override;
+  bool locked() const override { return settings_.locked; }
   void quit() override { parts_.loop.quit(); }
   void focusNext(int id, Turn turn) override { keyboard_.next(id, turn); }
   void leaveKeyboard() override { keyboard_.end(); }
@@ -64,11 +74,12 @@ class Desktop final : public BoardCommands {
   void heard(const host::WidgetDeclaration& widget);
   void heard(const host::FeedBoards& boards);
   void heard(const host::ExtensionFailure& failure);
-  void heard(const host::ReloadPlanned& planned) { nextReload_ = planned.at; }
+  void heard(const host::ReloadPlanned& planned) { reloads_.next = planned.at; }
 
   Size sizeOf(protocol::WidgetFamily family) const;
   void add(protocol::WidgetFamily family);
   void galleryClosed();
+  void applyLook();
   void monitorsSettleSoon();
   void monitorsChanged();
   void placesChanged();
@@ -83,6 +94,9 @@ class Desktop final : public BoardCommands {
   host::Language language_;
   const Texts& texts_;
   double textScale_ = 1;
+  DesktopSettings settings_;
+  BoardLook systemLook_;
+  LoginStart loginStart_;
   WidgetPlaces places_;
   bool firstWidgetWanted_;
   Boards boards_;
@@ -94,7 +108,7 @@ class Desktop final : public BoardCommands {
   Gallery gallery_;
   std::vector<protocol::WidgetFamily> fedFamilies_;  ///< the sizes that the feed was last asked for
   host::WidgetDeclaration widget_;
-  std::optional<absl::Time> nextReload_;
+  ReloadTimes reloads_;
   std::string lastFailure_;
   host::FeedThread feed_;  // last, since its thread calls into the other members
 };

@@ -10,6 +10,7 @@
 
 #include "desktop/appearance/appearance_portal.hpp"
 #include "desktop/program/desktop.hpp"
+#include "desktop/program/opening.hpp"
 #include "desktop/program/single_instance.hpp"
 #include "desktop/windows/display_way.hpp"
 #include "desktop/windows/toolkit_look.hpp"
@@ -56,7 +57,6 @@ class Look {
     const auto appearance = asked_.scheme.value_or(toolkit.appearance);
     desktop_.setLook({.appearance = appearance, .accent = asked_.accent});
     desktop_.setTextScale(toolkit.textScale);
-    useAppearance(appearance);
   }
 
   Desktop& desktop_;
@@ -75,6 +75,7 @@ host::CommandResult run(const host::CommandLine& line) {
     return {};
   }
   if (way == DisplayWay::none) return failure("no display is reachable; vamba-host show shows the day without one");
+  const Opening opening(journal);
   useDisplayWay(way);
   journal.sayIfVerbose("the display: " + std::string(describe(way)));
 
@@ -113,6 +114,7 @@ host::CommandResult run(const host::CommandLine& line) {
   MainLoop loop;
   Desktop desktop({.loop = loop,
                    .journal = journal,
+                   .opening = opening,
                    .way = way,
                    .placements = std::move(loaded),
                    .saver = saver ? &*saver : nullptr},

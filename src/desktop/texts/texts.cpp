@@ -6,15 +6,28 @@ namespace desktop {
 namespace {
 
 constexpr Texts polish{
+    .open = "Otwórz _Vambę",
     .size = "_Rozmiar",
     .small = "_Mały",
     .medium = "_Średni",
     .large = "_Duży",
+    .zoom = "_Powiększenie",
+    .appearance = "_Wygląd",
+    .systemScheme = "Jak w _systemie",
+    .light = "_Jasny",
+    .dark = "_Ciemny",
+    .solid = "_Pełne tło",
+    .translucent = "Tło p_rzejrzyste",
+    .noBackground = "_Bez tła",
+    .noCompositing = "Przezroczystość wymaga menedżera kompozycji",
+    .lock = "Za_blokuj położenie",
+    .startAtLogin = "Uruchamiaj po za_logowaniu",
     .add = "_Dodaj widżet…",
     .remove = "_Usuń widżet",
     .reloadNow = "_Odśwież teraz",
+    .reloading = "Trwa odświeżanie…",
+    .lastReload = "Ostatnie odświeżenie: %s",
     .nextReload = "Następne odświeżenie: %s",
-    .noReload = "Trwa odświeżanie",
     .quit = "_Zakończ",
     .galleryTitle = "Galeria widżetów",
     .addSmall = "Dodaj mały widżet",
@@ -29,15 +42,28 @@ constexpr Texts polish{
 };
 
 constexpr Texts english{
+    .open = "_Open Vamba",
     .size = "_Size",
     .small = "_Small",
     .medium = "_Medium",
     .large = "_Large",
-    .add = "_Add widget…",
+    .zoom = "_Zoom",
+    .appearance = "_Appearance",
+    .systemScheme = "_Follow the system",
+    .light = "_Light",
+    .dark = "_Dark",
+    .solid = "_Solid background",
+    .translucent = "_Translucent background",
+    .noBackground = "_No background",
+    .noCompositing = "Transparency needs a compositing manager",
+    .lock = "_Lock position",
+    .startAtLogin = "S_tart at login",
+    .add = "A_dd widget…",
     .remove = "_Remove widget",
     .reloadNow = "Refresh _now",
+    .reloading = "Refreshing…",
+    .lastReload = "Last refresh: %s",
     .nextReload = "Next refresh: %s",
-    .noReload = "Refreshing",
     .quit = "_Quit",
     .galleryTitle = "Widget gallery",
     .addSmall = "Add small widget",
@@ -52,15 +78,28 @@ constexpr Texts english{
 };
 
 constexpr Texts lithuanian{
+    .open = "Atidaryti _Vamba",
     .size = "_Dydis",
     .small = "_Mažas",
     .medium = "_Vidutinis",
     .large = "_Didelis",
+    .zoom = "_Mastelis",
+    .appearance = "_Išvaizda",
+    .systemScheme = "_Kaip sistemoje",
+    .light = "Š_viesi",
+    .dark = "_Tamsi",
+    .solid = "Vientisas _fonas",
+    .translucent = "_Pusskaidris fonas",
+    .noBackground = "_Be fono",
+    .noCompositing = "Skaidrumui reikia kompozicijos tvarkytuvės",
+    .lock = "_Užrakinti vietą",
+    .startAtLogin = "Pa_leisti prisijungus",
     .add = "_Pridėti valdiklį…",
     .remove = "Pa_šalinti valdiklį",
     .reloadNow = "_Atnaujinti dabar",
+    .reloading = "Atnaujinama…",
+    .lastReload = "Paskutinis atnaujinimas: %s",
     .nextReload = "Kitas atnaujinimas: %s",
-    .noReload = "Atnaujinama",
     .quit = "_Baigti",
     .galleryTitle = "Valdiklių galerija",
     .addSmall = "Pridėti mažą valdiklį",
@@ -88,12 +127,18 @@ const Texts& textsFor(host::Language language) {
   return polish;
 }
 
-std::string nextReloadLine(const Texts& texts, std::optional<absl::Time> reload) {
-  if (!reload) return texts.noReload;
+std::vector<std::string> reloadLines(const Texts& texts, const ReloadTimes& times, absl::Time now) {
   const auto zone = platform::SystemClock().calendar().timeZone();
-  std::string line = texts.nextReload;
-  line.replace(line.find("%s"), 2, absl::FormatTime("%H:%M", *reload, zone));
-  return line;
+  std::vector<std::string> lines;
+  const auto add = [&](std::string line, const std::optional<absl::Time>& time) {
+    if (!time) return;
+    const bool today = absl::ToCivilDay(*time, zone) == absl::ToCivilDay(now, zone);
+    line.replace(line.find("%s"), 2, absl::FormatTime(today ? "%H:%M" : "%Y-%m-%d %H:%M", *time, zone));
+    lines.push_back(std::move(line));
+  };
+  add(texts.lastReload, times.last);
+  add(texts.nextReload, times.next);
+  return lines;
 }
 
 }  // namespace desktop

@@ -4,6 +4,9 @@
 #include <memory>
 #include <utility>
 
+#include <absl/strings/str_cat.h>
+#include <absl/time/clock.h>
+
 #include "desktop/windows/gobject.hpp"
 
 namespace desktop {
@@ -21,29 +24,30 @@ void onActivate(GtkWidget* item, Action action) {
                         GConnectFlags{});
 }
 
-GtkWidget* item(const char* label, Action action) {
+/// A key that does the same in a board. The menu only shows it; the board handles it.
+struct Shortcut {
+  guint key = 0;
+  GdkModifierType modifiers = {};
+};
+
+void showShortcut(GtkWidget* item, const Shortcut& shortcut) {
+  if (shortcut.key == 0) return;
+  gtk_accel_label_set_accel(GTK_ACCEL_LABEL(gtk_bin_get_child(GTK_BIN(item))), shortcut.key, shortcut.modifiers);
+}
+
+GtkWidget* item(const char* label, const Shortcut& shortcut, Action action) {
   GtkWidget* const item = gtk_menu_item_new_with_mnemonic(label);
+  showShortcut(item, shortcut);
   onActivate(item, std::move(action));
   return item;
 }
 
-GtkWidget* sizes(const MenuSubject& subject, BoardCommands& commands, const Texts& texts) {
-  GtkWidget* const menu = gtk_menu_new();
-  GSList* group = nullptr;
-  const auto size = [&](const char* label, protocol::WidgetFamily family) {
-    GtkWidget* const choice = gtk_radio_menu_item_new_with_mnemonic(group, label);
-    group = gtk_radio_menu_item_get_group(GTK_RADIO_MENU_ITEM(choice));
-    gtk_check_menu_item_set_active(GTK_CHECK_MENU_ITEM(choice), family == subject.family ? TRUE : FALSE);
-    // Told of the choice that is taken back as well.
-    onActivate(choice, [choice, id = subject.id, family, &commands] {
-      if (gtk_check_menu_item_get_active(GTK_CHECK_MENU_ITEM(choice)) != FALSE) commands.resize(id, family);
-    });
-    append(menu, choice);
-  };
-  size(texts.small, protocol::WidgetFamily::systemSmall);
-  size(texts.medium, protocol::WidgetFamily::systemMedium);
-  size(texts.large, protocol::WidgetFamily::systemLarge);
-  return menu;
+GtkWidget* check(const char* label, const Shortcut& shortcut, bool on, Action action) {
+  GtkWidget* const item = gtk_check_menu_item_new_with_mnemonic(label);
+  showShortcut(item, shortcut);
+  gtk_check_menu_item_set_active(GTK_CHECK_MENU_ITEM(item), on ? TRUE : FALSE);
+  onActivate(item, std::move(action));
+  return item;
 }
 
 GtkWidget* submenu(const char* label, GtkWidget* menu) {
@@ -57,6 +61,117 @@ GtkWidget* remark(const std::string& text) {
   gtk_widget_set_sensitive(item, FALSE);
   return item;
 }
+
+/// Items of which one is chosen.
+class Choice {
+ public:
+  explicit Choice(GtkWidget* menu) : menu_(menu) {}
+
+  GtkWidget* add(const char* label, const Shortcut& shortcut, bool chosen, Action action) {
+    GtkWidget* const item = gtk_radio_menu_item_new_with_mnemonic(group_, label);
+    group_ = gtk_radio_menu_item_get_group(GTK_RADIO_MENU_ITEM(item));
+    showShortcut(item, shortcut);
+    gtk_check_menu_item_set_active(GTK_CHECK_MENU_ITEM(item), chosen ? TRUE : FALSE);
+    // The signal is also emitted for the item that is no longer chosen.
+    onActivate(item, [item, action = std::move(action)] {
+      if (gtk_check_menu_item_get_active(GTK_CHECK_MENU_ITEM(item)) != FALSE) action();
+    });
+    append(menu_, item);
+    return item;
+  }
+
+ private:
+  GtkWidget* menu_;
+  GSList* group_ = nullptr;
+};
+
+/// Items for the menu of one board.
+struct Items {
+  GtkWidget* board;
+  int id;
+  const MenuState& state;
+  BoardCommands& commands;
+  const Texts& texts;
+
+  GtkWidget* sizes() const {
+    GtkWidget* const menu = gtk_menu_new();
+    Choice choice(menu);
+    const auto size = [&](const char* label, guint key, protocol::WidgetFamily family) {
+      choice.add(label, {key}, state.family == family,
+                 [&commands = commands, id = id, family] { commands.resize(id, family); });
+    };
+    size(texts.small, GDK_KEY_1, protocol::WidgetFamily::systemSmall);
+    size(texts.medium, GDK_KEY_2, protocol::WidgetFamily::systemMedium);
+    size(texts.large, GDK_KEY_3, protocol::WidgetFamily::systemLarge);
+    return menu;
+  }
+
+  GtkWidget* zooms() const {
+    GtkWidget* const menu = gtk_menu_new();
+    Choice choice(menu);
+    for (const int percent : zoomSteps) {
+      // The keys go to the next step; the one for the usual size can be shown.
+      const Shortcut shortcut = percent == 100 ? Shortcut{GDK_KEY_0, GDK_CONTROL_MASK} : Shortcut{};
+      choice.add(absl::StrCat(percent, " %").c_str(), shortcut, state.zoom == percent,
+                 [&commands = commands, id = id, percent] { commands.zoom(id, percent); });
+    }
+    return menu;
+  }
+
+  GtkWidget* appearance() const {
+    GtkWidget* const menu = gtk_menu_new();
+    Choice schemes(menu);
+    const auto scheme = [&](const char* label, Scheme value) {
+      DesktopSettings chosen = state.settings;
+      chosen.scheme = value;
+      schemes.add(label, {}, state.settings.scheme == value,
+                  [&commands = commands, chosen] { commands.choose(chosen); });
+    };
+    scheme(texts.systemScheme, Scheme::system);
+    scheme(texts.light, Scheme::light);
+    scheme(texts.dark, Scheme::dark);
+    append(menu, gtk_separator_menu_item_new());
+    Choice backgrounds(menu);
+    const bool composited = gdk_screen_is_composited(gtk_widget_get_screen(board)) != FALSE;
+    const auto background = [&](const char* label, Background value) {
+      DesktopSettings chosen = state.settings;
+      chosen.background = value;
+      GtkWidget* const item = backgrounds.add(label, {}, state.settings.background == value,
+                                              [&commands = commands, chosen] { commands.choose(chosen); });
+      if (value != Background::solid && !composited) gtk_widget_set_sensitive(item, FALSE);
+    };
+    background(texts.solid, Background::solid);
+    background(texts.translucent, Background::translucent);
+    background(texts.noBackground, Background::none);
+    if (!composited) append(menu, remark(texts.noCompositing));
+    return menu;
+  }
+
+  void addAll(GtkWidget* menu) const {
+    GtkWidget* const open =
+        item(texts.open, {GDK_KEY_Return}, [&commands = commands] { commands.open(gtk_get_current_event_time()); });
+    gtk_widget_set_sensitive(open, state.canOpen ? TRUE : FALSE);
+    append(menu, open);
+    append(menu, gtk_separator_menu_item_new());
+    append(menu, item(texts.reloadNow, {GDK_KEY_F5}, [&commands = commands] { commands.reload(); }));
+    for (const auto& line : reloadLines(texts, state.reloads, absl::Now())) append(menu, remark(line));
+    append(menu, gtk_separator_menu_item_new());
+    append(menu, submenu(texts.size, sizes()));
+    append(menu, submenu(texts.zoom, zooms()));
+    append(menu, submenu(texts.appearance, appearance()));
+    DesktopSettings toggled = state.settings;
+    toggled.locked = !toggled.locked;
+    append(menu, check(texts.lock, {GDK_KEY_l, GDK_CONTROL_MASK}, state.settings.locked,
+                       [&commands = commands, toggled] { commands.choose(toggled); }));
+    append(menu, check(texts.startAtLogin, {}, state.startsAtLogin,
+                       [&commands = commands, wanted = !state.startsAtLogin] { commands.startAtLogin(wanted); }));
+    append(menu, gtk_separator_menu_item_new());
+    append(menu, item(texts.add, {GDK_KEY_Insert}, [&commands = commands] { commands.openGallery(); }));
+    append(menu, item(texts.remove, {GDK_KEY_Delete}, [&commands = commands, id = id] { commands.remove(id); }));
+    append(menu, gtk_separator_menu_item_new());
+    append(menu, item(texts.quit, {GDK_KEY_q, GDK_CONTROL_MASK}, [&commands = commands] { commands.quit(); }));
+  }
+};
 
 /// Once it is closed and what was chosen has been done.
 void destroyWhenClosed(GtkWidget* menu) {
@@ -72,18 +187,10 @@ void destroyWhenClosed(GtkWidget* menu) {
 
 }  // namespace
 
-void popUpBoardMenu(GtkWidget* board, const MenuSubject& subject, BoardCommands& commands, const Texts& texts,
-                    const GdkEvent* event) {
-  const int id = subject.id;
+void popUpBoardMenu(GtkWidget* board, int id, BoardCommands& commands, const Texts& texts, const GdkEvent* event) {
   GtkWidget* const menu = gtk_menu_new();
-  append(menu, submenu(texts.size, sizes(subject, commands, texts)));
-  append(menu, item(texts.add, [&commands] { commands.openGallery(); }));
-  append(menu, item(texts.remove, [&commands, id] { commands.remove(id); }));
-  append(menu, gtk_separator_menu_item_new());
-  append(menu, remark(nextReloadLine(texts, commands.nextReload())));
-  append(menu, item(texts.reloadNow, [&commands] { commands.reload(); }));
-  append(menu, gtk_separator_menu_item_new());
-  append(menu, item(texts.quit, [&commands] { commands.quit(); }));
+  const MenuState state = commands.menuState(id);
+  Items{.board = board, .id = id, .state = state, .commands = commands, .texts = texts}.addAll(menu);
   gtk_widget_show_all(menu);
   gtk_menu_attach_to_widget(GTK_MENU(menu), board, nullptr);
   destroyWhenClosed(menu);

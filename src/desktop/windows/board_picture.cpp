@@ -37,7 +37,7 @@ BoardPicture::BoardPicture(protocol::WidgetFamily family, BoardContent content, 
   if (drawing_ && content_.redaction == render::Redaction::none) rows_ = render::readRows(*drawing_);
 }
 
-void BoardPicture::paint(cairo_t* cairo, Size size, int scale) {
+void BoardPicture::paint(cairo_t* cairo, Size size, int scale, render::Backdrop backdrop) {
   if (!drawing_) return;
   // Painted on an image surface first, so that letters look as in a picture file whatever the window's surface is.
   const std::unique_ptr<cairo_surface_t, DestroySurface> surface(
@@ -48,7 +48,8 @@ void BoardPicture::paint(cairo_t* cairo, Size size, int scale) {
                  .pixels = scale * size.width / options_.form.size.width,
                  .appearance = options_.appearance,
                  .redaction = options_.redaction,
-                 .accent = options_.accent});
+                 .accent = options_.accent,
+                 .backdrop = backdrop});
   cairo_surface_set_device_scale(surface.get(), scale, scale);
   cairo_set_source_surface(cairo, surface.get(), 0, 0);
   cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_NEAREST);

@@ -19,7 +19,8 @@ namespace desktop {
 struct BoardLook {
   render::Appearance appearance = render::Appearance::light;
   std::optional<render::Colour> accent;
-  std::string language;  ///< of the texts, as in BCP 47
+  render::Backdrop backdrop = render::Backdrop::solid;  ///< where windows can be transparent
+  std::string language;                                 ///< of the texts, as in BCP 47
   bool operator==(const BoardLook&) const = default;
 };
 
@@ -38,8 +39,8 @@ class BoardPicture {
 
   /// Paints the board in this size at the origin, over the existing content, with `scale` device pixels a unit. The
   /// pixels equal those of a picture file: a medium board painted with {480, 320} and scale 2 is the same as
-  /// `show --format png --scale 2`.
-  void paint(cairo_t* cairo, Size size, int scale);
+  /// `show --format png --scale 2`. Without compositing, `backdrop` can only be solid.
+  void paint(cairo_t* cairo, Size size, int scale, render::Backdrop backdrop = render::Backdrop::solid);
 
   /// The radius of the corners of a board painted in this size.
   double radiusAt(Size size) const;

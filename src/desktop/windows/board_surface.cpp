@@ -206,7 +206,8 @@ gboolean BoardSurface::draw(cairo_t* cairo) {
     return FALSE;
   }
   if (opacity_ < 1) cairo_push_group(cairo);
-  picture_->paint(cairo, place_.size, gtk_widget_get_scale_factor(window_));
+  picture_->paint(cairo, place_.size, gtk_widget_get_scale_factor(window_),
+                  transparent ? picture_->look().backdrop : render::Backdrop::solid);
   if (opacity_ < 1) {
     cairo_pop_group_to_source(cairo);
     cairo_paint_with_alpha(cairo, opacity_);

@@ -1,7 +1,9 @@
 #include "desktop/windows/board_window.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 #include "desktop/windows/board_area.hpp"
@@ -51,6 +53,12 @@ bool pointerIsPressed() {
   return (static_cast<unsigned>(state) & buttons) != 0;
 }
 
+/// Whether the key moves, resizes or removes a board, which a locked one does not obey.
+bool changesPlaces(guint key) {
+  constexpr std::array others{GDK_KEY_Delete, GDK_KEY_KP_Delete, GDK_KEY_1, GDK_KEY_2, GDK_KEY_3};
+  return directionOf(key).has_value() || std::ranges::find(others, static_cast<int>(key)) != others.end();
+}
+
 }  // namespace
 
 BoardWindow::BoardWindow(int id, DisplayWay way, BoardCommands& commands, const Texts& texts)
@@ -69,6 +77,7 @@ BoardWindow::BoardWindow(int id, DisplayWay way, BoardCommands& commands, const 
   connect<&BoardWindow::keyPressed>(window, "key-press-event", this);
   connect<&BoardWindow::menuKeyPressed>(window, "popup-menu", this);
   connect<&BoardWindow::activeChanged>(window, "notify::is-active", this);
+  connect<&BoardWindow::openAsked>(area_, "open-asked", this);
   connect<&BoardWindow::menuAsked>(area_, "menu-asked", this);
   gtk_container_add(GTK_CONTAINER(window), area_);
   gtk_widget_show(area_);
@@ -114,9 +123,11 @@ gboolean BoardWindow::pressed(GdkEventButton* event) {
   // Window managers do not focus docks by themselves.
   if (way_ == DisplayWay::x11) surface_.activate(event->time);
   if (gdk_event_triggers_context_menu(reinterpret_cast<GdkEvent*>(event)) != FALSE) {
-    popUpBoardMenu(surface_.widget(), {id_, picture_->family()}, commands_, texts_, reinterpret_cast<GdkEvent*>(event));
+    popUpBoardMenu(surface_.widget(), id_, commands_, texts_, reinterpret_cast<GdkEvent*>(event));
     return TRUE;
   }
+  const bool isRepeated = event->type == GDK_2BUTTON_PRESS || event->type == GDK_3BUTTON_PRESS;
+  if (isRepeated && drag_ && opened_) drag_->isClick = false;
   if (event->type != GDK_BUTTON_PRESS || event->button != GDK_BUTTON_PRIMARY) return FALSE;
   drag_ = Drag{.pointer = pointerAt(event->x, event->y, event->x_root, event->y_root), .origin = place_.origin};
   return TRUE;
@@ -127,6 +138,10 @@ gboolean BoardWindow::moved(GdkEventMotion* event) {
   const Point now = pointerAt(event->x, event->y, event->x_root, event->y_root);
   if (!drag_->moving &&
       gtk_drag_check_threshold(surface_.widget(), drag_->pointer.x, drag_->pointer.y, now.x, now.y) == FALSE) {
+    return TRUE;
+  }
+  if (commands_.locked()) {
+    drag_->isClick = false;
     return TRUE;
   }
   drag_->moving = true;
@@ -179,7 +194,13 @@ gboolean BoardWindow::released(GdkEventButton* event) {
   if (!drag_ || event->button != GDK_BUTTON_PRIMARY) return FALSE;
   const Drag ended = *drag_;
   endDrag();
-  if (ended.moving) commands_.moveTo(id_, ended.landing);
+  opened_ = opened_ && !ended.moving;
+  if (ended.moving) {
+    commands_.moveTo(id_, ended.landing);
+  } else if (ended.isClick) {
+    opened_ = true;
+    commands_.open(event->time);
+  }
   return TRUE;
 }
 
@@ -232,7 +253,8 @@ gboolean BoardWindow::keyPressed(GdkEventKey* event) {
     commands_.focusNext(id_, *turn);
     return TRUE;
   }
-  if (modifiers != 0) return FALSE;
+  if (modifiers == GDK_CONTROL_MASK) return controlKeyPressed(event->keyval);
+  if (modifiers != 0 || (commands_.locked() && changesPlaces(event->keyval))) return FALSE;
   if (const auto direction = directionOf(event->keyval)) {
     commands_.step(id_, *direction);
     return TRUE;
@@ -249,6 +271,8 @@ gboolean BoardWindow::keyPressed(GdkEventKey* event) {
       return TRUE;
     case GDK_KEY_Return:
     case GDK_KEY_KP_Enter:
+      commands_.open(event->time);
+      return TRUE;
     case GDK_KEY_space:
       return menuKeyPressed();
     case GDK_KEY_Escape:
@@ -271,8 +295,43 @@ gboolean BoardWindow::keyPressed(GdkEventKey* event) {
   }
 }
 
+gboolean BoardWindow::controlKeyPressed(guint key) {
+  const auto zoomTo = [this](int percent) {
+    if (!commands_.locked()) commands_.zoom(id_, percent);
+    return TRUE;
+  };
+  const MenuState state = commands_.menuState(id_);
+  switch (key) {
+    case GDK_KEY_plus:
+    case GDK_KEY_equal:
+    case GDK_KEY_KP_Add: {
+      const auto* const next = std::ranges::upper_bound(zoomSteps, state.zoom);
+      return zoomTo(next == zoomSteps.end() ? state.zoom : *next);
+    }
+    case GDK_KEY_minus:
+    case GDK_KEY_KP_Subtract: {
+      const auto* const from = std::ranges::lower_bound(zoomSteps, state.zoom);
+      return zoomTo(from == zoomSteps.begin() ? state.zoom : *std::prev(from));
+    }
+    case GDK_KEY_0:
+    case GDK_KEY_KP_0:
+      return zoomTo(100);
+    case GDK_KEY_l: {
+      DesktopSettings toggled = state.settings;
+      toggled.locked = !toggled.locked;
+      commands_.choose(toggled);
+      return TRUE;
+    }
+    case GDK_KEY_q:
+      commands_.quit();
+      return TRUE;
+    default:
+      return FALSE;
+  }
+}
+
 gboolean BoardWindow::menuKeyPressed() {
-  popUpBoardMenu(surface_.widget(), {id_, picture_->family()}, commands_, texts_, nullptr);
+  popUpBoardMenu(surface_.widget(), id_, commands_, texts_, nullptr);
   return TRUE;
 }
 

@@ -42,6 +42,7 @@ class BoardWindow {
     Point origin;   ///< of the board then
     bool moving = false;
     Point landing;  ///< where the board is placed if it is dropped now
+    bool isClick = true;
   };
 
   gboolean pressed(GdkEventButton* event);
@@ -51,7 +52,9 @@ class BoardWindow {
   void startMoveTimer();
   void forgetMove();
   gboolean keyPressed(GdkEventKey* event);
+  gboolean controlKeyPressed(guint key);
   gboolean menuKeyPressed();
+  void openAsked() { commands_.open(GDK_CURRENT_TIME); }
   void menuAsked() { menuKeyPressed(); }
   void activeChanged(GParamSpec* property);
   void dragTo(Point origin, Snapping snapping);
@@ -69,6 +72,7 @@ class BoardWindow {
   std::shared_ptr<BoardPicture> picture_;
   SurfacePlace place_;
   std::optional<Drag> drag_;
+  bool opened_ = false;  ///< the last press was a click: the further ones of a double click open nothing more
   /// Images of the board follow the pointer on Wayland, where the board's own window stays: one on each monitor that
   /// shows a part of it.
   std::map<GdkMonitor*, std::unique_ptr<BoardSurface>> images_;

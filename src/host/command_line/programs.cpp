@@ -26,6 +26,22 @@ std::filesystem::path libexecProgram(const std::filesystem::path& folder, std::s
   return usual;
 }
 
+std::filesystem::path hostProgram() {
+  constexpr const char* name = "vamba-host";
+  const auto program = programPath();
+  if (program.filename() == name) return program;
+  const auto folder = program.parent_path();
+  const auto usual = folder.parent_path().parent_path() / "bin" / name;
+  // The way from bin/ to the programs of libexec, backwards.
+  const std::filesystem::path bin = "/prefix/bin";
+  const auto back = bin.lexically_relative((bin / VAMBA_LIBEXEC_FROM_BIN).lexically_normal());
+  std::error_code error;
+  for (const auto& candidate : {folder / name, usual, (folder / back / name).lexically_normal()}) {
+    if (std::filesystem::exists(candidate, error)) return candidate;
+  }
+  return usual;
+}
+
 std::filesystem::path extensionProgram(const CommandLine& line) {
   return line.extension.value_or(libexecProgram("vamba-widzety"));
 }

@@ -24,6 +24,9 @@ std::filesystem::path libexecProgram(std::string_view name);
 std::filesystem::path libexecProgram(const std::filesystem::path& folder, std::string_view name,
                                      const std::filesystem::path& installed);
 
+/// `vamba-host` of this installation, whichever of its programs is running.
+std::filesystem::path hostProgram();
+
 /// The extension that the command line names, else the one of this installation.
 std::filesystem::path extensionProgram(const CommandLine& line);
 

@@ -1,8 +1,11 @@
 #include "host/extension/answers.hpp"
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 #include <utility>
+
+#include <absl/strings/ascii.h>
 
 #include "base/json/json_object.hpp"
 #include "base/text/instant.hpp"
@@ -26,11 +29,48 @@ std::vector<protocol::WidgetFamily> familiesIn(const JsonObject& object) {
   return families;
 }
 
+/// Whether the text is an id of a desktop entry. A slash could lead out of the folders for applications.
+bool isEntryId(std::string_view text) {
+  constexpr std::size_t longest = 200;
+  const auto isAllowed = [](char c) {
+    return absl::ascii_isalnum(static_cast<unsigned char>(c)) || c == '.' || c == '-' || c == '_';
+  };
+  return !text.empty() && text.size() <= longest && text.front() != '.' && std::ranges::all_of(text, isAllowed);
+}
+
+/// Whether the text is an address of http or https with a host, in the characters of RFC 3986.
+bool isWebAddress(std::string_view text) {
+  constexpr std::size_t longest = 2048;
+  constexpr std::string_view others = "-._~:/?#[]@!$&'()*+,;=%";
+  const auto isAllowed = [&](char c) {
+    return absl::ascii_isalnum(static_cast<unsigned char>(c)) || others.find(c) != std::string_view::npos;
+  };
+  if (text.size() > longest || !std::ranges::all_of(text, isAllowed)) return false;
+  for (const std::string_view scheme : {"https://", "http://"}) {
+    if (text.starts_with(scheme))
+      return text.substr(scheme.size()).find_first_of("/?#:@") != 0 && text.size() > scheme.size();
+  }
+  return false;
+}
+
+std::vector<OpenTarget> targetsIn(const JsonObject& widget) {
+  std::vector<OpenTarget> targets;
+  if (widget.find("opens") == nullptr) return targets;
+  for (const JsonObject& object : widget.objects("opens")) {
+    const auto entry = object.optionalText("desktopEntry");
+    const auto url = object.optionalText("url");
+    if (entry && isEntryId(*entry)) targets.push_back({OpenTarget::Kind::desktopEntry, *entry});
+    if (url && isWebAddress(*url)) targets.push_back({OpenTarget::Kind::url, *url});
+  }
+  return targets;
+}
+
 WidgetDeclaration declarationIn(const JsonObject& object) {
   return {.kind = object.text("kind"),
           .displayName = object.text("displayName"),
           .description = object.text("description"),
-          .families = familiesIn(object)};
+          .families = familiesIn(object),
+          .opens = targetsIn(object)};
 }
 
 /// A view's nodes, or why it has too many of them.

@@ -15,12 +15,21 @@
 
 namespace host {
 
+/// What a click on a widget opens.
+struct OpenTarget {
+  enum class Kind { desktopEntry, url };
+  Kind kind = Kind::url;
+  std::string name;  ///< the id of a desktop entry without its suffix, or an address of http or https
+  bool operator==(const OpenTarget&) const = default;
+};
+
 /// A widget that the extension offers. Families that this host does not know are left out.
 struct WidgetDeclaration {
   std::string kind;
   std::string displayName;
   std::string description;
   std::vector<protocol::WidgetFamily> families;
+  std::vector<OpenTarget> opens = {};  ///< in order of preference
   bool operator==(const WidgetDeclaration&) const = default;
 };
 
@@ -36,6 +45,7 @@ inline constexpr std::size_t deepestNode = 64;
 inline constexpr std::size_t longestText = std::size_t{64} << 10;
 
 // The error of each is a sentence that names the field at fault.
+/// Targets of `opens` that no host should open are left out: addresses of another scheme, ids that are no file name.
 std::expected<std::vector<WidgetDeclaration>, std::string> readWidgets(const nlohmann::json& result);
 /// The result of `placeholder` and `snapshot`, checked and handed back as it came.
 std::expected<nlohmann::json, std::string> readEntryAnswer(nlohmann::json result);

@@ -47,22 +47,32 @@ Colour between(const Colour& first, Colour second, double share) {
   return blended(second, first);
 }
 
+constexpr double leastContrast = 4.5;
+
 bool isReadable(const Colour& tint, const Colour& background) {
-  constexpr double least = 4.5;
   Colour badge = tint;
   badge.opacity = 0.15;
-  return contrast(tint, background) >= least && contrast(tint, blended(badge, background)) >= least;
+  return contrast(tint, background) >= leastContrast && contrast(tint, blended(badge, background)) >= leastContrast;
 }
 
-Colour readable(Colour accent, const Colour& background, const Colour& end) {
-  accent.opacity = 1;
+/// The colour, moved towards `end` as little as makes it suit.
+template <typename Suits>
+Colour movedUntil(Colour colour, const Colour& end, Suits suits) {
+  colour.opacity = 1;
   constexpr int steps = 255;
   for (int step = 0; step < steps; ++step) {
-    const Colour tint = between(accent, end, static_cast<double>(step) / steps);
-    if (isReadable(tint, background)) return tint;
+    const Colour moved = between(colour, end, static_cast<double>(step) / steps);
+    if (suits(moved)) return moved;
   }
   return end;
 }
+
+Colour readable(const Colour& accent, const Colour& background, const Colour& end) {
+  return movedUntil(accent, end, [&](const Colour& tint) { return isReadable(tint, background); });
+}
+
+constexpr Colour black = opaque(0x000000);
+constexpr Colour white = opaque(0xFFFFFF);
 
 }  // namespace
 
@@ -71,8 +81,23 @@ const Palette& palette(Appearance appearance) { return appearance == Appearance:
 Palette palette(Appearance appearance, const std::optional<Colour>& accent) {
   Palette colours = palette(appearance);
   if (!accent) return colours;
-  const Colour end = appearance == Appearance::dark ? opaque(0xFFFFFF) : opaque(0x000000);
-  colours.tint = readable(*accent, colours.background, end);
+  colours.tint = readable(*accent, colours.background, appearance == Appearance::dark ? white : black);
+  return colours;
+}
+
+Palette palette(Appearance appearance, const std::optional<Colour>& accent, Backdrop backdrop) {
+  if (backdrop == Backdrop::solid) return palette(appearance, accent);
+  Palette colours = palette(appearance);
+  const bool dark = appearance == Appearance::dark;
+  constexpr double shade = 0.75;
+  colours.background.opacity = shade;
+  // Of all that can be behind the shade, this is nearest to the texts.
+  const Colour worst = blended(colours.background, dark ? white : black);
+  const Colour end = dark ? white : black;
+  for (Colour* text : {&colours.primary, &colours.secondary, &colours.tertiary, &colours.redRole}) {
+    *text = movedUntil(*text, end, [&](const Colour& moved) { return contrast(moved, worst) >= leastContrast; });
+  }
+  colours.tint = readable(accent.value_or(colours.tint), worst, end);
   return colours;
 }
 

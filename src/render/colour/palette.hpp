@@ -10,6 +10,10 @@ namespace render {
 
 enum class Appearance { light, dark };
 
+/// What is behind a board's texts: its background; its background in part and the desktop through it; or the desktop,
+/// with a soft shade of the background's colour behind each text.
+enum class Backdrop { solid, translucent, none };
+
 struct Colour {
   std::uint8_t red = 0;
   std::uint8_t green = 0;
@@ -37,6 +41,12 @@ const Palette& palette(Appearance appearance);
 /// lightened (dark) only until text in it has a contrast of 4.5 (WCAG 2.1 level AA) on the background and on a badge
 /// filled with it. Its opacity is ignored. Example: a pale yellow accent becomes a dark yellow in the light appearance.
 Palette palette(Appearance appearance, const std::optional<Colour>& accent);
+
+/// The same for texts that the desktop shines through. The background has the opacity of its shade, and every text
+/// colour is made darker in light and lighter in dark until it has a contrast of 4.5 whatever is behind that shade:
+/// black, white or any picture.
+Palette palette(Appearance appearance, const std::optional<Colour>& accent, Backdrop backdrop);
+
 Colour colourOf(protocol::ForegroundStyle style, const Palette& palette);
 
 /// `top` painted over the opaque `bottom`.

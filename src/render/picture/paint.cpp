@@ -16,22 +16,24 @@ class Painter {
       : cairo_(cairo),
         drawing_(drawing),
         style_(style),
-        palette_(palette(style.appearance, style.accent)),
+        palette_(palette(style.appearance, style.accent, style.backdrop)),
         boardPixels_(drawing.board.magnification * style.pixels) {}
 
   void board() {
     const Rect box = snapped({0, 0, style_.form.size.width, style_.form.size.height}, style_.pixels);
     cairo_save(cairo_);
-    if (drawing_.board.hasContainerBackground) {
+    const bool hasPaper = drawing_.board.hasContainerBackground && style_.backdrop != Backdrop::none;
+    if (hasPaper) {
       roundedPath(box, boardRadius(style_.form) * style_.pixels);
       fill(palette_.background);
     }
     cairo_rectangle(cairo_, box.x, box.y, box.width, box.height);
     cairo_clip(cairo_);
+    if (drawing_.board.hasContainerBackground && !hasPaper) shade();
     for (const auto& item : drawing_.board.items) {
       std::visit([this](const auto& placed) { this->item(placed); }, item);
     }
-    if (drawing_.board.hasContainerBackground) edge(box);
+    if (hasPaper) edge(box);
     cairo_restore(cairo_);
   }
 
@@ -65,6 +67,46 @@ class Painter {
     cairo_set_line_width(cairo_, width);
     setColour(palette_.edge);
     cairo_stroke(cairo_);
+  }
+
+  /// The colour of the paper behind each text and badge, soft at its edge. Several layers, each a little smaller, have
+  /// the background's opacity together: the innermost, which all letters are on, has it in full.
+  void shade() {
+    constexpr int layers = 5;
+    constexpr double least = 2;  // points around a text
+    constexpr double reach = 8;
+    const double opacity = 1 - std::pow(1 - palette_.background.opacity, 1.0 / layers);
+    for (int layer = 0; layer < layers; ++layer) {
+      const double around = reach + (least - reach) * layer / (layers - 1);
+      // As one shape, so that neighbouring texts do not add up.
+      cairo_push_group(cairo_);
+      for (const auto& item : drawing_.board.items) {
+        if (const auto* text = std::get_if<PlacedText>(&item)) {
+          for (const auto& line : drawing_.typesetter.lines(*text)) shadeBehind(extent(line), around);
+        } else if (const auto* placed = std::get_if<PlacedCapsule>(&item)) {
+          shadeBehind(placed->frame, around);
+        }
+      }
+      cairo_pop_group_to_source(cairo_);
+      cairo_paint_with_alpha(cairo_, opacity);
+    }
+  }
+
+  void shadeBehind(const Rect& frame, double around) {
+    const Rect grown{frame.x - around, frame.y - around, frame.width + 2 * around, frame.height + 2 * around};
+    const Rect device = snapped(grown, boardPixels_);
+    roundedPath(device, std::min(device.height / 2, (around + 2) * boardPixels_));
+    Colour paper = palette_.background;
+    paper.opacity = 1;
+    fill(paper);
+  }
+
+  /// From the highest to the lowest letter of its font.
+  static Rect extent(const ShapedLine& line) {
+    PangoRectangle logical{};
+    pango_layout_line_get_extents(line.line, nullptr, &logical);
+    return {line.x, line.baseline + pango_units_to_double(logical.y), line.width,
+            pango_units_to_double(logical.height)};
   }
 
   void item(const PlacedCapsule& placed) {

@@ -23,6 +23,7 @@ struct PaintStyle {
   Redaction redaction = Redaction::none;
   LetterPaint letters = LetterPaint::outlines;
   std::optional<Colour> accent = std::nullopt;  ///< a person's own tint
+  Backdrop backdrop = Backdrop::solid;
 };
 
 /// Paints in device pixels at the surface's origin, over the existing content.

@@ -30,11 +30,27 @@ void replace(const fs::path& file, const std::string& content) {
   fs::rename(file.string() + ".new", file);
 }
 
+/// Tests click on boards. No click may start the browser or the Vamba of whoever runs them. What a test has put there
+/// itself stays.
+void keepApplicationsAway(const SessionBus::Environment& variables) {
+  const auto write = [](const fs::path& file, const std::string& content) {
+    if (fs::exists(file)) return;
+    fs::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << content;
+  };
+  const fs::path applications = fs::path(variables.at("XDG_DATA_HOME")) / "applications";
+  write(applications / "pl.ferol.vamba.desktop", "[Desktop Entry]\nType=Application\nHidden=true\n");
+  write(applications / "browser.desktop", "[Desktop Entry]\nType=Application\nName=Browser\nExec=true %u\n");
+  write(fs::path(variables.at("XDG_CONFIG_HOME")) / "mimeapps.list",
+        "[Default Applications]\nx-scheme-handler/https=browser.desktop\n");
+}
+
 support::ChildProcess start(const SessionBus::Environment& display, const HostSettings& settings,
                             std::vector<std::string> arguments, const std::string& errors) {
   arguments.insert(arguments.begin(), {VAMBA_HOST, "--extension", settings.extension});
   auto variables = hostEnvironment(display);
   for (const auto& [name, value] : settings.variables) variables[name] = value;
+  keepApplicationsAway(variables);
   for (const auto& name : settings.without) variables.erase(name);
   return support::ChildProcess({.command = std::move(arguments),
                                 .environment = support::environmentLines(variables),

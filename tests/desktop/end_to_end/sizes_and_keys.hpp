@@ -20,6 +20,8 @@ namespace keys {
 inline constexpr std::uint32_t escape = 0xff1b;
 inline constexpr std::uint32_t tab = 0xff09;
 inline constexpr std::uint32_t enter = 0xff0d;
+inline constexpr std::uint32_t keypadEnter = 0xff8d;
+inline constexpr std::uint32_t space = 0x20;
 inline constexpr std::uint32_t left = 0xff51;
 inline constexpr std::uint32_t up = 0xff52;
 inline constexpr std::uint32_t right = 0xff53;
@@ -29,6 +31,7 @@ inline constexpr std::uint32_t menu = 0xff67;
 inline constexpr std::uint32_t f5 = 0xffc2;
 inline constexpr std::uint32_t f10 = 0xffc7;
 inline constexpr std::uint32_t shift = 0xffe1;
+inline constexpr std::uint32_t control = 0xffe3;
 inline constexpr std::uint32_t deletion = 0xffff;
 }  // namespace keys
 

@@ -45,7 +45,7 @@ TEST(PlacementDocument, IsReadAndWrittenAsShown) {
   ASSERT_TRUE(document) << document.error();
   EXPECT_EQ(document->dropped, 0U);
   EXPECT_EQ(document->placements, Placements({samplePlaced}));
-  EXPECT_EQ(writePlacements(document->placements, {}), sample);
+  EXPECT_EQ(writePlacements({document->placements}, {}), sample);
 }
 
 TEST(PlacementDocument, HoldsNoWidgetAtAll) {
@@ -111,6 +111,10 @@ TEST(PlacementDocument, DropsAnEntryThatDescribesNoCopyAndKeepsTheOthers) {
       {"/x", "20"},
       {"/y", nullptr},
       {"/y", 18446744073709551615U},
+      {"/zoom", 49},
+      {"/zoom", 301},
+      {"/zoom", 100.5},
+      {"/zoom", "100"},
       {"", json::array()},
       {"", nullptr},
   };
@@ -155,7 +159,7 @@ TEST(PlacementDocument, KeepsKeysThatALaterVersionWrote) {
   Placements placements = readPlacements(document.dump()).value().placements;
   placements.setPlace(3, {{"Acme", "P27", "A2", "DP-2"}, Corner::bottomLeft, {0, 0}});
   placements.add("Dzien", protocol::WidgetFamily::systemSmall, samplePlaced.place);
-  const json written = json::parse(writePlacements(placements, document.dump()));
+  const json written = json::parse(writePlacements({placements}, document.dump()));
   EXPECT_EQ(written["theme"], document["theme"]);
   EXPECT_EQ(written["widgets"][0]["locked"], true);
   EXPECT_EQ(written["widgets"][0]["monitor"]["scale"], 1.5);
@@ -179,11 +183,54 @@ TEST(PlacementDocument, ReadsBackWhateverWasPlaced) {
                      {monitor, static_cast<Corner>(roll(0, 3)), inset}});
     }
     const Placements placements(all);
-    const auto read = readPlacements(writePlacements(placements, {}));
+    const auto read = readPlacements(writePlacements({placements}, {}));
     ASSERT_TRUE(read) << "round " << round;
     ASSERT_EQ(read->placements, placements) << "round " << round;
     ASSERT_EQ(read->dropped, 0U) << "round " << round;
   }
+}
+
+TEST(PlacementDocument, FileOfAnEarlierVersionHasTheUsualSettingsAndZoom) {
+  const auto document = readPlacements(sample);
+  ASSERT_TRUE(document);
+  EXPECT_EQ(document->settings, DesktopSettings());
+  for (const Placed& placed : document->placements.all()) EXPECT_EQ(placed.zoom, 100);
+}
+
+TEST(PlacementDocument, KeepsSettingsAndZoom) {
+  Placements placements = readPlacements(sample)->placements;
+  const int id = placements.all()[0].id;
+  placements.setZoom(id, 125);
+  const DesktopState state{placements, {Scheme::dark, Background::none, true}};
+  const std::string text = writePlacements(state, sample);
+  const json written = json::parse(text);
+  EXPECT_EQ(written["appearance"], "dark");
+  EXPECT_EQ(written["background"], "none");
+  EXPECT_EQ(written["locked"], true);
+  EXPECT_EQ(written["widgets"][0]["zoom"], 125);
+  const auto read = readPlacements(text);
+  ASSERT_TRUE(read);
+  EXPECT_EQ((DesktopState{read->placements, read->settings}), state);
+
+  placements.setZoom(id, 100);
+  const DesktopState usual{placements, {}};
+  const auto back = readPlacements(writePlacements(usual, text));
+  ASSERT_TRUE(back);
+  EXPECT_EQ((DesktopState{back->placements, back->settings}), usual);
+}
+
+TEST(PlacementDocument, SettingWithAnUnknownValueCountsAsAbsentAndStaysUntilItIsChanged) {
+  json document = sampleJson();
+  document["appearance"] = "sepia";
+  document["background"] = 7;
+  document["locked"] = "yes";
+  const auto read = readPlacements(document.dump());
+  ASSERT_TRUE(read);
+  EXPECT_EQ(read->settings, DesktopSettings());
+  json written = json::parse(writePlacements({read->placements, {.locked = true}}, document.dump()));
+  EXPECT_EQ(written["appearance"], "sepia");
+  EXPECT_EQ(written["background"], 7);
+  EXPECT_EQ(written["locked"], true);
 }
 
 }  // namespace

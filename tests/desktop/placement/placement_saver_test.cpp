@@ -33,7 +33,7 @@ class PlacementSaverTest : public testing::Test {
 TEST_F(PlacementSaverTest, SavesTheLastOfSeveralChangesWhenItEnds) {
   {
     PlacementSaver saver{PlacementStore(file_), [this](const std::string& why) { fail(why); }};
-    for (int i = 1; i <= 50; ++i) saver.save(copies(i));
+    for (int i = 1; i <= 50; ++i) saver.save({copies(i)});
   }
   EXPECT_EQ(kept(), 50U);
   EXPECT_EQ(failure_, "");
@@ -42,7 +42,7 @@ TEST_F(PlacementSaverTest, SavesTheLastOfSeveralChangesWhenItEnds) {
 TEST_F(PlacementSaverTest, SavesWhileItLivesAndMoreThanOnce) {
   PlacementSaver saver{PlacementStore(file_), [](const std::string&) {}};
   for (int count = 1; count <= 2; ++count) {
-    saver.save(copies(count));
+    saver.save({copies(count)});
     EXPECT_TRUE(support::eventually([&] { return std::filesystem::exists(file_) && kept() == std::size_t(count); }));
   }
 }
@@ -58,7 +58,7 @@ TEST_F(PlacementSaverTest, TellsWhyItCouldNotSave) {
   folder_.write("vamba", "not a folder");
   {
     PlacementSaver saver{PlacementStore(file_), [this](const std::string& why) { fail(why); }};
-    saver.save(copies(1));
+    saver.save({copies(1)});
   }
   EXPECT_NE(failure_.find("can't write " + file_.string()), std::string::npos) << failure_;
 }

@@ -41,7 +41,7 @@ TEST_F(PlacementStoreTest, KeepsThePlacementsForTheNextStart) {
   const std::string file = path("config/vamba/placements.json");
   PlacementStore store(file);
   EXPECT_TRUE(store.load().firstStart);
-  ASSERT_TRUE(store.save(sample()));
+  ASSERT_TRUE(store.save({sample()}));
   const auto loaded = PlacementStore(file).load();
   EXPECT_EQ(loaded.placements, sample());
   EXPECT_FALSE(loaded.firstStart);
@@ -53,7 +53,7 @@ TEST_F(PlacementStoreTest, KeepsThePlacementsForTheNextStart) {
 }
 
 TEST_F(PlacementStoreTest, ClearsAtTheStartWhatAKilledSaveLeft) {
-  ASSERT_TRUE(PlacementStore(path()).save(sample()));
+  ASSERT_TRUE(PlacementStore(path()).save({sample()}));
   const pid_t killed = fork();
   if (killed == 0) _exit(0);
   waitpid(killed, nullptr, 0);
@@ -84,7 +84,7 @@ TEST_F(PlacementStoreTest, OverwritesNoEarlierFileThatWasSetAside) {
   for (const char* text : {"first", "second", "third"}) {
     folder_.write("placements.json", text);
     EXPECT_TRUE(store.load().notice);
-    ASSERT_TRUE(store.save(sample()));
+    ASSERT_TRUE(store.save({sample()}));
   }
   EXPECT_EQ(contentOf(path("placements.json.damaged-1")), "first");
   EXPECT_EQ(contentOf(path("placements.json.damaged-2")), "second");
@@ -109,12 +109,12 @@ TEST_F(PlacementStoreTest, SetsAsideWhateverIsNoPlacementsFile) {
     ASSERT_EQ(namesIn(path("")).size(), ++aside) << what;
     ASSERT_FALSE(namesIn(path("")).contains("placements.json")) << what;
   }
-  ASSERT_TRUE(PlacementStore(path()).save(sample()));
+  ASSERT_TRUE(PlacementStore(path()).save({sample()}));
   EXPECT_EQ(load().placements, sample());
 }
 
 TEST_F(PlacementStoreTest, GoesOnWithTheGoodEntriesAndKeepsTheWholeFileAside) {
-  ASSERT_TRUE(PlacementStore(path()).save(sample()));
+  ASSERT_TRUE(PlacementStore(path()).save({sample()}));
   auto document = nlohmann::json::parse(contentOf(path()));
   document["widgets"].push_back({{"id", -1}, {"kind", "Later"}});
   folder_.write("placements.json", document.dump());
@@ -129,7 +129,7 @@ TEST_F(PlacementStoreTest, GoesOnWithTheGoodEntriesAndKeepsTheWholeFileAside) {
 }
 
 TEST_F(PlacementStoreTest, KeepsKeysOfALaterVersionAcrossManySaves) {
-  ASSERT_TRUE(PlacementStore(path()).save(sample()));
+  ASSERT_TRUE(PlacementStore(path()).save({sample()}));
   auto document = nlohmann::json::parse(contentOf(path()));
   document["widgets"][1]["locked"] = true;
   folder_.write("placements.json", document.dump());
@@ -137,7 +137,7 @@ TEST_F(PlacementStoreTest, KeepsKeysOfALaterVersionAcrossManySaves) {
   Placements placements = store.load().placements;
   for (int i = 0; i < 3; ++i) {
     placements.add("Dzien", protocol::WidgetFamily::systemLarge, {});
-    ASSERT_TRUE(store.save(placements));
+    ASSERT_TRUE(store.save({placements}));
   }
   EXPECT_EQ(nlohmann::json::parse(contentOf(path()))["widgets"][1]["locked"], true);
 }
@@ -147,26 +147,26 @@ TEST_F(PlacementStoreTest, WritesThroughALinkAlsoWhenItsTargetIsSetAside) {
   std::filesystem::create_symlink("dotfiles/day.json", path());
   PlacementStore store(path());
   EXPECT_TRUE(store.load().firstStart);
-  ASSERT_TRUE(store.save(sample()));
+  ASSERT_TRUE(store.save({sample()}));
   EXPECT_EQ(load().placements, sample());
   folder_.write("dotfiles/day.json", "damaged");
   EXPECT_TRUE(store.load().notice);
-  ASSERT_TRUE(store.save(sample()));
+  ASSERT_TRUE(store.save({sample()}));
   EXPECT_TRUE(std::filesystem::is_symlink(path()));
   EXPECT_EQ(namesIn(path("dotfiles")), (Names{"day.json", "day.json.damaged-1"}));
 }
 
 TEST_F(PlacementStoreTest, LosesNothingOnAFullDisk) {
   PlacementStore store(path());
-  ASSERT_TRUE(store.save(sample()));
+  ASSERT_TRUE(store.save({sample()}));
   Placements more = sample();
   more.add("Dzien", protocol::WidgetFamily::systemLarge, {});
   {
     const support::FileSizeLimit full(100);
-    EXPECT_EQ(store.save(more).error(), "can't write " + path() + ": File too large");
+    EXPECT_EQ(store.save({more}).error(), "can't write " + path() + ": File too large");
   }
   EXPECT_EQ(load().placements, sample());
-  ASSERT_TRUE(store.save(more));
+  ASSERT_TRUE(store.save({more}));
   EXPECT_EQ(load().placements, more);
 }
 
@@ -180,9 +180,9 @@ TEST_F(PlacementStoreTest, SaysWhyItCannotWrite) {
 TEST_F(PlacementStoreTest, WritesNoNameThatItCouldNotReadBack) {
   Placements placements = sample();
   PlacementStore store(path());
-  ASSERT_TRUE(store.save(placements));
+  ASSERT_TRUE(store.save({placements}));
   placements.add(std::string(1000, 'k'), protocol::WidgetFamily::systemSmall, {});
-  EXPECT_FALSE(store.save(placements));
+  EXPECT_FALSE(store.save({placements}));
   EXPECT_EQ(load().placements, sample());
 }
 

@@ -109,6 +109,27 @@ TEST_F(WidgetPlacesTest, CopyLandsWhereItIsKeptWhenItIsDropped) {
   }
 }
 
+TEST_F(WidgetPlacesTest, ZoomedCopyKeepsItsCornerAndItsZoomInEverySize) {
+  places_.add("day", protocol::WidgetFamily::systemMedium);
+  EXPECT_TRUE(places_.zoom(1, 150));
+  EXPECT_EQ(rectOf(1), (Rect{540, 20, 720, 360}));
+  EXPECT_FALSE(places_.zoom(1, 150));
+  EXPECT_TRUE(places_.resize(1, protocol::WidgetFamily::systemSmall));
+  EXPECT_EQ(rectOf(1), (Rect{900, 20, 360, 360}));
+  EXPECT_TRUE(places_.zoom(1, 80));
+  EXPECT_EQ(rectOf(1), (Rect{1068, 20, 192, 192}));
+  EXPECT_FALSE(places_.zoom(2, 80));
+}
+
+TEST_F(WidgetPlacesTest, ZoomedCopyCoversNoOther) {
+  places_.add("day", protocol::WidgetFamily::systemMedium);
+  places_.add("day", protocol::WidgetFamily::systemMedium);
+  ASSERT_EQ(rectOf(2), (Rect{780, 280, 480, 240}));
+  EXPECT_TRUE(places_.zoom(1, 150));
+  EXPECT_FALSE(overlap(rectOf(1), rectOf(2)));
+  EXPECT_EQ(rectOf(2), (Rect{780, 280, 480, 240}));
+}
+
 TEST_F(WidgetPlacesTest, NamesTheWidgetOfCopiesThatHaveNoNameYet) {
   places_.add("", protocol::WidgetFamily::systemMedium);
   EXPECT_TRUE(places_.nameKind("day"));

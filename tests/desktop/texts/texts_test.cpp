@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "support/environment.hpp"
 
@@ -34,19 +34,35 @@ void expectOwnMnemonics(const std::vector<const char*>& menu) {
 TEST(DesktopTexts, EveryItemOfAMenuHasAMnemonicOfItsOwn) {
   for (const auto language : languages) {
     const Texts& texts = textsFor(language);
-    expectOwnMnemonics({texts.size, texts.add, texts.remove, texts.reloadNow, texts.quit});
+    expectOwnMnemonics({texts.open, texts.reloadNow, texts.size, texts.zoom, texts.appearance, texts.lock,
+                        texts.startAtLogin, texts.add, texts.remove, texts.quit});
+    expectOwnMnemonics(
+        {texts.systemScheme, texts.light, texts.dark, texts.solid, texts.translucent, texts.noBackground});
     expectOwnMnemonics({texts.small, texts.medium, texts.large});
   }
 }
 
-TEST(DesktopTexts, TellTheNextReloadByTheDevicesClock) {
+TEST(DesktopTexts, TellTheLastAndTheNextReloadByTheDevicesClock) {
   support::ScopedEnvironment environment;
   environment.set("TZ", "Europe/Warsaw");
-  const absl::Time reload = absl::FromUnixSeconds(1772353800);  // 2026-03-01 08:30 UTC
-  EXPECT_EQ(nextReloadLine(textsFor(host::Language::polish), reload), "Następne odświeżenie: 09:30");
-  EXPECT_EQ(nextReloadLine(textsFor(host::Language::english), reload), "Next refresh: 09:30");
-  EXPECT_EQ(nextReloadLine(textsFor(host::Language::lithuanian), reload), "Kitas atnaujinimas: 09:30");
-  EXPECT_EQ(nextReloadLine(textsFor(host::Language::english), std::nullopt), "Refreshing");
+  const absl::Time last = absl::FromUnixSeconds(1772353800);  // 2026-03-01 08:30 UTC
+  const ReloadTimes times{.last = last, .next = last + absl::Minutes(15)};
+  const auto lines = [&](host::Language language) { return reloadLines(textsFor(language), times, last); };
+  using testing::ElementsAre;
+  EXPECT_THAT(lines(host::Language::polish), ElementsAre("Ostatnie odświeżenie: 09:30", "Następne odświeżenie: 09:45"));
+  EXPECT_THAT(lines(host::Language::english), ElementsAre("Last refresh: 09:30", "Next refresh: 09:45"));
+  EXPECT_THAT(lines(host::Language::lithuanian),
+              ElementsAre("Paskutinis atnaujinimas: 09:30", "Kitas atnaujinimas: 09:45"));
+}
+
+TEST(DesktopTexts, TellTheDateOfAReloadOfAnotherDayAndNothingOfOneThatIsNotKnown) {
+  support::ScopedEnvironment environment;
+  environment.set("TZ", "Europe/Warsaw");
+  const absl::Time last = absl::FromUnixSeconds(1772353800);
+  const Texts& texts = textsFor(host::Language::english);
+  EXPECT_THAT(reloadLines(texts, {.last = last, .next = std::nullopt}, last + absl::Hours(24)),
+              testing::ElementsAre("Last refresh: 2026-03-01 09:30"));
+  EXPECT_TRUE(reloadLines(texts, {}, last).empty());
 }
 
 }  // namespace

@@ -24,8 +24,57 @@ TEST(ReadWidgets, RefusesWhatIsNoDeclaration) {
            R"([{"kind":1,"displayName":"n","description":"d","families":[]}])",
            R"([{"kind":"k","displayName":"n","description":"d","families":[1]}])",
            R"([{"kind":"k","displayName":"n","description":"d","families":"systemSmall"}])",
+           R"([{"kind":"k","displayName":"n","description":"d","families":[],"opens":{}}])",
+           R"([{"kind":"k","displayName":"n","description":"d","families":[],"opens":["https://example.org"]}])",
+           R"([{"kind":"k","displayName":"n","description":"d","families":[],"opens":[{"url":1}]}])",
+           R"([{"kind":"k","displayName":"n","description":"d","families":[],"opens":[{"desktopEntry":[]}]}])",
        }) {
     EXPECT_FALSE(readWidgets(json::parse(text))) << text;
+  }
+}
+
+TEST(ReadWidgets, ReadsWhatAClickOpensInOrder) {
+  const auto opens = [](const char* targets) {
+    const auto widgets = readWidgets(json::array({{{"kind", "k"},
+                                                   {"displayName", "n"},
+                                                   {"description", "d"},
+                                                   {"families", json::array()},
+                                                   {"opens", json::parse(targets)}}}));
+    return widgets ? widgets->at(0).opens : std::vector<OpenTarget>{{OpenTarget::Kind::url, "refused"}};
+  };
+  using enum OpenTarget::Kind;
+  EXPECT_EQ(opens(R"([{"desktopEntry":"org.example.App-1_x"},{"url":"https://example.org/a?b=c#d"}])"),
+            (std::vector<OpenTarget>{{desktopEntry, "org.example.App-1_x"}, {url, "https://example.org/a?b=c#d"}}));
+  EXPECT_EQ(opens(R"([{"url":"http://127.0.0.1:80/"},{"new":1}])"),
+            (std::vector<OpenTarget>{{url, "http://127.0.0.1:80/"}}));
+  EXPECT_TRUE(opens("[]").empty());
+  EXPECT_TRUE(opens("null").empty());
+}
+
+TEST(ReadWidgets, LeavesOutTargetsThatAreNotToBeOpened) {
+  for (const char* const target : {
+           R"({"url":"file:///etc/passwd"})",
+           R"({"url":"data:text/html,x"})",
+           R"({"url":"vamba://day"})",
+           R"({"url":"HTTPS//example.org"})",
+           R"({"url":"https://"})",
+           R"({"url":"https:///path"})",
+           R"({"url":"https://example.org/a b"})",
+           R"({"url":"https://example.org/\u0000"})",
+           R"({"url":"https://example.org/\n"})",
+           R"({"url":"https://example.org/\u00e9"})",
+           R"({"url":""})",
+           R"({"desktopEntry":""})",
+           R"({"desktopEntry":".hidden"})",
+           R"({"desktopEntry":"../../tmp/evil"})",
+           R"({"desktopEntry":"/tmp/evil"})",
+           R"({"desktopEntry":"a b"})",
+           R"({})",
+       }) {
+    const auto widgets = readWidgets(json::parse(
+        std::string(R"([{"kind":"k","displayName":"n","description":"d","families":[],"opens":[)") + target + "]}]"));
+    ASSERT_TRUE(widgets) << target;
+    EXPECT_TRUE(widgets->at(0).opens.empty()) << target;
   }
 }
 

@@ -112,5 +112,35 @@ TEST_P(PaletteContrast, ReadableAccentStaysAsItIsAndNothingElseChanges) {
 INSTANTIATE_TEST_SUITE_P(Palette, PaletteContrast, ::testing::Values(Appearance::light, Appearance::dark),
                          [](const auto& given) { return given.param == Appearance::dark ? "Dark" : "Light"; });
 
+/// What a board's texts lie on where this is behind the board.
+Colour paperOver(const Palette& colours, const Colour& behind) { return blended(colours.background, behind); }
+
+TEST(Backdrop, LeavesEveryTextReadableOnAnyPicture) {
+  const std::optional<Colour> accents[] = {std::nullopt, Colour{255, 220, 0}, Colour{0, 0, 64}, Colour{128, 128, 128}};
+  for (const auto appearance : {Appearance::light, Appearance::dark}) {
+    for (const auto& accent : accents) {
+      const Palette colours = palette(appearance, accent, Backdrop::none);
+      ASSERT_LT(colours.background.opacity, 1);
+      for (int step = 0; step < 6 * 6 * 6; ++step) {
+        const auto channel = [&](int divisor) { return static_cast<std::uint8_t>(step / divisor % 6 * 51); };
+        const Colour paper = paperOver(colours, {channel(1), channel(6), channel(36)});
+        for (const Colour& text :
+             {colours.primary, colours.secondary, colours.tertiary, colours.redRole, colours.tint}) {
+          EXPECT_GE(contrast(text, paper), 4.5) << int(appearance) << " step " << step;
+        }
+        Colour badge = colours.tint;
+        badge.opacity = 0.15;
+        EXPECT_GE(contrast(colours.tint, blended(badge, paper)), 4.5) << int(appearance) << " step " << step;
+      }
+    }
+  }
+}
+
+TEST(Backdrop, SolidOneIsTheUsualPalette) {
+  EXPECT_EQ(palette(Appearance::dark, Colour{1, 2, 3}, Backdrop::solid), palette(Appearance::dark, Colour{1, 2, 3}));
+  EXPECT_EQ(palette(Appearance::light, std::nullopt, Backdrop::translucent),
+            palette(Appearance::light, std::nullopt, Backdrop::none));
+}
+
 }  // namespace
 }  // namespace render

@@ -1,0 +1,150 @@
+// What the menu and its keys change on X11: zoom, appearance, background, lock and the start at login.
+#include "desktop/end_to_end/x11_fixture.hpp"
+#include "support/file_content.hpp"
+
+namespace end_to_end {
+namespace {
+
+using nlohmann::json;
+using support::Pixel;
+using testing::HasSubstr;
+
+class MenuOnX11 : public OnX11 {
+ protected:
+  void startWithKeyboard() {
+    place(display(), json::array({placed(1, "systemMedium", "screen", "topLeft", 200, 300)}));
+    start();
+    ASSERT_TRUE(boardsAre({board})) << host().said();
+    ASSERT_TRUE(host().says("a new timeline is shown")) << host().said();
+    focus(board);
+  }
+  void press(std::uint32_t key, const std::vector<std::uint32_t>& modifiers = {}) {
+    desktop().input().key(key, modifiers);
+  }
+  /// Chooses an item by the mnemonics that lead to it. Menus are windows that no window manager lists; the toolkit has
+  /// a tiny one of that kind beside them.
+  void choose(const std::vector<std::uint32_t>& mnemonics) {
+    const auto menus = [this] {
+      const auto managed = desktop().windows().stacking();
+      return std::ranges::count_if(windows(), [&](support::XWindow window) {
+        constexpr int tiny = 20;
+        const auto area = desktop().windows().areaOf(window);
+        return area && area->width > tiny && std::ranges::find(managed, window) == managed.end();
+      });
+    };
+    press(keys::menu);
+    for (std::size_t i = 0; i < mnemonics.size(); ++i) {
+      ASSERT_TRUE(eventually([&] { return menus() == std::ptrdiff_t(i) + 1; })) << "menu " << i;
+      press(mnemonics[i]);
+    }
+    ASSERT_TRUE(eventually([&] { return menus() == 0; })) << "the item closes the menu";
+  }
+  testing::AssertionResult comesToBeKept(const char* key, const json& value) {
+    if (eventually([&] { return placements(display()).value(key, json()) == value; })) {
+      return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << placements(display()) << host().said();
+  }
+  /// In the board, where the fake extension's has no text.
+  Pixel background() {
+    return desktop().screenshot().at(static_cast<std::uint32_t>(board.centre().x),
+                                     static_cast<std::uint32_t>(board.centre().y));
+  }
+
+  static constexpr ScreenArea board{200, 300, mediumWidth, mediumHeight};
+  /// From the bottom left corner, which is the nearest.
+  static constexpr ScreenArea zoomed{200, 300 + mediumHeight - 400, 600, 400};
+};
+
+TEST_F(MenuOnX11, ZoomIsThePersonsForEachWidgetAndStays) {
+  startWithKeyboard();
+  press('=', {keys::control});
+  EXPECT_TRUE(boardsAre({zoomed}));
+  EXPECT_TRUE(eventually([this] { return placedWidget(display(), 0)["zoom"] == 125; })) << placements(display());
+  start();
+  ASSERT_TRUE(boardsAre({zoomed}));
+  EXPECT_TRUE(comesToShowInside(zoomed, exported({"--scale", "1.25"}), "x11-zoomed"));
+  focus(zoomed);
+  press('0', {keys::control});
+  EXPECT_TRUE(boardsAre({board}));
+  press('-', {keys::control});
+  press('-', {keys::control});
+  EXPECT_TRUE(boardsAre({{200, 300 + mediumHeight - 256, 384, 256}})) << "80 % is the smallest";
+}
+
+TEST_F(MenuOnX11, LockedWidgetsCanNeitherBeDraggedNorMovedOrRemovedByKeysAlsoAfterARestart) {
+  startWithKeyboard();
+  press('l', {keys::control});
+  ASSERT_TRUE(comesToBeKept("locked", true));
+  for (int starts = 0; starts < 2; ++starts) {
+    if (starts > 0) {
+      start();
+      ASSERT_TRUE(boardsAre({board}));
+      ASSERT_TRUE(host().says("a new timeline is shown")) << host().said();
+      focus(board);
+    }
+    const auto from = board.centre();
+    desktop().input().drag(from, {from.x + 200, from.y - 100});
+    press(keys::right);
+    press('3');
+    press('=', {keys::control});
+    press(keys::deletion);
+    // What comes after it has been dealt with shows that nothing came of the others.
+    press(keys::f5);
+    ASSERT_TRUE(host().says("a new timeline is shown", 2)) << host().said();
+    EXPECT_EQ(areas(), std::vector{board});
+  }
+  choose({'b'});
+  ASSERT_TRUE(comesToBeKept("locked", false));
+  press(keys::right);
+  EXPECT_TRUE(boardsAre({{board.x + gap, board.y, board.width, board.height}}));
+}
+
+TEST_F(MenuOnX11, ChosenAppearanceGoesBeforeTheDesktopsAndStays) {
+  startWithKeyboard();
+  ASSERT_TRUE(comesToShowInside(board, exported(), "x11-menu-light"));
+  choose({'w', 'c'});
+  EXPECT_TRUE(comesToShowInside(board, exported({"--appearance", "dark"}), "x11-menu-dark"));
+  EXPECT_TRUE(comesToBeKept("appearance", "dark"));
+  start();
+  EXPECT_TRUE(comesToShowInside(board, exported({"--appearance", "dark"}), "x11-menu-dark-again"));
+  focus(board);
+  choose({'w', 's'});
+  EXPECT_TRUE(comesToShowInside(board, exported(), "x11-menu-system"));
+  EXPECT_TRUE(comesToBeKept("appearance", "system"));
+}
+
+TEST_F(MenuOnX11, DesktopIsSeenThroughATranslucentBoardAndThroughOneWithoutBackground) {
+  startDesktop({.compositing = true});
+  startWithKeyboard();
+  const Pixel white{255, 255, 255, 255};
+  ASSERT_TRUE(eventually([&] { return background() == white; }));
+  const Pixel beside = desktop().screenshot().at(100, 100);
+  choose({'w', 'r'});
+  const auto mixed = [](std::uint8_t below) { return static_cast<int>(0.75 * 255 + 0.25 * below); };
+  EXPECT_TRUE(eventually([&] {
+    const Pixel seen = background();
+    return std::abs(seen.red - mixed(beside.red)) <= 2 && std::abs(seen.green - mixed(beside.green)) <= 2 &&
+           std::abs(seen.blue - mixed(beside.blue)) <= 2;
+  })) << int(background().red);
+  EXPECT_TRUE(comesToBeKept("background", "translucent"));
+  choose({'w', 'b'});
+  EXPECT_TRUE(eventually([&] { return background() == beside; }));
+  EXPECT_TRUE(comesToBeKept("background", "none"));
+  // Without a compositing manager a board is solid.
+  desktop().endCompositing();
+  EXPECT_TRUE(eventually([&] { return background() == white; }));
+}
+
+TEST_F(MenuOnX11, WidgetsAreStartedAtLoginOnceTheItemIsChosenAndNoMoreOnceItIsChosenAgain) {
+  startWithKeyboard();
+  const std::string entry = hostEnvironment(display()).at("XDG_CONFIG_HOME") + "/autostart/vamba-desktop.desktop";
+  choose({'l'});
+  ASSERT_TRUE(eventually([&] { return std::filesystem::exists(entry); })) << host().said();
+  EXPECT_THAT(support::contentOf(entry), HasSubstr(std::string("\nTryExec=") + VAMBA_HOST + "\n"));
+  choose({'l'});
+  EXPECT_TRUE(eventually([&] { return !std::filesystem::exists(entry); })) << host().said();
+}
+
+}  // namespace
+}  // namespace end_to_end
