@@ -16,15 +16,28 @@ Placed* Placements::copy(int id) {
   return found == all_.end() ? nullptr : &*found;
 }
 
-std::optional<int> Placements::add(std::string kind, protocol::WidgetFamily family, Place place) {
-  if (all_.size() >= mostCopies) return std::nullopt;
+int Placements::freeId() const {
   int id = 1;
   for (const Placed& placed : all_) {
     if (placed.id < std::numeric_limits<int>::max()) id = std::max(id, placed.id + 1);
   }
   // Happens only after a file that holds the largest possible id.
   while (find(id) != nullptr) id = id == std::numeric_limits<int>::max() ? 1 : id + 1;
+  return id;
+}
+
+std::optional<int> Placements::add(std::string kind, protocol::WidgetFamily family, Place place) {
+  if (all_.size() >= mostCopies) return std::nullopt;
+  const int id = freeId();
   all_.push_back({id, std::move(kind), family, std::move(place)});
+  return id;
+}
+
+std::optional<int> Placements::restore(Placed placed, std::size_t position) {
+  if (all_.size() >= mostCopies) return std::nullopt;
+  if (find(placed.id) != nullptr) placed.id = freeId();
+  const int id = placed.id;
+  all_.insert(all_.begin() + static_cast<std::ptrdiff_t>(std::min(position, all_.size())), std::move(placed));
   return id;
 }
 

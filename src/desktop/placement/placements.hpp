@@ -43,6 +43,10 @@ class Placements {
   /// Returns the id of the new copy. If `mostCopies` are placed already, adds nothing and returns none.
   std::optional<int> add(std::string kind, protocol::WidgetFamily family, Place place);
 
+  /// Puts a removed copy back at its position in the order. Returns its id: a new one if another copy has got the old
+  /// one meanwhile. If `mostCopies` are placed already, adds nothing and returns none.
+  std::optional<int> restore(Placed placed, std::size_t position);
+
   // These change nothing if no copy has the id.
   void remove(int id);
   void setKind(int id, std::string kind);
@@ -54,6 +58,7 @@ class Placements {
 
  private:
   Placed* copy(int id);
+  int freeId() const;
 
   std::vector<Placed> all_;
 };

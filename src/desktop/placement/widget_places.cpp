@@ -82,6 +82,12 @@ bool WidgetPlaces::remove(int id) {
   return true;
 }
 
+std::optional<int> WidgetPlaces::restore(const Placed& placed, std::size_t position) {
+  const auto id = placements_.restore(placed, position);
+  arrangeAll();
+  return id;
+}
+
 bool WidgetPlaces::nameKind(const std::string& kind) {
   bool named = false;
   for (const auto& placed : std::vector(all().begin(), all().end())) {

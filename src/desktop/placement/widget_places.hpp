@@ -46,6 +46,8 @@ class WidgetPlaces {
   bool resize(int id, protocol::WidgetFamily family);
   bool zoom(int id, int percent);
   bool remove(int id);
+  /// See `Placements::restore`.
+  std::optional<int> restore(const Placed& placed, std::size_t position);
   /// Sets the kind of copies that were placed before it was known.
   bool nameKind(const std::string& kind);
 

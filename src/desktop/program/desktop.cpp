@@ -41,8 +41,9 @@ Desktop::Desktop(Parts parts, host::ExtensionSettings extension)
       firstWidgetWanted_(places_.empty() && (parts_.placements.firstStart || parts_.placements.notice)),
       boards_(language_),
       keyboard_(parts_.way, windows_, places_),
-      gallery_(texts_,
-               {.add = [this](protocol::WidgetFamily family) { add(family); }, .closed = [this] { galleryClosed(); }}),
+      gallery_(texts_, {.add = [this](protocol::WidgetFamily family) { add(family); },
+                        .undoRemoval = [this] { undoRemoval(); },
+                        .closed = [this] { galleryClosed(); }}),
       feed_(
           std::move(extension),
           [this](host::FeedNews news) {
@@ -102,9 +103,16 @@ void Desktop::arrangeWindows() {
       if (window) window->hide();
       continue;
     }
-    if (!window) window = std::make_unique<BoardWindow>(placed.id, parts_.way, *this, texts_);
+    if (!window) {
+      window = std::make_unique<BoardWindow>(placed.id, parts_.way, *this, texts_);
+      window->setTooltip(reloadTooltip(texts_, reloads_, absl::Now()));
+    }
     showPicture(placed);
     window->place(surfacePlace(where->rect, where->monitor));
+    // Where another board has taken the place of a removed one, only the keyboard and the menu undo that.
+    for (const auto& removed : removed_) {
+      if (removed.window && overlap(removed.rect, where->rect)) removed.window->hide();
+    }
   }
 }
 
@@ -151,7 +159,21 @@ void Desktop::heard(const host::FeedBoards& boards) {
   }
   const bool loaded = boards.origin == host::BoardOrigin::load;
   if (loaded && boards.holds == host::BoardHolds::day) reloads_.last = absl::Now();
+  reloadsChanged();
   if (loaded) parts_.journal.sayIfVerbose("a new timeline is shown");
+}
+
+void Desktop::heard(const host::ReloadPlanned& planned) {
+  reloads_.next = planned.at;
+  reloadsChanged();
+}
+
+/// Also where nothing has changed: the lines name a date once their day is over.
+void Desktop::reloadsChanged() {
+  const std::string tooltip = reloadTooltip(texts_, reloads_, absl::Now());
+  for (const auto& [id, window] : windows_) {
+    if (window) window->setTooltip(tooltip);
+  }
 }
 
 void Desktop::heard(const host::ExtensionFailure& failure) {
@@ -218,7 +240,8 @@ MenuState Desktop::menuState(int id) const {
           .canOpen = !widget_.opens.empty(),
           .reloads = reloads_,
           .settings = settings_,
-          .startsAtLogin = loginStart_.isOn()};
+          .startsAtLogin = loginStart_.isOn(),
+          .canUndoRemoval = !removed_.empty()};
 }
 
 void Desktop::add(protocol::WidgetFamily family) {
@@ -228,18 +251,59 @@ void Desktop::add(protocol::WidgetFamily family) {
 }
 
 void Desktop::remove(int id) {
-  if (!places_.remove(id)) return;
-  dropWindow(id);
+  const auto all = places_.all();
+  const auto found = std::ranges::find(all, id, &Placed::id);
+  if (found == all.end()) return;
+  const auto* const where = places_.arranged(id);
+  const int removal = ++removals_;
+  removed_.push_back({.removal = removal,
+                      .placed = *found,
+                      .position = static_cast<std::size_t>(found - all.begin()),
+                      .rect = where == nullptr ? Rect{} : where->rect,
+                      .window = nullptr});
+  if (auto window = windows_.extract(id); !window.empty() && window.mapped()) {
+    // The button's own handler may be running when it is called.
+    window.mapped()->offerUndo([this, removal] { MainLoop::post([this, removal] { undo(removal); }); });
+    removed_.back().window = std::move(window.mapped());
+  }
+  constexpr absl::Duration undoable = absl::Seconds(10);
+  MainLoop::postAfter(undoable, [this, removal] { finish(removal); });
+  places_.remove(id);
   placesChanged();
   if (places_.empty()) openGallery();
 }
 
+void Desktop::undoRemoval() {
+  if (!removed_.empty()) undo(removed_.back().removal);
+}
+
+void Desktop::undo(int removal) {
+  const auto found = std::ranges::find(removed_, removal, &Removed::removal);
+  if (found == removed_.end()) return;
+  Removed removed = std::move(*found);
+  removed_.erase(found);
+  const auto id = places_.restore(removed.placed, removed.position);
+  if (id == removed.placed.id && removed.window) {
+    removed.window->withdrawUndo();
+    windows_[*id] = std::move(removed.window);
+  }
+  destroyLater(std::move(removed.window));
+  placesChanged();
+}
+
+void Desktop::finish(int removal) {
+  const auto found = std::ranges::find(removed_, removal, &Removed::removal);
+  if (found == removed_.end()) return;
+  destroyLater(std::move(found->window));
+  removed_.erase(found);
+  if (!gallery_.isOpen()) galleryClosed();
+}
+
 /// One of the window's own handlers may be running, so it is hidden now and destroyed after they have returned.
-void Desktop::dropWindow(int id) {
-  auto window = windows_.extract(id);
-  if (window.empty()) return;
-  window.mapped()->hide();
-  MainLoop::postWhenIdle([doomed = std::shared_ptr<BoardWindow>(std::move(window.mapped()))] {});
+void Desktop::destroyLater(std::unique_ptr<BoardWindow> window) {
+  if (!window) return;
+  window->hide();
+  MainLoop::postWhenIdle([doomed = std::shared_ptr<BoardWindow>(std::move(window))] {});
 }
 
 void Desktop::placesChanged() {
@@ -265,6 +329,7 @@ void Desktop::feedFamilies() {
 
 void Desktop::reload() {
   reloads_.next.reset();
+  reloadsChanged();
   feed_.post([](host::Feed& feed) { feed.reload(); });
 }
 
@@ -284,7 +349,7 @@ void Desktop::focusBoards() {
 
 void Desktop::galleryClosed() {
   // That was the last window.
-  if (places_.empty() && !firstWidgetWanted_) quit();
+  if (places_.empty() && removed_.empty() && !firstWidgetWanted_) quit();
 }
 
 }  // namespace desktop

@@ -58,6 +58,7 @@ class Desktop final : public BoardCommands {
   void step(int id, Direction direction) override;
   void resize(int id, protocol::WidgetFamily family) override;
   void remove(int id) override;
+  void undoRemoval() override;
   void open(std::uint32_t time) override { parts_.opening.open(widget_.opens, time); }
   void reload() override;
   void zoom(int id, int percent) override;
@@ -74,11 +75,12 @@ class Desktop final : public BoardCommands {
   void heard(const host::WidgetDeclaration& widget);
   void heard(const host::FeedBoards& boards);
   void heard(const host::ExtensionFailure& failure);
-  void heard(const host::ReloadPlanned& planned) { reloads_.next = planned.at; }
+  void heard(const host::ReloadPlanned& planned);
 
   Size sizeOf(protocol::WidgetFamily family) const;
   void add(protocol::WidgetFamily family);
   void galleryClosed();
+  void reloadsChanged();
   void applyLook();
   void monitorsSettleSoon();
   void monitorsChanged();
@@ -88,7 +90,18 @@ class Desktop final : public BoardCommands {
   SurfacePlace surfacePlace(const Rect& rect, std::size_t monitor) const;
   void showPicture(const Placed& placed);
   void feedFamilies();
-  void dropWindow(int id);
+  void undo(int removal);
+  void finish(int removal);
+  static void destroyLater(std::unique_ptr<BoardWindow> window);
+
+  /// A copy that can still be brought back. It is no longer among the places, so a program that ends has removed it.
+  struct Removed {
+    int removal;  ///< counts removals
+    Placed placed;
+    std::size_t position;
+    Rect rect;
+    std::unique_ptr<BoardWindow> window;  ///< with a button; null if the copy was not shown
+  };
 
   Parts parts_;
   host::Language language_;
@@ -105,6 +118,8 @@ class Desktop final : public BoardCommands {
   bool monitorsPending_ = false;
   KeyboardFocus::Windows windows_;
   KeyboardFocus keyboard_;
+  std::vector<Removed> removed_;
+  int removals_ = 0;
   Gallery gallery_;
   std::vector<protocol::WidgetFamily> fedFamilies_;  ///< the sizes that the feed was last asked for
   host::WidgetDeclaration widget_;

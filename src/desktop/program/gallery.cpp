@@ -11,7 +11,8 @@ void Gallery::open(const host::WidgetDeclaration& widget) {
   if (!window_) {
     // The window is destroyed after its own handlers have returned.
     const auto closed = [this] { MainLoop::postWhenIdle([this] { close(); }); };
-    window_ = std::make_unique<GalleryWindow>(texts_, GalleryWindow::Actions{.add = actions_.add, .closed = closed});
+    window_ = std::make_unique<GalleryWindow>(
+        texts_, GalleryWindow::Actions{.add = actions_.add, .undoRemoval = actions_.undoRemoval, .closed = closed});
     window_->setTextScale(textScale_);
     window_->describe(widget);
   }

@@ -99,15 +99,24 @@ host::CommandResult run(const host::CommandLine& line) {
       running->openGallery();
     }
   });
-  if (!instance.claim(line.focus ? Request::focus : Request::gallery)) {
-    journal.say(line.focus ? "the widgets are on the desktop already; they come to the front"
-                           : "the widgets are on the desktop already; their gallery opens");
-    return {};
+  switch (instance.claim(line.focus ? Request::focus : Request::gallery)) {
+    case SingleInstance::Claim::told:
+      journal.say(line.focus ? "the widgets are on the desktop already; they come to the front"
+                             : "the widgets are on the desktop already; their gallery opens");
+      return {};
+    case SingleInstance::Claim::refused:
+      return failure("the widgets are on the desktop already, and there is no session bus to reach them by");
+    case SingleInstance::Claim::first:
+      break;
   }
 
   auto store = placementStore(journal);
   auto loaded = store ? store->load() : LoadedPlacements{.firstStart = true};
   if (loaded.notice) journal.say(*loaded.notice);
+  if (line.atLogin && loaded.placements.empty() && !loaded.firstStart && !loaded.notice) {
+    journal.sayIfVerbose("no widget is placed, so nothing is started at login");
+    return {};
+  }
   std::optional<PlacementSaver> saver;
   if (store) saver.emplace(*std::move(store), [&journal](const std::string& why) { journal.say(why); });
 

@@ -1,9 +1,35 @@
 #include "desktop/program/single_instance.hpp"
 
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include "base/files/replace_file.hpp"
 #include "desktop/appearance/appearance_portal.hpp"
+#include "desktop/placement/placement_store.hpp"
 
 namespace desktop {
 namespace {
+
+base::FileDescriptor openLock(const std::filesystem::path& file) {
+  return base::FileDescriptor(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+}
+
+/// The file is never removed: a start that has opened it before could lock it in vain.
+base::FileDescriptor lockFile() {
+  const auto variable = [](const char* name) -> const char* { return std::getenv(name); };
+  const char* const runtime = variable("XDG_RUNTIME_DIR");
+  if (runtime != nullptr && *runtime == '/') {
+    if (auto lock = openLock(std::filesystem::path(runtime) / "vamba-desktop.lock"); lock.isOpen()) return lock;
+  }
+  const auto placements = placementsFile(variable);
+  if (!placements || !base::makeFolders(placements->parent_path())) return {};
+  return openLock(placements->parent_path() / "desktop.lock");
+}
 
 constexpr const char* focusAction = "focus";
 
@@ -18,20 +44,25 @@ SingleInstance::SingleInstance(std::function<void(Request)> calledAgain) : calle
   g_action_map_add_action(G_ACTION_MAP(application_.get()), G_ACTION(focus.get()));
 }
 
-bool SingleInstance::claim(Request request) {
+SingleInstance::Claim SingleInstance::claim(Request request) {
   // A bus that can't be reached is treated like none.
-  if (!application_ || g_application_register(application_.get(), nullptr, nullptr) == FALSE) return true;
-  GDBusConnection* const bus = g_application_get_dbus_connection(application_.get());
-  // By default, the process would end when the bus does.
-  if (bus != nullptr) g_dbus_connection_set_exit_on_close(bus, FALSE);
-  if (g_application_get_is_remote(application_.get()) == FALSE) return true;
-  if (request == Request::focus) {
-    g_action_group_activate_action(G_ACTION_GROUP(application_.get()), focusAction, nullptr);
-  } else {
-    g_application_activate(application_.get());
+  if (application_ && g_application_register(application_.get(), nullptr, nullptr) != FALSE) {
+    GDBusConnection* const bus = g_application_get_dbus_connection(application_.get());
+    // By default, the process would end when the bus does.
+    if (bus != nullptr) g_dbus_connection_set_exit_on_close(bus, FALSE);
+    if (g_application_get_is_remote(application_.get()) != FALSE) {
+      if (request == Request::focus) {
+        g_action_group_activate_action(G_ACTION_GROUP(application_.get()), focusAction, nullptr);
+      } else {
+        g_application_activate(application_.get());
+      }
+      g_dbus_connection_flush_sync(bus, nullptr, nullptr);
+      return Claim::told;
+    }
   }
-  g_dbus_connection_flush_sync(bus, nullptr, nullptr);
-  return false;
+  lock_ = lockFile();
+  const bool taken = lock_.isOpen() && flock(lock_.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  return taken ? Claim::refused : Claim::first;
 }
 
 void SingleInstance::activated() { calledAgain_(Request::gallery); }

@@ -1,5 +1,9 @@
 #include "desktop/texts/texts.hpp"
 
+#include <utility>
+
+#include <absl/strings/str_join.h>
+
 #include "platform/calendar/clock.hpp"
 
 namespace desktop {
@@ -24,6 +28,7 @@ constexpr Texts polish{
     .startAtLogin = "Uruchamiaj po za_logowaniu",
     .add = "_Dodaj widżet…",
     .remove = "_Usuń widżet",
+    .undoRemoval = "_Cofnij usunięcie",
     .reloadNow = "_Odśwież teraz",
     .reloading = "Trwa odświeżanie…",
     .lastReload = "Ostatnie odświeżenie: %s",
@@ -60,6 +65,7 @@ constexpr Texts english{
     .startAtLogin = "S_tart at login",
     .add = "A_dd widget…",
     .remove = "_Remove widget",
+    .undoRemoval = "_Undo removal",
     .reloadNow = "Refresh _now",
     .reloading = "Refreshing…",
     .lastReload = "Last refresh: %s",
@@ -96,6 +102,7 @@ constexpr Texts lithuanian{
     .startAtLogin = "Pa_leisti prisijungus",
     .add = "_Pridėti valdiklį…",
     .remove = "Pa_šalinti valdiklį",
+    .undoRemoval = "A_tšaukti pašalinimą",
     .reloadNow = "_Atnaujinti dabar",
     .reloading = "Atnaujinama…",
     .lastReload = "Paskutinis atnaujinimas: %s",
@@ -139,6 +146,12 @@ std::vector<std::string> reloadLines(const Texts& texts, const ReloadTimes& time
   add(texts.lastReload, times.last);
   add(texts.nextReload, times.next);
   return lines;
+}
+
+std::string reloadTooltip(const Texts& texts, const ReloadTimes& times, absl::Time now) {
+  auto lines = reloadLines(texts, times, now);
+  if (!times.next) lines.emplace_back(texts.reloading);
+  return absl::StrJoin(lines, "\n");
 }
 
 }  // namespace desktop

@@ -32,6 +32,7 @@ struct Texts {
   const char* startAtLogin;
   const char* add;
   const char* remove;
+  const char* undoRemoval;
   const char* reloadNow;
   const char* reloading;   ///< in place of `reloadNow` while it is under way
   const char* lastReload;  ///< with "%s" for the time
@@ -61,5 +62,9 @@ struct ReloadTimes {
 /// Lines about the last and the next refresh, with their times in the device's time zone: "Last refresh: 12:30". A time
 /// of another day has its date before it: "Last refresh: 2026-03-01 23:58". Lines for absent times are left out.
 std::vector<std::string> reloadLines(const Texts& texts, const ReloadTimes& times, absl::Time now);
+
+/// These lines for a board's tooltip, where one that says "Refreshing…" stands for the next refresh while it is under
+/// way.
+std::string reloadTooltip(const Texts& texts, const ReloadTimes& times, absl::Time now);
 
 }  // namespace desktop

@@ -28,6 +28,7 @@ struct MenuState {
   ReloadTimes reloads;
   DesktopSettings settings;
   bool startsAtLogin = false;
+  bool canUndoRemoval = false;
 };
 
 /// `id` is that of a placed copy. The copy and its window may be removed during a call.
@@ -43,7 +44,10 @@ class BoardCommands {
   virtual void step(int id, Direction direction) = 0;
   virtual void resize(int id, protocol::WidgetFamily family) = 0;
   virtual void zoom(int id, int percent) = 0;
+  /// Can be undone for ten seconds.
   virtual void remove(int id) = 0;
+  /// Brings back the copy that was removed last.
+  virtual void undoRemoval() = 0;
   virtual void openGallery() = 0;
   /// Opens what the widget is for. `time` is the display's time of the click or key.
   virtual void open(std::uint32_t time) = 0;

@@ -153,7 +153,11 @@ struct Items {
     gtk_widget_set_sensitive(open, state.canOpen ? TRUE : FALSE);
     append(menu, open);
     append(menu, gtk_separator_menu_item_new());
-    append(menu, item(texts.reloadNow, {GDK_KEY_F5}, [&commands = commands] { commands.reload(); }));
+    const bool reloading = !state.reloads.next;
+    GtkWidget* const reload = item(reloading ? texts.reloading : texts.reloadNow, {GDK_KEY_F5},
+                                   [&commands = commands] { commands.reload(); });
+    gtk_widget_set_sensitive(reload, reloading ? FALSE : TRUE);
+    append(menu, reload);
     for (const auto& line : reloadLines(texts, state.reloads, absl::Now())) append(menu, remark(line));
     append(menu, gtk_separator_menu_item_new());
     append(menu, submenu(texts.size, sizes()));
@@ -168,6 +172,10 @@ struct Items {
     append(menu, gtk_separator_menu_item_new());
     append(menu, item(texts.add, {GDK_KEY_Insert}, [&commands = commands] { commands.openGallery(); }));
     append(menu, item(texts.remove, {GDK_KEY_Delete}, [&commands = commands, id = id] { commands.remove(id); }));
+    if (state.canUndoRemoval) {
+      append(menu, item(texts.undoRemoval, {GDK_KEY_z, GDK_CONTROL_MASK},
+                        [&commands = commands] { commands.undoRemoval(); }));
+    }
     append(menu, gtk_separator_menu_item_new());
     append(menu, item(texts.quit, {GDK_KEY_q, GDK_CONTROL_MASK}, [&commands = commands] { commands.quit(); }));
   }

@@ -9,6 +9,7 @@
 #include "desktop/windows/board_area.hpp"
 #include "desktop/windows/board_menu.hpp"
 #include "desktop/windows/gobject.hpp"
+#include "desktop/windows/loading_board.hpp"
 
 namespace desktop {
 namespace {
@@ -77,6 +78,8 @@ BoardWindow::BoardWindow(int id, DisplayWay way, BoardCommands& commands, const 
   connect<&BoardWindow::keyPressed>(window, "key-press-event", this);
   connect<&BoardWindow::menuKeyPressed>(window, "popup-menu", this);
   connect<&BoardWindow::activeChanged>(window, "notify::is-active", this);
+  gtk_widget_set_has_tooltip(window, TRUE);
+  connect<&BoardWindow::tooltipAsked>(window, "query-tooltip", this);
   connect<&BoardWindow::openAsked>(area_, "open-asked", this);
   connect<&BoardWindow::menuAsked>(area_, "menu-asked", this);
   gtk_container_add(GTK_CONTAINER(window), area_);
@@ -104,6 +107,47 @@ void BoardWindow::show(std::shared_ptr<BoardPicture> picture, const std::string&
 
 void BoardWindow::activeChanged(GParamSpec* /*property*/) { commands_.activeChanged(); }
 
+void BoardWindow::offerUndo(std::function<void()> undo) {
+  endDrag();
+  undo_ = std::move(undo);
+  auto* const window = GTK_CONTAINER(surface_.widget());
+  BoardLook look = picture_->look();
+  look.backdrop = render::Backdrop::solid;
+  surface_.show(std::make_shared<BoardPicture>(picture_->family(), emptyBoard(), std::move(look)));
+  g_object_ref(area_);
+  removedArea_.reset(area_);
+  gtk_container_remove(window, area_);
+  undoButton_ = gtk_button_new_with_mnemonic(texts_.undoRemoval);
+  gtk_widget_set_halign(undoButton_, GTK_ALIGN_CENTER);
+  gtk_widget_set_valign(undoButton_, GTK_ALIGN_CENTER);
+  connect<&BoardWindow::undoClicked>(undoButton_, "clicked", this);
+  gtk_container_add(window, undoButton_);
+  gtk_widget_show(undoButton_);
+  gtk_widget_grab_focus(undoButton_);
+  gtk_window_set_title(GTK_WINDOW(window), gtk_label_get_text(GTK_LABEL(gtk_bin_get_child(GTK_BIN(undoButton_)))));
+}
+
+void BoardWindow::withdrawUndo() {
+  if (undoButton_ == nullptr) return;
+  gtk_widget_destroy(std::exchange(undoButton_, nullptr));
+  gtk_container_add(GTK_CONTAINER(surface_.widget()), area_);
+  removedArea_.reset();
+  gtk_widget_grab_focus(area_);
+}
+
+void BoardWindow::setTooltip(const std::string& text) {
+  tooltip_ = text;
+  gtk_widget_trigger_tooltip_query(surface_.widget());
+}
+
+/// Over the board's header alone, where it hides nothing of the day.
+gboolean BoardWindow::tooltipAsked(gint /*x*/, gint y, gboolean byKeyboard, GtkTooltip* tooltip) {
+  constexpr double header = 0.15;  // of the height
+  if (undoButton_ != nullptr || (byKeyboard == FALSE && y > header * place_.size.height)) return FALSE;
+  gtk_tooltip_set_text(tooltip, tooltip_.c_str());
+  return TRUE;
+}
+
 void BoardWindow::place(const SurfacePlace& place) {
   place_ = place;
   surface_.place(place);
@@ -122,6 +166,7 @@ gboolean BoardWindow::pressed(GdkEventButton* event) {
   gtk_window_set_focus_visible(GTK_WINDOW(surface_.widget()), FALSE);
   // Window managers do not focus docks by themselves.
   if (way_ == DisplayWay::x11) surface_.activate(event->time);
+  if (undoButton_ != nullptr) return FALSE;
   if (gdk_event_triggers_context_menu(reinterpret_cast<GdkEvent*>(event)) != FALSE) {
     popUpBoardMenu(surface_.widget(), id_, commands_, texts_, reinterpret_cast<GdkEvent*>(event));
     return TRUE;
@@ -243,6 +288,7 @@ void BoardWindow::forgetMove() {
 }
 
 gboolean BoardWindow::keyPressed(GdkEventKey* event) {
+  if (undoButton_ != nullptr && event->keyval != GDK_KEY_z) return FALSE;
   const guint modifiers = event->state & static_cast<guint>(gtk_accelerator_get_default_mod_mask());
   if (drag_ && event->keyval == GDK_KEY_Escape) {
     endDrag();
@@ -322,6 +368,9 @@ gboolean BoardWindow::controlKeyPressed(guint key) {
       commands_.choose(toggled);
       return TRUE;
     }
+    case GDK_KEY_z:
+      commands_.undoRemoval();
+      return TRUE;
     case GDK_KEY_q:
       commands_.quit();
       return TRUE;
@@ -331,6 +380,7 @@ gboolean BoardWindow::controlKeyPressed(guint key) {
 }
 
 gboolean BoardWindow::menuKeyPressed() {
+  if (undoButton_ != nullptr) return FALSE;
   popUpBoardMenu(surface_.widget(), id_, commands_, texts_, nullptr);
   return TRUE;
 }

@@ -2,6 +2,7 @@
 // board to screen readers. Drawing and stacking are board_surface.hpp's.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -25,7 +26,13 @@ class BoardWindow {
 
   void show(std::shared_ptr<BoardPicture> picture, const std::string& widgetName);
   void place(const SurfacePlace& place);
+  void setTooltip(const std::string& text);
   void hide() { surface_.hide(); }
+
+  /// Shows a button in place of the board, which keeps the keyboard. The button calls `undo`.
+  void offerUndo(std::function<void()> undo);
+  /// Shows the board again.
+  void withdrawUndo();
   void askToBeShown() { surface_.askToBeShown(); }
 
   void bringToFront() { surface_.setDepth(BoardSurface::Depth::front); }
@@ -54,12 +61,14 @@ class BoardWindow {
   gboolean keyPressed(GdkEventKey* event);
   gboolean controlKeyPressed(guint key);
   gboolean menuKeyPressed();
+  gboolean tooltipAsked(gint x, gint y, gboolean byKeyboard, GtkTooltip* tooltip);
   void openAsked() { commands_.open(GDK_CURRENT_TIME); }
   void menuAsked() { menuKeyPressed(); }
   void activeChanged(GParamSpec* property);
   void dragTo(Point origin, Snapping snapping);
   void showImages(Point origin);
   void showOutline();
+  void undoClicked() { undo_(); }
   void endDrag();
   Point pointerAt(double x, double y, double rootX, double rootY) const;
 
@@ -72,6 +81,10 @@ class BoardWindow {
   std::shared_ptr<BoardPicture> picture_;
   SurfacePlace place_;
   std::optional<Drag> drag_;
+  std::string tooltip_;
+  GtkWidget* undoButton_ = nullptr;  ///< while the copy is removed
+  std::function<void()> undo_;
+  OwnedObject<GtkWidget> removedArea_;  ///< `area_` while the button is in its place
   bool opened_ = false;  ///< the last press was a click: the further ones of a double click open nothing more
   /// Images of the board follow the pointer on Wayland, where the board's own window stays: one on each monitor that
   /// shows a part of it.

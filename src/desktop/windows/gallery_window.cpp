@@ -204,6 +204,11 @@ void GalleryWindow::present() {
 }
 
 gboolean GalleryWindow::keyPressed(GdkEventKey* event) {
+  const guint modifiers = event->state & static_cast<guint>(gtk_accelerator_get_default_mod_mask());
+  if (event->keyval == GDK_KEY_z && modifiers == GDK_CONTROL_MASK) {
+    actions_.undoRemoval();
+    return TRUE;
+  }
   if (event->keyval != GDK_KEY_Escape) return FALSE;
   actions_.closed();
   return TRUE;

@@ -21,6 +21,7 @@ class GalleryWindow {
  public:
   struct Actions {
     std::function<void(protocol::WidgetFamily family)> add;
+    std::function<void()> undoRemoval;
     std::function<void()> closed;  ///< the window may be destroyed in it
   };
 

@@ -36,4 +36,8 @@ BoardContent loadingBoard() {
   return {.view = std::move(view), .redaction = render::Redaction::placeholder};
 }
 
+BoardContent emptyBoard() {
+  return {.view = VStack({}, {}).containerBackground(protocol::ContainerBackground::background)};
+}
+
 }  // namespace desktop

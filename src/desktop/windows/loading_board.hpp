@@ -8,4 +8,7 @@ namespace desktop {
 /// A board with bars in place of texts.
 BoardContent loadingBoard();
 
+/// The board's background alone.
+BoardContent emptyBoard();
+
 }  // namespace desktop

@@ -70,7 +70,7 @@ std::string systemdUnit(const std::filesystem::path& program) {
          "[Service]\n"
          "ExecStart=:" +
          quoted +
-         " desktop\n"
+         " desktop --at-login\n"
          "Restart=on-failure\n"
          "RestartSec=5\n" +
          std::string(hardening) +
@@ -89,7 +89,7 @@ std::string autostartEntry(const std::filesystem::path& program) {
          "Comment[pl]=Widżety Vamby na pulpicie\n"
          "Comment[lt]=Vamba valdikliai darbalaukyje\n"
          "TryExec=" +
-         entryString(program.string()) + "\nExec=" + entryString(quoted + " desktop") +
+         entryString(program.string()) + "\nExec=" + entryString(quoted + " desktop --at-login") +
          "\nTerminal=false\n"
          "NoDisplay=true\n" +
          std::string(programKey) + entryString(doubledPercent(program.string())) + "\n";

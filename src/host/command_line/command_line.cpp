@@ -195,6 +195,7 @@ class Parser {
     auto& desktop = add("desktop", Command::desktop, "Show the widgets on the desktop, until you quit.");
     desktop.add_flag("--focus", line_.focus, "bring the widgets to the front and focus the first");
     desktop.add_flag("--verbose", line_.verbose, "say on standard error how and when windows are shown");
+    desktop.add_flag("--at-login", line_.atLogin, "end at once if no widget is placed (used by autostart)");
     auto& autostart = add("autostart", Command::autostart, "Start the widgets at login.");
     addChoice(autostart, "action", line_.autostart, autostartActions, "turn on, turn off, or show the status");
     autostart.get_option("action")->required();

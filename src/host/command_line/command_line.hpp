@@ -40,6 +40,7 @@ struct CommandLine {
   double scale = 1;
   Appearance appearance = Appearance::light;
   bool verbose = false;  ///< say on standard error what is done
+  bool atLogin = false;  ///< `desktop` is started with a session and not by hand
   AutostartAction autostart = AutostartAction::status;
   bool focus = false;                  ///< `desktop` brings the widgets to the front
   std::optional<std::string> address;  ///< of the service, for `sign-in`

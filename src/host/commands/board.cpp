@@ -10,7 +10,6 @@
 #include "host/commands/persistence.hpp"
 #include "host/diagnostics/diagnostics.hpp"
 #include "host/doctor/environment_findings.hpp"
-#include "host/extension/extension_session.hpp"
 
 namespace host {
 namespace {
@@ -26,10 +25,9 @@ std::expected<Entry, CommandFailure> entryInFile(const std::string& name) {
   const auto wrong = [](const std::string& message) {
     return std::unexpected(CommandFailure{exit_status::wrongCommandLine, message});
   };
-  // As long as an entry may be in an answer of the extension.
-  const auto text = readAll(name, longestAnswer);
+  const auto text = readAll(name);
   if (!text) return wrong(text.error());
-  auto entry = base::parseJson(*text, mostValues);
+  auto entry = base::parseJson(*text);
   if (!entry) return wrong((name == "-" ? "standard input" : name) + " does not hold an entry: " + entry.error());
   return entryFrom(*entry);
 }

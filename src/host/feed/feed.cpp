@@ -58,6 +58,7 @@ void Feed::handleWakeUps() {
 
 void Feed::reload() {
   if (families_.empty()) return;
+  listener_(ReloadPlanned{});
   // A clock that is set during the load is noticed after it.
   planRedraw();
   const auto wait = load();

@@ -40,6 +40,7 @@ struct FeedBoards {
 };
 
 /// When the next timeline is asked for; none while it is not known.
+/// Reported as none when a load begins.
 struct ReloadPlanned {
   std::optional<absl::Time> at;
 };

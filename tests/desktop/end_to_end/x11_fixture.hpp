@@ -44,9 +44,11 @@ class OnX11 : public testing::Test {
     const auto types = desktop().windows().atoms(window, "_NET_WM_WINDOW_TYPE");
     return std::ranges::find(types, "_NET_WM_WINDOW_TYPE_DOCK") != types.end();
   }
+  /// Whether the window has the button that brings back a removed board, in its place.
+  bool isUndo(support::XWindow window) { return desktop().windows().title(window) == "Cofnij usunięcie"; }
   std::vector<support::XWindow> boards() {
     auto found = windows();
-    std::erase_if(found, [this](support::XWindow window) { return !isBoard(window); });
+    std::erase_if(found, [this](support::XWindow window) { return !isBoard(window) || isUndo(window); });
     return found;
   }
   /// The areas of the boards, ordered from left to right and then from top to bottom.

@@ -212,6 +212,64 @@ TEST_F(InputOnX11, DeleteRemovesAndOpensTheGalleryWhenNoneIsLeft) {
   EXPECT_EQ(host().exitStatus(), 0);
 }
 
+TEST_F(InputOnX11, RemovedWidgetComesBackByTheKeyByTheButtonInItsPlaceAndByTheMenu) {
+  startWithTwo();
+  ASSERT_TRUE(eventually([this] { return placedCount() == 2; }));
+  press(keys::deletion);
+  ASSERT_TRUE(boardsAre({small}));
+  EXPECT_TRUE(eventually([this] { return placedCount() == 1; })) << "it is removed at once for a host that ends";
+  // The keyboard has stayed in its place.
+  press('z', {keys::control});
+  ASSERT_TRUE(boardsAre({medium, small}));
+  EXPECT_TRUE(eventually([this] { return placedWidget(display(), 0)["id"] == 1 && placedCount() == 2; }));
+
+  focus(medium);
+  press(keys::deletion);
+  ASSERT_TRUE(boardsAre({small}));
+  // As a hand does: a button is clicked by a pointer that has moved onto it.
+  desktop().input().moveTo({medium.x + 30, medium.y + 30});
+  desktop().input().moveTo(medium.centre());
+  desktop().input().click(medium.centre());
+  ASSERT_TRUE(boardsAre({medium, small}));
+
+  focus(medium);
+  press(keys::deletion);
+  ASSERT_TRUE(boardsAre({small}));
+  press(keys::enter);
+  EXPECT_TRUE(boardsAre({medium, small})) << "the button has the keyboard";
+}
+
+TEST_F(InputOnX11, RemovedWidgetIsGoneForGoodAfterAWhile) {
+  startWithTwo();
+  press(keys::deletion);
+  ASSERT_TRUE(boardsAre({small}));
+  const auto hasUndo = [this] {
+    return std::ranges::any_of(windows(), [this](support::XWindow window) { return isUndo(window); });
+  };
+  EXPECT_TRUE(eventually(hasUndo));
+  EXPECT_TRUE(eventually([&] { return !hasUndo(); }));
+  focus(small);
+  press('z', {keys::control});
+  press(keys::f5);
+  ASSERT_TRUE(host().says("a new timeline is shown", 2)) << host().said();
+  EXPECT_EQ(areas(), std::vector{small});
+}
+
+TEST_F(InputOnX11, LastWidgetComesBackFromTheGalleryThatItsRemovalOpened) {
+  place(display(), nlohmann::json::array({placed(1, "systemMedium", "screen", "topLeft", 200, 300)}));
+  start();
+  ASSERT_TRUE(boardsAre({medium}));
+  focus(medium);
+  press(keys::deletion);
+  ASSERT_TRUE(boardsAre({}));
+  awaitGallery();
+  press('z', {keys::control});
+  EXPECT_TRUE(boardsAre({medium}));
+  press(keys::escape);
+  EXPECT_TRUE(galleryCloses());
+  EXPECT_TRUE(eventually([this] { return placedCount() == 1; }));
+}
+
 TEST_F(InputOnX11, EveryMenuKeyOpensTheMenuAndEscapeClosesIt) {
   startWithTwo();
   const std::vector<std::pair<std::uint32_t, std::vector<std::uint32_t>>> menuKeys{

@@ -62,5 +62,30 @@ TEST(Placements, ChangesNothingForAnIdThatIsNotPlaced) {
   EXPECT_EQ(placements, before);
 }
 
+TEST(Placements, RestoreARemovedCopyAtItsPosition) {
+  Placements placements;
+  for (int i = 0; i < 3; ++i) placements.add("Dzien", protocol::WidgetFamily::systemSmall, {{}, {}, {i, i}});
+  const Placements before = placements;
+  const Placed second = *placements.find(2);
+  placements.remove(2);
+  EXPECT_EQ(placements.restore(second, 1), 2);
+  EXPECT_EQ(placements, before);
+  placements.remove(1);
+  EXPECT_EQ(placements.restore(*before.find(1), 99), 1);
+  EXPECT_EQ(placements.all().back(), *before.find(1)) << "at the end of a list that is shorter now";
+}
+
+TEST(Placements, RestoredCopyWhoseIdIsTakenGetsANewOne) {
+  Placements placements;
+  placements.add("Dzien", protocol::WidgetFamily::systemSmall, {});
+  const Placed removed = *placements.find(1);
+  placements.remove(1);
+  placements.add("Dzien", protocol::WidgetFamily::systemLarge, {});
+  EXPECT_EQ(placements.restore(removed, 0), 2);
+  EXPECT_EQ(placements.all().size(), 2U);
+  while (placements.all().size() < mostCopies) placements.add("Dzien", protocol::WidgetFamily::systemSmall, {});
+  EXPECT_EQ(placements.restore(removed, 0), std::nullopt);
+}
+
 }  // namespace
 }  // namespace desktop

@@ -35,7 +35,7 @@ TEST(DesktopTexts, EveryItemOfAMenuHasAMnemonicOfItsOwn) {
   for (const auto language : languages) {
     const Texts& texts = textsFor(language);
     expectOwnMnemonics({texts.open, texts.reloadNow, texts.size, texts.zoom, texts.appearance, texts.lock,
-                        texts.startAtLogin, texts.add, texts.remove, texts.quit});
+                        texts.startAtLogin, texts.add, texts.remove, texts.undoRemoval, texts.quit});
     expectOwnMnemonics(
         {texts.systemScheme, texts.light, texts.dark, texts.solid, texts.translucent, texts.noBackground});
     expectOwnMnemonics({texts.small, texts.medium, texts.large});
@@ -63,6 +63,17 @@ TEST(DesktopTexts, TellTheDateOfAReloadOfAnotherDayAndNothingOfOneThatIsNotKnown
   EXPECT_THAT(reloadLines(texts, {.last = last, .next = std::nullopt}, last + absl::Hours(24)),
               testing::ElementsAre("Last refresh: 2026-03-01 09:30"));
   EXPECT_TRUE(reloadLines(texts, {}, last).empty());
+}
+
+TEST(DesktopTexts, TooltipTellsWhetherARefreshIsUnderWay) {
+  support::ScopedEnvironment environment;
+  environment.set("TZ", "Europe/Warsaw");
+  const absl::Time last = absl::FromUnixSeconds(1772353800);
+  const Texts& texts = textsFor(host::Language::english);
+  EXPECT_EQ(reloadTooltip(texts, {}, last), "Refreshing…");
+  EXPECT_EQ(reloadTooltip(texts, {.last = last, .next = std::nullopt}, last), "Last refresh: 09:30\nRefreshing…");
+  EXPECT_EQ(reloadTooltip(texts, {.last = last, .next = last + absl::Minutes(15)}, last),
+            "Last refresh: 09:30\nNext refresh: 09:45");
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ TEST_F(AutostartTest, IsAUnitThatTheGraphicalSessionWantsWhereSystemdKnowsOne) {
   ASSERT_TRUE(on) << on.error();
   EXPECT_EQ(on->means, StartMeans::systemdUnit);
   EXPECT_EQ(contentOf(folder_.path(link)), contentOf(folder_.path(unit)));
-  EXPECT_THAT(contentOf(folder_.path(unit)), HasSubstr("\nExecStart=:\"/bin/sh\" desktop\n"));
+  EXPECT_THAT(contentOf(folder_.path(unit)), HasSubstr("\nExecStart=:\"/bin/sh\" desktop --at-login\n"));
   EXPECT_EQ(std::filesystem::read_symlink(folder_.path(link)), "../vamba-desktop.service");
   EXPECT_EQ(withSystemd_.reloads, 1);
   EXPECT_FALSE(isThere(entry));
@@ -58,7 +58,7 @@ TEST_F(AutostartTest, IsAnEntryOfXdgAutostartElsewhere) {
   const auto on = plain_.on("/bin/sh");
   ASSERT_TRUE(on) << on.error();
   EXPECT_EQ(on->means, StartMeans::autostartEntry);
-  EXPECT_THAT(contentOf(folder_.path(entry)), HasSubstr("\nExec=\"/bin/sh\" desktop\n"));
+  EXPECT_THAT(contentOf(folder_.path(entry)), HasSubstr("\nExec=\"/bin/sh\" desktop --at-login\n"));
   EXPECT_FALSE(isThere(unit));
   EXPECT_EQ(withoutSystemd_.reloads, 0);
   ASSERT_TRUE(status());

@@ -45,7 +45,7 @@ std::vector<std::string> startedByGlib(const std::string& text) {
 TEST(AutostartEntry, StartsExactlyThisProgramWhateverItsPath) {
   for (const char* name : names) {
     const std::filesystem::path program = std::string("/opt/") + name + "/vamba-host";
-    const std::vector<std::string> expected{program.string(), "desktop"};
+    const std::vector<std::string> expected{program.string(), "desktop", "--at-login"};
     EXPECT_EQ(startedByGlib(autostartEntry(program)), expected) << program;
   }
 }
