@@ -11,6 +11,10 @@ namespace platform {
 /// cannot block. A program that is started with exec has to call this again.
 void keepProcessPrivate();
 
+/// Ends the process with status 1 and one line on standard error where an exception is not caught, usually for lack of
+/// memory; without this it would be ended by a signal. `program` is the line's beginning and must be a literal.
+void endProcessOnUncaughtException(const char* program);
+
 /// Ends the process with status 0 when the time has passed, whatever its threads are waiting for.
 void endProcessAfter(std::chrono::milliseconds time);
 

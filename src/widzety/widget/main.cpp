@@ -22,6 +22,7 @@ void napiszDlaCzlowieka(std::string_view linia) {
 
 int main() {
   platform::keepProcessPrivate();
+  platform::endProcessOnUncaughtException("vamba-widzety");
   std::signal(SIGPIPE, SIG_IGN);
   const platform::SystemClock zegar;
   platform::SystemKeychain magazyn({.folderVariable = "VAMBA_KEYCHAIN_DIR",

@@ -1,6 +1,8 @@
 #include "platform/widget_kit/extension_process.hpp"
 
 #include <cstdlib>
+#include <new>
+#include <thread>
 
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
@@ -49,6 +51,14 @@ TEST(ExtensionProcess, DropsAConfigurationThatWouldHaveToBeWaitedFor) {
   EXPECT_EXIT(look(folder.path("missing"), true), ExitedWithCode(0), "");
   EXPECT_EXIT(look(folder.path("pipe"), false), ExitedWithCode(0), "");
   EXPECT_EXIT(look(folder.path(""), false), ExitedWithCode(0), "");
+}
+
+TEST(ExtensionProcess, EndsWithAStatusWhereAnExceptionIsNotCaught) {
+  const auto fail = [] {
+    endProcessOnUncaughtException("program");
+    std::thread([] { throw std::bad_alloc(); }).join();
+  };
+  EXPECT_EXIT(fail(), ExitedWithCode(1), "program: ended by an error");
 }
 
 TEST(ExtensionProcess, EndsWithStatusZeroThoughItsThreadNeverWould) {
