@@ -2,6 +2,7 @@
 #include <fstream>
 
 #include "desktop/end_to_end/x11_fixture.hpp"
+#include "support/displays/accessible_objects.hpp"
 #include "support/file_content.hpp"
 
 namespace end_to_end {
@@ -100,6 +101,14 @@ TEST_F(OpeningOnX11, EnterOnAFocusedBoardAndTheFirstItemOfTheMenuOpenIt) {
   ASSERT_TRUE(eventually([this] { return windows().size() > boards().size(); }));
   desktop().input().key(keys::enter);
   EXPECT_TRUE(comesToOpen(++clicks));
+}
+
+TEST_F(OpeningOnX11, ScreenReaderOpensByAnAction) {
+  install("org.example.Day");
+  support::AccessibleObjects objects(desktop().bus());
+  startLoaded();
+  ASSERT_TRUE(eventually([&] { return objects.act(host().id(), "Fake", "open"); })) << host().said();
+  EXPECT_TRUE(comesToOpen(1));
 }
 
 TEST_F(OpeningOnX11, DragOpensNothingAndADoubleClickOpensOnce) {
