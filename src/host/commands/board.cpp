@@ -10,6 +10,7 @@
 #include "host/commands/persistence.hpp"
 #include "host/diagnostics/diagnostics.hpp"
 #include "host/doctor/environment_findings.hpp"
+#include "host/extension/extension_session.hpp"
 
 namespace host {
 namespace {
@@ -25,9 +26,10 @@ std::expected<Entry, CommandFailure> entryInFile(const std::string& name) {
   const auto wrong = [](const std::string& message) {
     return std::unexpected(CommandFailure{exit_status::wrongCommandLine, message});
   };
-  const auto text = readAll(name);
+  // As long as an entry may be in an answer of the extension.
+  const auto text = readAll(name, longestAnswer);
   if (!text) return wrong(text.error());
-  auto entry = base::parseJson(*text);
+  auto entry = base::parseJson(*text, mostValues);
   if (!entry) return wrong((name == "-" ? "standard input" : name) + " does not hold an entry: " + entry.error());
   return entryFrom(*entry);
 }

@@ -44,7 +44,7 @@ std::expected<void, std::string> writeFile(const std::filesystem::path& file, st
   return {};
 }
 
-std::expected<std::string, std::string> readAll(const std::string& fileOrDash) {
+std::expected<std::string, std::string> readAll(const std::string& fileOrDash, std::size_t longest) {
   const bool standardInput = fileOrDash == "-";
   const std::string name = standardInput ? "standard input" : fileOrDash;
   const base::FileDescriptor file(standardInput ? -1 : open(fileOrDash.c_str(), O_RDONLY | O_CLOEXEC));
@@ -56,6 +56,9 @@ std::expected<std::string, std::string> readAll(const std::string& fileOrDash) {
   while ((count = read(descriptor, buffer.data(), buffer.size())) != 0) {
     if (count > 0) {
       bytes.append(buffer.data(), static_cast<std::size_t>(count));
+      if (bytes.size() > longest) {
+        return std::unexpected(name + " is longer than " + std::to_string(longest >> 20) + " MiB");
+      }
     } else if (errno == EAGAIN) {
       pollfd more{.fd = descriptor, .events = POLLIN, .revents = 0};
       ::poll(&more, 1, -1);

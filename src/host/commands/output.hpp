@@ -21,7 +21,7 @@ inline std::expected<void, std::string> write(const std::optional<std::filesyste
   return file ? writeFile(*file, bytes) : writeStandardOutput(bytes);
 }
 
-/// The whole of a file, or of standard input for "-".
-std::expected<std::string, std::string> readAll(const std::string& fileOrDash);
+/// The whole of a file, or of standard input for "-". More than `longest` bytes are an error.
+std::expected<std::string, std::string> readAll(const std::string& fileOrDash, std::size_t longest);
 
 }  // namespace host

@@ -26,8 +26,6 @@ using std::chrono::steady_clock;
 constexpr int mostUnknownIds = 3;
 // The protocol has no notifications yet. A host passes over what it does not know, but not without end.
 constexpr int mostNotifications = 1000;
-// Each value takes up to a hundred bytes of memory, whatever the line's length.
-constexpr std::size_t mostValues = 1'000'000;
 // A process that ends closes its streams a moment before its descriptor reports the end.
 constexpr auto timeToEnd = std::chrono::milliseconds(100);
 

@@ -1,6 +1,7 @@
 #include "platform/json_decoding/json_decoder.hpp"
 
 #include <algorithm>
+#include <mutex>
 #include <string>
 
 #include <simdjson.h>
@@ -30,9 +31,36 @@ Decoded notJson(std::string_view reason) {
       DecodingError{DecodingError::Kind::dataCorrupted, {}, "the body is not valid JSON: " + std::string(reason)});
 }
 
+/// How many values a body holds at most: one more than the commas and opening brackets outside its strings.
+std::size_t valuesIn(std::string_view body) {
+  std::size_t count = 1;
+  bool inString = false;
+  for (std::size_t i = 0; i < body.size(); ++i) {
+    const char c = body[i];
+    if (inString && c == '\\') {
+      ++i;
+    } else if (c == '"') {
+      inString = !inString;
+    } else if (!inString && (c == ',' || c == '[' || c == '{')) {
+      ++count;
+    }
+  }
+  return count;
+}
+
+/// Bodies above this size are decoded one after another, whatever the threads, as the parsed form of each takes several
+/// times its size.
+constexpr std::size_t largeBody = std::size_t{1} << 20;
+std::mutex largeBodies;
+
 }  // namespace
 
 Decoded JsonDecoder::withRoot(std::string_view body, absl::FunctionRef<Decoded(const JsonValue&)> read) const {
+  std::unique_lock oneAtATime(largeBodies, std::defer_lock);
+  if (body.size() > largeBody) {
+    oneAtATime.lock();
+    if (valuesIn(body) > mostValuesDecoded) return notJson("it holds too many values");
+  }
   dom::parser parser;
   dom::element root;
   // The parser counts the levels that hold something, and one more for the document.

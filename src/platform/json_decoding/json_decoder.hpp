@@ -15,6 +15,9 @@ namespace platform {
 
 /// Arrays and objects may stand this deep inside one another.
 inline constexpr int maximumNesting = 512;
+/// A body may hold this many values; each takes up to twenty bytes of memory while it is parsed. 16 MiB of tasks hold
+/// less than half as many.
+inline constexpr std::size_t mostValuesDecoded = 2'000'000;
 
 class JsonDecoder {
  public:

@@ -51,7 +51,7 @@ struct RequestServer::Target {
 bool RequestServer::serve(std::string_view line) {
   auto request = protocol::json_rpc::parseRequest(line);
   if (!request) {
-    answer(request.error());
+    answer(std::move(request.error()));
   } else if (!request->isNotification) {  // a notification gets no answer, so none is computed
     dispatch(std::move(*request));
   }
@@ -64,8 +64,8 @@ bool RequestServer::refuseLongLine() {
   return open_;
 }
 
-void RequestServer::answer(const protocol::json_rpc::Response& response) {
-  if (open_ && !writer_.write(protocol::json_rpc::toLine(response))) open_ = false;
+void RequestServer::answer(protocol::json_rpc::Response response) {
+  if (open_ && !writer_.write(protocol::json_rpc::toLine(std::move(response)))) open_ = false;
 }
 
 void RequestServer::dispatch(protocol::json_rpc::Request request) {

@@ -38,7 +38,7 @@ class RequestServer {
   struct Target;
 
   void dispatch(protocol::json_rpc::Request request);
-  void answer(const protocol::json_rpc::Response& response);
+  void answer(protocol::json_rpc::Response response);
 
   Result widgets() const;
   std::expected<Target, protocol::json_rpc::Error> target(const nlohmann::json& params) const;

@@ -95,10 +95,10 @@ std::string toLine(const Request& request) {
   return base::toText(object);
 }
 
-std::string toLine(const Response& response) {
+std::string toLine(Response response) {
   json object{{"jsonrpc", "2.0"}, {"id", response.id}};
   if (response.outcome) {
-    object["result"] = *response.outcome;
+    object["result"] = *std::move(response.outcome);
   } else {
     const Error& error = response.outcome.error();
     object["error"] = json{{"code", error.code}, {"message", error.message}};

@@ -54,6 +54,7 @@ std::expected<Response, std::string> parseResponse(std::string_view line,
 
 /// One line without its line end, always valid UTF-8.
 std::string toLine(const Request& request);
-std::string toLine(const Response& response);
+/// By value: a result may be large, and is moved into the line's object.
+std::string toLine(Response response);
 
 }  // namespace protocol::json_rpc

@@ -172,5 +172,23 @@ TEST_F(ScreenReaderOnX11, BoardIsFocusableWithActionsAndItsRowsAreChildren) {
   EXPECT_TRUE(eventually([&] { return windows().size() > windowsBefore; }));
 }
 
+TEST_F(ScreenReaderOnX11, RemovedBoardLeavesTheTree) {
+  place(display(), {placed(1, "systemMedium", "screen", "topLeft", 200, 300),
+                    placed(2, "systemSmall", "screen", "topLeft", 820, 40)});
+  support::AccessibleObjects objects(desktop().bus());
+  start();
+  const auto boardCount = [&] {
+    const auto all = objectsOf(objects);
+    return std::ranges::count(all, "panel", &AccessibleObject::role);
+  };
+  ASSERT_TRUE(boardsAre({{200, 300, mediumWidth, mediumHeight}, {820, 40, smallWidth, smallHeight}}));
+  ASSERT_TRUE(eventually([&] { return boardCount() == 2; })) << host().said();
+  focus({820, 40, smallWidth, smallHeight});
+  desktop().input().key(keys::deletion);
+  EXPECT_TRUE(eventually([&] { return boardCount() == 1; }));
+  // What the toolkit says of objects that are used after they are gone.
+  EXPECT_THAT(host().said(), testing::Not(testing::HasSubstr("CRITICAL")));
+}
+
 }  // namespace
 }  // namespace end_to_end

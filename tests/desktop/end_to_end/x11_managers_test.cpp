@@ -58,6 +58,35 @@ TEST_P(ManagersOnX11, ClickedBoardHasTheKeyboardAndStaysBelowWindows) {
   EXPECT_TRUE(boardIsCovered());
 }
 
+TEST_P(ManagersOnX11, FocusBringsTheBoardInFrontOfWindowsAndEscapeReturnsToTheWindow) {
+  start();
+  ASSERT_TRUE(boardsAre({firstPlace()}));
+  ASSERT_TRUE(host().says("a new timeline is shown")) << host().said();
+  auto window = sampleWindow(display(), {"Window", "#ff0000", "maximized"});
+  ASSERT_TRUE(boardIsCovered());
+  settings_.arguments = {"desktop", "--focus"};
+  const DesktopHost second(display(), settings_);
+  EXPECT_EQ(second.exitStatus(), 0) << second.said();
+  EXPECT_TRUE(boardIsSeen("in-front")) << desktop().log();
+  // Not every manager reports a dock as the active window, so the keyboard is tried until the board has it.
+  const auto hasMoved = [&] { return areas().size() == 1 && areas()[0].x < firstPlace().x; };
+  EXPECT_TRUE(eventually([&] {
+    desktop().input().key(keys::left);
+    return eventually(hasMoved, std::chrono::milliseconds(500));
+  })) << desktop().log();
+  desktop().input().key(keys::escape);
+  EXPECT_TRUE(boardIsCovered()) << desktop().log();
+  const auto moved = areas();
+  EXPECT_TRUE(eventually([&] {
+    desktop().input().key(keys::f5);
+    for (;;) {
+      const auto line = window.firstLine(std::chrono::milliseconds(500));
+      if (line.empty() || line == "key F5") return !line.empty();
+    }
+  })) << desktop().log();
+  EXPECT_EQ(areas(), moved);
+}
+
 std::string nameOf(const testing::TestParamInfo<WindowManager>& given) {
   constexpr const char* names[] = {"None", "Openbox", "Metacity", "Marco", "Xfwm4"};
   return names[static_cast<int>(given.param)];

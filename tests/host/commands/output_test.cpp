@@ -62,7 +62,7 @@ TEST_F(WriteFile, SaysWhyItCannotAndLosesNothing) {
 TEST_F(WriteFile, LeavesNoDescriptorOpenWhereItFails) {
   const auto before = filesIn("/proc/self/fd");
   EXPECT_FALSE(writeFile("/dev/full", "x"));
-  EXPECT_FALSE(readAll(folder_.path("")));
+  EXPECT_FALSE(readAll(folder_.path(""), 1000));
   EXPECT_EQ(filesIn("/proc/self/fd"), before);
 }
 
@@ -83,10 +83,10 @@ TEST_F(WriteFile, ClearsWhatAKilledSaveLeftAndNothingElse) {
 
 TEST_F(WriteFile, ReadsAWholeFileBackOrSaysWhyNot) {
   folder_.write("entry", "{}\n");
-  EXPECT_EQ(readAll(folder_.path("entry")), "{}\n");
+  EXPECT_EQ(readAll(folder_.path("entry"), 1000), "{}\n");
   const auto missing = folder_.path("missing");
-  EXPECT_EQ(readAll(missing).error(), "can't read " + missing + ": No such file or directory");
-  EXPECT_EQ(readAll(folder_.path("")).error(), "can't read " + folder_.path("") + ": Is a directory");
+  EXPECT_EQ(readAll(missing, 1000).error(), "can't read " + missing + ": No such file or directory");
+  EXPECT_EQ(readAll(folder_.path(""), 1000).error(), "can't read " + folder_.path("") + ": Is a directory");
 }
 
 }  // namespace

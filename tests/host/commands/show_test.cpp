@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sys/resource.h>
 
 #include "base/descriptors/file_descriptor.hpp"
 #include "base/descriptors/write_all.hpp"
@@ -53,6 +54,23 @@ TEST_F(HostCommands, ShowTakesAnEntryFromAFileOrStandardInput) {
   folder_.write("entry", R"({"date": "2025-03-14T09:30:00Z", "tytul": "mine"})");
   EXPECT_THAT(runHost({"show", "--entry", folder_.path("entry")}).output, HasSubstr("mine systemMedium"));
   EXPECT_THAT(runHost({"show", "--entry", "-"}, R"({"tytul": "piped"})").output, HasSubstr("piped systemMedium"));
+}
+
+TEST_F(HostCommands, ShowRefusesAnEntryWithoutEndAndTakesLittleMemory) {
+  std::string tasks = R"({"zadania":[{})";
+  while (tasks.size() < std::size_t{40} << 20) tasks += R"(,{"tytul":"x"})";
+  folder_.write("tasks", tasks + "]}");
+  folder_.write("title", R"({"tytul":")" + std::string(std::size_t{60} << 20, 'x') + "\"}");
+  for (const auto& file : {folder_.path("tasks"), folder_.path("title"), std::string("/dev/zero")}) {
+    const auto outcome = runHost({"show", "--entry", file});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.errors, "vamba-host: " + file + " is longer than 16 MiB\n");
+  }
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+  rusage children{};
+  getrusage(RUSAGE_CHILDREN, &children);
+  EXPECT_LT(children.ru_maxrss, 200 * 1024) << "kilobytes";
+#endif
 }
 
 TEST_F(HostCommands, ShowAsJsonPrintsTheView) {

@@ -237,6 +237,14 @@ TEST(JsonGrammar, SurvivesMillionsOfOpenBrackets) {
   EXPECT_FALSE(isAccepted(repeated("[", 2'000'000) + repeated("]", 2'000'000)));
 }
 
+TEST(JsonGrammar, LimitsTheValuesOfALargeBody) {
+  const auto zeros = [](int count) { return "[" + repeated("0,", count - 1) + "0]"; };
+  EXPECT_TRUE(isAccepted(zeros(int{mostValuesDecoded} - 1)));
+  EXPECT_FALSE(isAccepted(zeros(int{mostValuesDecoded} + 1)));
+  // What stands in a string is no value.
+  EXPECT_TRUE(isAccepted("[\"\\\"" + repeated(",[{", 1'000'000) + "\"]"));
+}
+
 TEST(JsonGrammar, RefusesEveryBodyCutShort) {
   const std::string_view body = R"({"a":[1,{"b":"c\u00e9\\"},null,-1.5e3],"d":{},"e":[[],[true]]})";
   ASSERT_TRUE(isAccepted(body));
