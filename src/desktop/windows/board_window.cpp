@@ -197,6 +197,7 @@ gboolean BoardWindow::moved(GdkEventMotion* event) {
 }
 
 void BoardWindow::dragTo(Point origin, Snapping snapping) {
+  if (!drag_) return;
   drag_->landing = commands_.landing(id_, origin, snapping);
   if (way_ == DisplayWay::layerShell) {
     showImages(origin);
@@ -226,6 +227,7 @@ void BoardWindow::showImages(Point origin) {
 }
 
 void BoardWindow::showOutline() {
+  if (!drag_) return;
   const auto places = commands_.placesAt(id_, drag_->landing);
   if (places.empty()) return;
   if (!outline_) {
