@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/clock_change_days.hpp"
 #include "support/fixed_clock.hpp"
 #include "support/records.hpp"
 #include "widzety/view/widok_dnia.hpp"
@@ -84,12 +85,7 @@ Linie model(const Wpis& wpis, bool maly, absl::Time teraz, absl::TimeZone strefa
   return linie;
 }
 
-struct Miejsce {
-  const char* strefa;
-  const char* zmiana;
-};
-
-class WidokNaLosowychDanych : public testing::TestWithParam<Miejsce> {};
+class WidokNaLosowychDanych : public testing::TestWithParam<support::ClockChangeDay> {};
 
 TEST_P(WidokNaLosowychDanych, AgreesWithTheSlowModel) {
   const auto& [nazwa, zmiana] = GetParam();
@@ -119,15 +115,7 @@ TEST_P(WidokNaLosowychDanych, AgreesWithTheSlowModel) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Miejsca, WidokNaLosowychDanych,
-    testing::Values(Miejsce{"Europe/Warsaw", "2025-03-30 12:00"}, Miejsce{"Europe/Warsaw", "2025-10-26 12:00"},
-                    Miejsce{"Europe/Vilnius", "2025-03-30 12:00"}, Miejsce{"Europe/Vilnius", "2025-10-26 12:00"},
-                    Miejsce{"America/Santiago", "2024-09-08 12:00"}, Miejsce{"America/Santiago", "2024-04-06 12:00"},
-                    Miejsce{"Asia/Beirut", "2024-03-31 12:00"}, Miejsce{"Asia/Beirut", "2024-10-26 12:00"},
-                    Miejsce{"Africa/Cairo", "2024-04-26 12:00"}, Miejsce{"Africa/Cairo", "2024-10-31 12:00"},
-                    Miejsce{"Pacific/Apia", "2011-12-29 12:00"}, Miejsce{"Pacific/Apia", "2011-04-02 12:00"},
-                    Miejsce{"UTC", "2024-02-29 12:00"}));
+INSTANTIATE_TEST_SUITE_P(Miejsca, WidokNaLosowychDanych, testing::ValuesIn(support::clockChangeDays));
 
 }  // namespace
 }  // namespace widzety
