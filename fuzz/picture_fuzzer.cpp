@@ -6,10 +6,9 @@
 #include <string_view>
 
 #include <glib.h>
-#include <nlohmann/json.hpp>
 
+#include "any_tree.hpp"
 #include "protocol/view_tree/builders.hpp"
-#include "protocol/view_tree/node_json.hpp"
 #include "render/picture/picture.hpp"
 
 namespace {
@@ -18,17 +17,6 @@ using namespace protocol;
 
 void require(bool holds) {
   if (!holds) std::abort();
-}
-
-Node treeOf(std::string_view bytes) {
-  // As deep as the host lets an answer be.
-  const auto callback = [](int depth, nlohmann::json::parse_event_t, nlohmann::json&) { return depth <= 512; };
-  const auto json = nlohmann::json::parse(bytes, callback, false);
-  if (!json.is_discarded()) {
-    if (auto tree = nodeFromJson(json)) return std::move(*tree);
-  }
-  const std::string title(bytes);
-  return VStack({}, {HStack({}, {Text(title).lineLimit(1), Spacer(), Text(title)}), Text(title)}).padding(12);
 }
 
 bool isWellFormed(const std::string& markup) {
@@ -50,7 +38,7 @@ extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfi
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
   constexpr render::BoardForm forms[] = {render::smallFamily, render::mediumFamily, render::largeFamily};
-  const Node tree = treeOf({reinterpret_cast<const char*>(data) + 1, size - 1});
+  const Node tree = fuzz::treeOrTitles({reinterpret_cast<const char*>(data) + 1, size - 1});
   const render::PictureOptions options{
       .form = forms[(data[0] >> 2) % 3],
       .scale = (data[0] & 0x20) != 0 ? 2.0 : 1.0,

@@ -7,10 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include <nlohmann/json.hpp>
-
+#include "any_tree.hpp"
 #include "protocol/view_tree/builders.hpp"
-#include "protocol/view_tree/node_json.hpp"
 #include "render/terminal/terminal_board.hpp"
 #include "render/terminal/terminal_text.hpp"
 
@@ -29,12 +27,7 @@ Node titleRow(std::string title) {
 }
 
 Node treeOf(std::string_view bytes) {
-  // As deep as the host lets an answer be.
-  const auto callback = [](int depth, nlohmann::json::parse_event_t, nlohmann::json&) { return depth <= 512; };
-  const auto json = nlohmann::json::parse(bytes, callback, false);
-  if (!json.is_discarded()) {
-    if (auto tree = nodeFromJson(json)) return std::move(*tree);
-  }
+  if (auto tree = fuzz::treeFromJson(bytes)) return *std::move(tree);
   return titleRow(std::string(bytes));
 }
 

@@ -7,11 +7,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include "base/json/json_text.hpp"
+#include "any_tree.hpp"
 #include "base/text/control_characters.hpp"
 #include "host/status_line/status_line.hpp"
 #include "protocol/view_tree/builders.hpp"
-#include "protocol/view_tree/node_json.hpp"
 
 namespace {
 
@@ -22,9 +21,7 @@ void require(bool holds) {
 }
 
 Node treeOf(std::string_view bytes) {
-  if (const auto json = base::parseJson(bytes)) {
-    if (auto tree = nodeFromJson(*json)) return *std::move(tree);
-  }
+  if (auto tree = fuzz::treeFromJson(bytes)) return *std::move(tree);
   const std::string title(bytes);
   return VStack({}, {HStack({}, {Text("09:05").role(TextRole::time), Text(title).role(TextRole::title)}), Text(title)});
 }
