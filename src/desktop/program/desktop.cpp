@@ -240,7 +240,6 @@ MenuState Desktop::menuState(int id) const {
           .canOpen = !widget_.opens.empty(),
           .reloads = reloads_,
           .settings = settings_,
-          .startsAtLogin = loginStart_.isOn(),
           .canUndoRemoval = !removed_.empty()};
 }
 

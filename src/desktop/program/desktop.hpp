@@ -64,6 +64,7 @@ class Desktop final : public BoardCommands {
   void zoom(int id, int percent) override;
   void choose(const DesktopSettings& settings) override;
   void startAtLogin(bool wanted) override { loginStart_.set(wanted); }
+  bool startsAtLogin() const override { return loginStart_.isOn(); }
   MenuState menuState(int id) const override;
   bool locked() const override { return settings_.locked; }
   void quit() override { parts_.loop.quit(); }

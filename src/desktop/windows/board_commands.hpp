@@ -20,14 +20,13 @@ enum class Turn { forward, backward };
 /// The zooms that the menu offers and the keys go through, in percent.
 inline constexpr std::array zoomSteps{80, 100, 125, 150};
 
-/// What a copy's menu shows.
+/// What is known of a copy without asking the disk, for its menu and its keys.
 struct MenuState {
   protocol::WidgetFamily family = protocol::WidgetFamily::systemMedium;
   int zoom = 100;        ///< in percent
   bool canOpen = false;  ///< the extension declares what a click opens
   ReloadTimes reloads;
   DesktopSettings settings;
-  bool startsAtLogin = false;
   bool canUndoRemoval = false;
 };
 
@@ -54,6 +53,8 @@ class BoardCommands {
   virtual void reload() = 0;
   virtual void choose(const DesktopSettings& settings) = 0;
   virtual void startAtLogin(bool wanted) = 0;
+  /// Reads the files that say so.
+  virtual bool startsAtLogin() const = 0;
   virtual MenuState menuState(int id) const = 0;
   virtual bool locked() const = 0;
   virtual void quit() = 0;

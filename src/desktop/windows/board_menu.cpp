@@ -167,8 +167,9 @@ struct Items {
     toggled.locked = !toggled.locked;
     append(menu, check(texts.lock, {GDK_KEY_l, GDK_CONTROL_MASK}, state.settings.locked,
                        [&commands = commands, toggled] { commands.choose(toggled); }));
-    append(menu, check(texts.startAtLogin, {}, state.startsAtLogin,
-                       [&commands = commands, wanted = !state.startsAtLogin] { commands.startAtLogin(wanted); }));
+    const bool startsAtLogin = commands.startsAtLogin();
+    append(menu, check(texts.startAtLogin, {}, startsAtLogin,
+                       [&commands = commands, startsAtLogin] { commands.startAtLogin(!startsAtLogin); }));
     append(menu, gtk_separator_menu_item_new());
     append(menu, item(texts.add, {GDK_KEY_Insert}, [&commands = commands] { commands.openGallery(); }));
     append(menu, item(texts.remove, {GDK_KEY_Delete}, [&commands = commands, id = id] { commands.remove(id); }));
