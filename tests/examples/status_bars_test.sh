@@ -34,7 +34,7 @@ shows waybar "$(python3 - "$examples/waybar.jsonc" <<'PYTHON'
 import json, subprocess, sys
 module = json.load(open(sys.argv[1]))["custom/vamba"]
 assert module["return-type"] == "json" and module["escape"] is False
-bar = subprocess.Popen(module["exec"].split(), stdout=subprocess.PIPE, text=True)
+bar = subprocess.Popen(module["exec"], shell=True, stdout=subprocess.PIPE, text=True)
 state = json.loads(bar.stdout.readline())
 assert state["class"] == ["error"], state
 bar.stdout.close()
