@@ -49,6 +49,11 @@ bool isThere(const std::filesystem::path& link) {
   return std::filesystem::symlink_status(link, ignored).type() != std::filesystem::file_type::not_found;
 }
 
+std::string unitFor(const std::filesystem::path& program, ServiceManager& services) {
+  const bool possible = services.canTakeCapabilitiesAway();
+  return systemdUnit(program, possible ? UnitCapabilities::takenAway : UnitCapabilities::kept);
+}
+
 AutostartStatus describe(StartMeans means, const std::filesystem::path& file, const std::string& text) {
   const auto program = startedProgram(text).value_or("");
   return {means, file, program, access(program.c_str(), X_OK) == 0};
@@ -70,7 +75,7 @@ std::expected<AutostartStatus, std::string> Autostart::on(const std::filesystem:
   }
   const bool bySystemd = systemdCanStart(program) && services_.knowsGraphicalSession();
   const auto& file = bySystemd ? unit_ : entry_;
-  const std::string text = bySystemd ? systemdUnit(program) : autostartEntry(program);
+  const std::string text = bySystemd ? unitFor(program, services_) : autostartEntry(program);
   if (const auto written = write(file, text); !written) return std::unexpected(written.error());
   if (bySystemd && !isThere(link_)) {
     // What `systemctl --user enable` does. Here it also works without systemctl.

@@ -20,11 +20,10 @@ bool managerRuns() {
   return folder != nullptr && access((std::string(folder) + "/systemd/private").c_str(), F_OK) == 0;
 }
 
-/// Whether `systemctl --user ARGUMENT...` ends with status 0. Its output is dropped.
-bool systemctl(std::initializer_list<const char*> arguments) {
+/// Whether the command, which is looked up in PATH, ends with status 0. Its output is dropped.
+bool succeeds(std::initializer_list<const char*> command) {
   if (!managerRuns()) return false;
-  std::vector<std::string> words{"systemctl", "--user", "--quiet"};
-  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<std::string> words(command.begin(), command.end());
   std::vector<char*> argv;
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
@@ -35,7 +34,7 @@ bool systemctl(std::initializer_list<const char*> arguments) {
     posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
   }
   pid_t process = -1;
-  const bool started = posix_spawnp(&process, "systemctl", &actions, nullptr, argv.data(), environ) == 0;
+  const bool started = posix_spawnp(&process, argv.front(), &actions, nullptr, argv.data(), environ) == 0;
   posix_spawn_file_actions_destroy(&actions);
   if (!started) return false;
   int status = 0;
@@ -47,8 +46,16 @@ bool systemctl(std::initializer_list<const char*> arguments) {
 
 }  // namespace
 
-bool Systemd::knowsGraphicalSession() { return systemctl({"is-active", "graphical-session.target"}); }
+bool Systemd::knowsGraphicalSession() {
+  return succeeds({"systemctl", "--user", "--quiet", "is-active", "graphical-session.target"});
+}
 
-void Systemd::reload() { systemctl({"daemon-reload"}); }
+bool Systemd::canTakeCapabilitiesAway() {
+  // A service of this type has started only once its program runs, restrictions included.
+  return succeeds({"systemd-run", "--user", "--quiet", "--collect", "--service-type=exec",
+                   "--property=PrivateUsers=yes", "--property=CapabilityBoundingSet=", "true"});
+}
+
+void Systemd::reload() { succeeds({"systemctl", "--user", "--quiet", "daemon-reload"}); }
 
 }  // namespace host

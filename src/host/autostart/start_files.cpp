@@ -33,10 +33,9 @@ std::string unescaped(std::string_view text) {
   return result;
 }
 
-// What the widgets and their extension never do. Only filters on system calls: a user's systemd may set no others, and
-// a unit with a line such as ProtectClock=yes, which takes capabilities away, would not start at all
-// (docs/decisions/0008-start-with-the-session.md).
-constexpr std::string_view hardening =
+// What the widgets and their extension never do (docs/decisions/0008-start-with-the-session.md). The systemd of any
+// user can filter system calls.
+constexpr std::string_view withoutUnusedCalls =
     "NoNewPrivileges=yes\n"
     "SystemCallArchitectures=native\n"
     "SystemCallFilter=@system-service seccomp landlock_create_ruleset landlock_add_rule landlock_restrict_self\n"
@@ -51,13 +50,18 @@ constexpr std::string_view hardening =
     "KeyringMode=private\n"
     "UMask=0077\n";
 
+// Only in a user namespace of its own may a user's service give up capabilities that it could gain.
+constexpr std::string_view withoutCapabilities =
+    "PrivateUsers=yes\n"
+    "CapabilityBoundingSet=\n";
+
 bool hasLine(std::string_view text, std::string_view wanted) {
   return ("\n" + std::string(text) + "\n").find("\n" + std::string(wanted) + "\n") != std::string::npos;
 }
 
 }  // namespace
 
-std::string systemdUnit(const std::filesystem::path& program) {
+std::string systemdUnit(const std::filesystem::path& program, UnitCapabilities capabilities) {
   // The colon stops systemd from expanding '$' as a variable.
   const std::string quoted = "\"" + doubledPercent(program.string()) + "\"";
   return "# Written by `vamba-host autostart on`; `vamba-host autostart off` removes it.\n"
@@ -73,7 +77,8 @@ std::string systemdUnit(const std::filesystem::path& program) {
          " desktop --at-login\n"
          "Restart=on-failure\n"
          "RestartSec=5\n" +
-         std::string(hardening) +
+         std::string(withoutUnusedCalls) +
+         std::string(capabilities == UnitCapabilities::takenAway ? withoutCapabilities : "") +
          "\n[Install]\n"
          "WantedBy=graphical-session.target\n";
 }

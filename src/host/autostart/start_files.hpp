@@ -10,9 +10,12 @@
 
 namespace host {
 
+/// What a unit takes away from the program besides the system calls that it never makes.
+enum class UnitCapabilities { kept, takenAway };
+
 /// A unit that the graphical session starts and ends (systemd.unit(5), systemd.service(5)), for a program that
-/// `systemdCanStart`.
-std::string systemdUnit(const std::filesystem::path& program);
+/// `systemdCanStart`. Where the user's systemd cannot take capabilities away, a unit that asks for it never starts.
+std::string systemdUnit(const std::filesystem::path& program, UnitCapabilities capabilities);
 
 /// An entry of the Desktop Application Autostart Specification.
 std::string autostartEntry(const std::filesystem::path& program);

@@ -3,6 +3,7 @@
 #include <csignal>
 
 #include "desktop/end_to_end/x11_fixture.hpp"
+#include "support/file_content.hpp"
 #include "support/systemd_session.hpp"
 
 namespace end_to_end {
@@ -75,6 +76,21 @@ TEST_F(AutostartOnX11, WidgetsComeAndGoWithTheGraphicalSession) {
     EXPECT_EQ(state(), "dead");
     EXPECT_EQ(session().property(unit, "Result"), "success");
   }
+}
+
+// Whether they can be taken away depends on the machine: not where user namespaces are refused.
+TEST_F(AutostartOnX11, WidgetsRunWithoutCapabilitiesWhereTheUnitTakesThemAway) {
+  beginGraphical();
+  ASSERT_EQ(autostart("on").status, 0);
+  const bool takenAway = support::contentOf(unitFile()).contains("\nCapabilityBoundingSet=\n");
+  const auto trial = session().run({"systemd-run", "--user", "--quiet", "--collect", "--service-type=exec",
+                                    "--property=PrivateUsers=yes", "--property=CapabilityBoundingSet=", "true"});
+  EXPECT_EQ(takenAway, trial.status == 0);
+  session().endGraphical();
+  beginGraphical();
+  ASSERT_TRUE(boardComes()) << state();
+  const auto status = support::contentOf("/proc/" + std::to_string(process()) + "/status");
+  EXPECT_EQ(status.contains("\nCapBnd:\t0000000000000000\n"), takenAway) << status;
 }
 
 TEST_F(AutostartOnX11, WidgetsThatCrashComeBackAndThoseThatAreEndedDoNot) {

@@ -12,6 +12,7 @@ namespace {
 using support::contentOf;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 
 constexpr const char* unit = "systemd/user/vamba-desktop.service";
 constexpr const char* link = "systemd/user/graphical-session.target.wants/vamba-desktop.service";
@@ -21,8 +22,10 @@ class ServicesInHand : public ServiceManager {
  public:
   explicit ServicesInHand(bool graphicalSession) : graphicalSession_(graphicalSession) {}
   bool knowsGraphicalSession() override { return graphicalSession_; }
+  bool canTakeCapabilitiesAway() override { return userNamespaces; }
   void reload() override { ++reloads; }
   int reloads = 0;
+  bool userNamespaces = true;
 
  private:
   bool graphicalSession_;
@@ -52,6 +55,15 @@ TEST_F(AutostartTest, IsAUnitThatTheGraphicalSessionWantsWhereSystemdKnowsOne) {
   ASSERT_TRUE(status());
   EXPECT_EQ(status()->means, StartMeans::systemdUnit);
   EXPECT_TRUE(status()->programThere);
+}
+
+TEST_F(AutostartTest, IsAUnitWithoutCapabilitiesWhereSystemdCanStartOne) {
+  ASSERT_TRUE(systemd_.on("/bin/sh"));
+  EXPECT_THAT(contentOf(folder_.path(unit)), HasSubstr("\nPrivateUsers=yes\nCapabilityBoundingSet=\n"));
+  withSystemd_.userNamespaces = false;
+  ASSERT_TRUE(systemd_.on("/bin/sh"));
+  EXPECT_THAT(contentOf(folder_.path(unit)), Not(HasSubstr("PrivateUsers")));
+  EXPECT_THAT(contentOf(folder_.path(unit)), Not(HasSubstr("Capability")));
 }
 
 TEST_F(AutostartTest, IsAnEntryOfXdgAutostartElsewhere) {
