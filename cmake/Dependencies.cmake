@@ -48,3 +48,7 @@ if(VAMBA_DESKTOP)
   vamba_pkg_config_dependency(xrandr xrandr)
   vamba_pkg_config_dependency(gio gio-2.0)
 endif()
+
+if(BUILD_TESTING)
+  vamba_pkg_config_dependency(nghttp2 libnghttp2)
+endif()
