@@ -58,7 +58,7 @@ class BoundedBuilder : public nlohmann::json_sax<json> {
 
   bool count() {
     if (left_-- > 0) return true;
-    fault_ = "too many values";
+    fault_ = tooManyValues;
     return false;
   }
 
@@ -113,8 +113,8 @@ std::expected<json, std::string> parseJson(std::string_view text, std::size_t mo
   return builder.take();
 }
 
-std::string toText(const json& value) {
-  return withControlsEscaped(value.dump(-1, ' ', false, json::error_handler_t::replace));
-}
+std::string toText(const json& value) { return value.dump(-1, ' ', false, json::error_handler_t::replace); }
+
+std::string toPrintableText(const json& value) { return withControlsEscaped(toText(value)); }
 
 }  // namespace base

@@ -15,13 +15,20 @@ namespace base {
 /// Arrays and objects inside one another beyond this are refused.
 inline constexpr std::size_t maximumNesting = 512;
 
+/// The error where a text holds more values than the caller takes.
+inline constexpr std::string_view tooManyValues = "too many values";
+
 /// Reads one JSON value (RFC 8259; strictly UTF-8; only white space around it). Integers of 64 bits are exact; of equal
 /// keys the last counts. A text of more than `mostValues` values is refused. The error is a short sentence for a
 /// person.
 std::expected<nlohmann::json, std::string> parseJson(std::string_view text,
                                                      std::size_t mostValues = std::numeric_limits<std::size_t>::max());
 
-/// Compact text without line ends or any other control character. Bytes of a string that are not UTF-8 become U+FFFD.
+/// Compact text on one line, without controls below U+0020. Bytes of a string that are not UTF-8 become U+FFFD.
 std::string toText(const nlohmann::json& value);
+
+/// The same for a person's terminal: DEL and the controls U+0080 to U+009F are escaped too. The text may be six times
+/// as long.
+std::string toPrintableText(const nlohmann::json& value);
 
 }  // namespace base

@@ -20,7 +20,7 @@ CommandResult print(std::string_view text) {
 
 CommandResult printJson(const std::expected<json, ExtensionFailure>& answer) {
   if (!answer) return std::unexpected(asCommandFailure(answer.error()));
-  return print(base::toText(*answer) + "\n");
+  return print(base::toPrintableText(*answer) + "\n");
 }
 
 /// The family as the command line spells it.

@@ -125,7 +125,7 @@ Extension examine(ExtensionClient& client, const std::filesystem::path& program,
   for (const auto& widget : *declared) {
     if (!kind.empty()) break;
     kind = widget.at("kind").get<std::string>();
-    if (widget.contains("version")) version = "protocol version " + base::toText(widget["version"]);
+    if (widget.contains("version")) version = "protocol version " + base::toPrintableText(widget["version"]);
   }
   if (kind.empty()) {
     finding.what = program.string() + " offers no widget";

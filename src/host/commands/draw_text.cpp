@@ -10,7 +10,7 @@ namespace host {
 Drawing drawText(const Board& board, const CommandLine& line) {
   switch (line.format) {
     case Format::json:
-      return base::toText(toJson(board.view)) + "\n";
+      return base::toPrintableText(toJson(board.view)) + "\n";
     case Format::waybar:
       return toWaybarJson(statusLine(board.view, board.holds, userLanguage())) + "\n";
     case Format::line:

@@ -47,7 +47,7 @@ class Screen {
     if (!view_) return {};
     switch (format_) {
       case Format::json:
-        return writeStandardOutput(base::toText(toJson(*view_)) + "\n");
+        return writeStandardOutput(base::toPrintableText(toJson(*view_)) + "\n");
       case Format::waybar:
       case Format::line:
         return writeStandardOutput(asLine(statusLine(*view_, holds_, userLanguage())));

@@ -80,8 +80,8 @@ TEST(ParseJson, StopsAtTheFirstLevelTooDeep) {
   EXPECT_EQ(refused.error(), "nested deeper than 512 levels");
 }
 
-TEST(ToText, HoldsNoControlCharacter) {
-  EXPECT_EQ(toText(json{"a\u001b[1m\u007f\u0080\u009b\u009f\u00a0ł\u0085"}),
+TEST(ToPrintableText, HoldsNoControlCharacter) {
+  EXPECT_EQ(toPrintableText(json{"a\u001b[1m\u007f\u0080\u009b\u009f\u00a0ł\u0085"}),
             "[\"a\\u001b[1m\\u007f\\u0080\\u009b\\u009f\u00a0ł\\u0085\"]");
 }
 
