@@ -34,7 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(entry.error().find(": ") != std::string::npos);
     return 0;
   }
-  require(Form::fromJson(Form::toJson(*entry)) == *entry);
+  const auto written = base::parseJson(Form::toJson(*entry));
+  require(written && Form::fromJson(*written) == *entry);
   for (const auto family : {protocol::WidgetFamily::systemSmall, protocol::WidgetFamily::systemMedium}) {
     const widzety::WidokDnia view{.wpis = *entry, .rozmiar = [family] { return family; }};
     const protocol::Node tree = view.body(OneMoment(), widzety::Jezyk::en);

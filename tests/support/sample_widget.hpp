@@ -75,7 +75,7 @@ class SampleProvider final : public platform::TimelineProvider<SampleEntry> {
 template <>
 struct platform::EntryForm<support::SampleEntry> {
   static EntryJson toJson(const support::SampleEntry& entry) {
-    return {{"date", base::formatInstant(entry.date)}, {"word", entry.word}};
+    return nlohmann::json{{"date", base::formatInstant(entry.date)}, {"word", entry.word}}.dump();
   }
   static std::expected<support::SampleEntry, std::string> fromJson(const nlohmann::json& json) {
     if (!json.is_object() || !json.contains("word")) return std::unexpected("word: missing");

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <exception>
 
+#include <malloc.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -35,6 +36,11 @@ void endProcessOnUncaughtException(const char* program) {
     }
     _exit(EXIT_FAILURE);
   });
+}
+
+void returnLargeBlocks() {
+  constexpr int largeBlock = 128 << 10;  // what the C library begins with
+  mallopt(M_MMAP_THRESHOLD, largeBlock);
 }
 
 void endProcessAfter(std::chrono::milliseconds time) {

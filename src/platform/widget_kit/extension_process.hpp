@@ -15,6 +15,10 @@ void keepProcessPrivate();
 /// memory; without this it would be ended by a signal. `program` is the line's beginning and must be a literal.
 void endProcessOnUncaughtException(const char* program);
 
+/// From here on a large block of memory goes back to the system as soon as it is freed. By default the C library keeps
+/// blocks as large as any that was freed before, and three long answers of the service leave it with hundreds of MB.
+void returnLargeBlocks();
+
 /// Ends the process with status 0 when the time has passed, whatever its threads are waiting for.
 void endProcessAfter(std::chrono::milliseconds time);
 

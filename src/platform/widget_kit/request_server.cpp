@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/json/json_text.hpp"
 #include "base/text/instant.hpp"
 #include "protocol/view_tree/node_json.hpp"
 
@@ -40,6 +41,18 @@ json declarationOf(const Widget& widget) {
           {"opens", std::move(opens)}};
 }
 
+std::string entryResult(const EntryJson& entry) { return R"({"entry":)" + entry + "}"; }
+
+std::string timelineResult(const TimelineJson& timeline) {
+  const json policy{{"type", "after"}, {"date", base::formatInstant(timeline.policy.date)}};
+  std::string result = R"({"policy":)" + base::toText(policy) + R"(,"entries":[)";
+  for (const EntryJson& entry : timeline.entries) {
+    if (&entry != &timeline.entries.front()) result += ',';
+    result += entry;
+  }
+  return result += "]}";
+}
+
 }  // namespace
 
 /// The widget and the size that a request speaks of.
@@ -49,9 +62,9 @@ struct RequestServer::Target {
 };
 
 bool RequestServer::serve(std::string_view line) {
-  auto request = protocol::json_rpc::parseRequest(line);
+  auto request = protocol::json_rpc::parseRequest(line, mostRequestValues);
   if (!request) {
-    answer(std::move(request.error()));
+    answer(protocol::json_rpc::toLine(std::move(request.error())));
   } else if (!request->isNotification) {  // a notification gets no answer, so none is computed
     dispatch(std::move(*request));
   }
@@ -59,13 +72,18 @@ bool RequestServer::serve(std::string_view line) {
 }
 
 bool RequestServer::refuseLongLine() {
-  answer({nullptr,
-          std::unexpected(protocol::json_rpc::makeError(ErrorCode::invalidRequest, "the line is longer than 64 MiB"))});
+  Reply{this, nullptr}(
+      std::unexpected(protocol::json_rpc::makeError(ErrorCode::invalidRequest, "the line is longer than 64 MiB")));
   return open_;
 }
 
-void RequestServer::answer(protocol::json_rpc::Response response) {
-  if (open_ && !writer_.write(protocol::json_rpc::toLine(std::move(response)))) open_ = false;
+void RequestServer::Reply::operator()(Result result) const {
+  server->answer(result ? protocol::json_rpc::resultLine(id, *result)
+                        : protocol::json_rpc::toLine({id, std::unexpected(std::move(result.error()))}));
+}
+
+void RequestServer::answer(std::string line) {
+  if (open_ && !writer_.write(std::move(line))) open_ = false;
 }
 
 void RequestServer::dispatch(protocol::json_rpc::Request request) {
@@ -88,7 +106,7 @@ void RequestServer::dispatch(protocol::json_rpc::Request request) {
 RequestServer::Result RequestServer::widgets() const {
   json declarations = json::array();
   for (const auto& widget : bundle_.body()) declarations.push_back(declarationOf(*widget));
-  return declarations;
+  return base::toText(declarations);
 }
 
 std::expected<RequestServer::Target, protocol::json_rpc::Error> RequestServer::target(const json& params) const {
@@ -108,7 +126,7 @@ std::expected<RequestServer::Target, protocol::json_rpc::Error> RequestServer::t
 }
 
 RequestServer::Result RequestServer::placeholder(const Target& target) {
-  return json{{"entry", target.configuration->placeholder({.family = target.family})}};
+  return entryResult(target.configuration->placeholder({.family = target.family}));
 }
 
 void RequestServer::snapshot(const Target& target, const json& params, Reply reply) {
@@ -116,15 +134,14 @@ void RequestServer::snapshot(const Target& target, const json& params, Reply rep
   if (isPreview == params.end() || !isPreview->is_boolean()) return reply(badParams("isPreview: not true or false"));
   target.configuration->getSnapshot(
       {.family = target.family, .isPreview = isPreview->get<bool>()},
-      Completion<EntryJson>([reply = std::move(reply)](EntryJson entry) { reply(json{{"entry", std::move(entry)}}); }));
+      Completion<EntryJson>([reply = std::move(reply)](const EntryJson& entry) { reply(entryResult(entry)); }));
 }
 
 void RequestServer::timeline(const Target& target, Reply reply) {
-  target.configuration->getTimeline(
-      {.family = target.family}, Completion<TimelineJson>([reply = std::move(reply)](TimelineJson timeline) {
-        reply(json{{"entries", std::move(timeline.entries)},
-                   {"policy", {{"type", "after"}, {"date", base::formatInstant(timeline.policy.date)}}}});
-      }));
+  target.configuration->getTimeline({.family = target.family},
+                                    Completion<TimelineJson>([reply = std::move(reply)](const TimelineJson& timeline) {
+                                      reply(timelineResult(timeline));
+                                    }));
 }
 
 RequestServer::Result RequestServer::render(const Target& target, const json& params) {
@@ -132,7 +149,7 @@ RequestServer::Result RequestServer::render(const Target& target, const json& pa
   if (entry == params.end()) return badParams("entry: missing");
   const auto view = target.configuration->content(*entry, target.family);
   if (!view) return badParams(view.error());
-  return json{{"view", protocol::toJson(*view)}};
+  return R"({"view":)" + base::toText(protocol::toJson(*view)) + "}";
 }
 
 }  // namespace platform

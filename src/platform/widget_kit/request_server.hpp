@@ -2,8 +2,10 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <expected>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "platform/widget_kit/widget_bundle.hpp"
@@ -11,6 +13,9 @@
 #include "protocol/json_rpc/message.hpp"
 
 namespace platform {
+
+/// The most JSON values in a request: each takes some hundred bytes of memory, whatever the line's length.
+inline constexpr std::size_t mostRequestValues = 750'000;
 
 /// Requests are handed in one after another; answers of asynchronous ones come from their tasks' threads.
 class RequestServer {
@@ -26,19 +31,20 @@ class RequestServer {
   void close() { open_ = false; }
 
  private:
-  using Result = std::expected<nlohmann::json, protocol::json_rpc::Error>;
+  /// JSON text on one line.
+  using Result = std::expected<std::string, protocol::json_rpc::Error>;
 
   /// Sends the answer to one request when it is ready.
   struct Reply {
     RequestServer* server;
     nlohmann::json id;
-    void operator()(Result result) const { server->answer({id, std::move(result)}); }
+    void operator()(Result result) const;
   };
 
   struct Target;
 
   void dispatch(protocol::json_rpc::Request request);
-  void answer(protocol::json_rpc::Response response);
+  void answer(std::string line);
 
   Result widgets() const;
   std::expected<Target, protocol::json_rpc::Error> target(const nlohmann::json& params) const;

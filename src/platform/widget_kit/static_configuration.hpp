@@ -22,7 +22,7 @@ struct EntryForm;
 template <TimelineEntry Entry>
 class StaticConfigurationOf final : public WidgetConfiguration {
  public:
-  using Content = std::function<protocol::Node(const Entry&, const FamilyEnvironment&)>;
+  using Content = std::function<protocol::Node(Entry, const FamilyEnvironment&)>;
 
   StaticConfigurationOf(std::string kind, std::unique_ptr<const TimelineProvider<Entry>> provider, Content content)
       : kind_(std::move(kind)), provider_(std::move(provider)), content_(std::move(content)) {}
@@ -46,20 +46,20 @@ class StaticConfigurationOf final : public WidgetConfiguration {
   }
 
   void getTimeline(const TimelineProviderContext& context, Completion<TimelineJson> completion) const override {
-    provider_->getTimeline(context, Completion<Timeline<Entry>>(
-                                        [completion = std::move(completion)](const Timeline<Entry>& timeline) mutable {
-                                          TimelineJson json{.policy = timeline.policy};
-                                          for (const auto& entry : timeline.entries)
-                                            json.entries.push_back(EntryForm<Entry>::toJson(entry));
-                                          completion(std::move(json));
-                                        }));
+    provider_->getTimeline(
+        context, Completion<Timeline<Entry>>([completion = std::move(completion)](Timeline<Entry> timeline) mutable {
+          TimelineJson json{.policy = timeline.policy};
+          for (const auto& entry : timeline.entries) json.entries.push_back(EntryForm<Entry>::toJson(entry));
+          timeline.entries.clear();  // a large day is not kept beside its text
+          completion(std::move(json));
+        }));
   }
 
   std::expected<protocol::Node, std::string> content(const nlohmann::json& entry,
                                                      protocol::WidgetFamily family) const override {
-    const auto decoded = EntryForm<Entry>::fromJson(entry);
+    auto decoded = EntryForm<Entry>::fromJson(entry);
     if (!decoded) return std::unexpected(decoded.error());
-    return content_(*decoded, [family] { return family; });
+    return content_(*std::move(decoded), [family] { return family; });
   }
 
  private:

@@ -19,7 +19,8 @@
 
 namespace platform {
 
-using EntryJson = nlohmann::json;
+/// An entry as it travels: JSON text on one line. As a tree of values a large day would take many times the memory.
+using EntryJson = std::string;
 
 struct TimelineJson {
   std::vector<EntryJson> entries;

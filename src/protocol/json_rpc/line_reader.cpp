@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include <unistd.h>
 
@@ -17,10 +18,10 @@ constexpr std::size_t keptStorage = std::size_t{1} << 20;
 
 LineReader::Result LineReader::next() {
   while (true) {
-    const char* const unscanned = storage_.data() + scanned_;
+    const char* const unscanned = storage_.get() + scanned_;
     const void* const found = end_ > scanned_ ? std::memchr(unscanned, '\n', end_ - scanned_) : nullptr;
     if (found != nullptr) {
-      const auto lineEnd = static_cast<std::size_t>(static_cast<const char*>(found) - storage_.data());
+      const auto lineEnd = static_cast<std::size_t>(static_cast<const char*>(found) - storage_.get());
       if (!skipping_) return takeLine(lineEnd);
       skipping_ = false;
       begin_ = scanned_ = lineEnd + 1;
@@ -32,7 +33,7 @@ LineReader::Result LineReader::next() {
     } else if (end_ - begin_ > maximumLength_) {
       skipping_ = true;
       begin_ = scanned_ = end_ = 0;
-      storage_ = {};
+      resize(0);
       return {.status = Status::tooLong};
     }
     if (const Result result = readMore(); result.status != Status::line) return result;
@@ -40,7 +41,7 @@ LineReader::Result LineReader::next() {
 }
 
 LineReader::Result LineReader::takeLine(std::size_t lineEnd) {
-  const std::string_view text(storage_.data() + begin_, lineEnd - begin_);
+  const std::string_view text(storage_.get() + begin_, lineEnd - begin_);
   begin_ = scanned_ = std::min(lineEnd + 1, end_);
   // The read that passed the limit may have brought the line's end too.
   if (text.size() > maximumLength_) return {.status = Status::tooLong};
@@ -50,21 +51,18 @@ LineReader::Result LineReader::takeLine(std::size_t lineEnd) {
 // Status::line means that there are new bytes to look at, or that the last line is complete.
 LineReader::Result LineReader::readMore() {
   if (begin_ > 0) {
-    std::memmove(storage_.data(), storage_.data() + begin_, end_ - begin_);
+    std::memmove(storage_.get(), storage_.get() + begin_, end_ - begin_);
     end_ -= begin_;
     scanned_ -= begin_;
     begin_ = 0;
   }
-  if (storage_.size() > keptStorage && end_ < smallestRead) {
-    storage_.resize(keptStorage);
-    storage_.shrink_to_fit();
-  }
-  if (storage_.size() - end_ < smallestRead) {
-    storage_.resize(std::max(end_ + smallestRead, std::min(2 * storage_.size(), maximumLength_ + smallestRead)));
+  if (capacity_ > keptStorage && end_ < smallestRead) resize(keptStorage);
+  if (capacity_ - end_ < smallestRead) {
+    resize(std::max(end_ + smallestRead, std::min(2 * capacity_, maximumLength_ + smallestRead)));
   }
   while (true) {
     // One byte stays free for the line end that a last line may lack.
-    const ssize_t count = ::read(descriptor_, storage_.data() + end_, storage_.size() - end_ - 1);
+    const ssize_t count = ::read(descriptor_, storage_.get() + end_, capacity_ - end_ - 1);
     if (count > 0) {
       end_ += static_cast<std::size_t>(count);
       return {.status = Status::line};
@@ -78,6 +76,14 @@ LineReader::Result LineReader::readMore() {
     if (errno == EAGAIN || errno == EWOULDBLOCK) return {.status = Status::wouldBlock};
     return {.status = Status::failed, .error = errno};
   }
+}
+
+// What is not written to stays out of memory.
+void LineReader::resize(std::size_t capacity) {
+  auto storage = std::make_unique_for_overwrite<char[]>(capacity);
+  if (end_ > 0) std::memcpy(storage.get(), storage_.get(), end_);
+  storage_ = std::move(storage);
+  capacity_ = capacity;
 }
 
 }  // namespace protocol::json_rpc

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
+#include <memory>
 #include <string_view>
 
 namespace protocol::json_rpc {
@@ -40,7 +40,10 @@ class LineReader {
 
   int descriptor_;
   std::size_t maximumLength_;
-  std::string storage_;  // bytes [begin_, end_) are read and not yet handed out
+  void resize(std::size_t capacity);
+
+  std::unique_ptr<char[]> storage_;  // bytes [begin_, end_) are read and not yet handed out
+  std::size_t capacity_ = 0;
   std::size_t begin_ = 0;
   std::size_t scanned_ = 0;  // no line end in [begin_, scanned_)
   std::size_t end_ = 0;

@@ -3,7 +3,7 @@
 
 #include <expected>
 #include <mutex>
-#include <string_view>
+#include <string>
 #include <system_error>
 
 namespace protocol::json_rpc {
@@ -16,7 +16,7 @@ class LineWriter {
 
   /// Writes `line`, which holds no "\n", and its line end; returns when all of it is written. Lines of several
   /// threads never mix. After a failure, which may have cut a line, every later call fails with the same error.
-  std::expected<void, std::error_code> write(std::string_view line);
+  std::expected<void, std::error_code> write(std::string line);
 
  private:
   int descriptor_;

@@ -107,4 +107,11 @@ std::string toLine(Response response) {
   return base::toText(object);
 }
 
+std::string resultLine(const json& id, std::string_view result) {
+  const std::string beginning = R"({"id":)" + base::toText(id) + R"(,"jsonrpc":"2.0","result":)";
+  std::string line;
+  line.reserve(beginning.size() + result.size() + 2);  // a line end may follow
+  return line.append(beginning).append(result).append("}");
+}
+
 }  // namespace protocol::json_rpc

@@ -56,5 +56,7 @@ std::expected<Response, std::string> parseResponse(std::string_view line,
 std::string toLine(const Request& request);
 /// By value: a result may be large, and is moved into the line's object.
 std::string toLine(Response response);
+/// The line of a response whose result is already written: `result` is JSON text without a line end.
+std::string resultLine(const nlohmann::json& id, std::string_view result);
 
 }  // namespace protocol::json_rpc

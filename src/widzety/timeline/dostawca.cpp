@@ -31,8 +31,9 @@ void Dostawca::getSnapshot(const platform::TimelineProviderContext& context,
 void Dostawca::getTimeline(const platform::TimelineProviderContext&,
                            platform::Completion<platform::Timeline<Wpis>> completion) const {
   otoczenie_.taski.start([otoczenie = otoczenie_, completion = std::move(completion)](std::stop_token stop) mutable {
-    Wpis wpis = wczytajWpis(otoczenie, std::move(stop));
-    completion({.entries = {std::move(wpis)},
+    std::vector<Wpis> wpisy;
+    wpisy.push_back(wczytajWpis(otoczenie, std::move(stop)));
+    completion({.entries = std::move(wpisy),
                 .policy = platform::TimelineReloadPolicy::after(dataOdswiezenia(otoczenie.zegar))});
   });
 }

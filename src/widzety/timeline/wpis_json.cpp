@@ -1,6 +1,7 @@
 #include "widzety/timeline/wpis_json.hpp"
 
 #include "base/json/json_object.hpp"
+#include "base/json/json_text.hpp"
 #include "base/text/instant.hpp"
 
 namespace widzety {
@@ -24,6 +25,15 @@ json spotkanieJako(const SpotkaniePlanowane& spotkanie) {
            {"czasTrwaniaMin", spotkanie.czasTrwaniaMin}};
   if (spotkanie.projektNazwa) out["projektNazwa"] = *spotkanie.projektNazwa;
   return out;
+}
+
+/// Appends the elements of an array. Each is a tree of values only while it is written.
+template <typename Rekord>
+void dopisz(std::string& out, const std::vector<Rekord>& rekordy, json (*jako)(const Rekord&)) {
+  for (const Rekord& rekord : rekordy) {
+    if (&rekord != &rekordy.front()) out += ',';
+    out += base::toText(jako(rekord));
+  }
 }
 
 absl::Time chwilaZ(const JsonObject& obiekt, const char* nazwa) {
@@ -52,7 +62,9 @@ SpotkaniePlanowane spotkanieZ(const JsonObject& obiekt) {
 template <typename Rekord>
 std::vector<Rekord> listaZ(const JsonObject& obiekt, const char* nazwa, Rekord (*rekordZ)(const JsonObject&)) {
   std::vector<Rekord> rekordy;
-  for (const JsonObject& element : obiekt.objects(nazwa)) rekordy.push_back(rekordZ(element));
+  const auto elementy = obiekt.objects(nazwa);
+  rekordy.reserve(elementy.size());
+  for (const JsonObject& element : elementy) rekordy.push_back(rekordZ(element));
   return rekordy;
 }
 
@@ -68,13 +80,13 @@ Wpis wpisZ(const JsonObject& obiekt) {
 }  // namespace widzety
 
 platform::EntryJson platform::EntryForm<widzety::Wpis>::toJson(const widzety::Wpis& wpis) {
-  EntryJson out{
-      {"date", base::formatInstant(wpis.date)}, {"zadania", EntryJson::array()}, {"spotkania", EntryJson::array()}};
-  for (const auto& zadanie : wpis.zadania) out["zadania"].push_back(widzety::zadanieJako(zadanie));
-  for (const auto& spotkanie : wpis.spotkania) out["spotkania"].push_back(widzety::spotkanieJako(spotkanie));
-  out["doDecyzji"] = wpis.doDecyzji;
-  if (wpis.blad) out["blad"] = *wpis.blad;
-  return out;
+  EntryJson out = R"({"date":)" + base::toText(base::formatInstant(wpis.date)) + R"(,"zadania":[)";
+  widzety::dopisz(out, wpis.zadania, widzety::zadanieJako);
+  out += R"(],"spotkania":[)";
+  widzety::dopisz(out, wpis.spotkania, widzety::spotkanieJako);
+  out += R"(],"doDecyzji":)" + std::to_string(wpis.doDecyzji);
+  if (wpis.blad) out += R"(,"blad":)" + base::toText(*wpis.blad);
+  return out += '}';
 }
 
 std::expected<widzety::Wpis, std::string> platform::EntryForm<widzety::Wpis>::fromJson(const nlohmann::json& json) {

@@ -23,6 +23,7 @@ void napiszDlaCzlowieka(std::string_view linia) {
 int main() {
   platform::keepProcessPrivate();
   platform::endProcessOnUncaughtException("vamba-widzety");
+  platform::returnLargeBlocks();
   std::signal(SIGPIPE, SIG_IGN);
   const platform::SystemClock zegar;
   platform::SystemKeychain magazyn({.folderVariable = "VAMBA_KEYCHAIN_DIR",

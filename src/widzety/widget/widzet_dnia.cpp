@@ -10,8 +10,8 @@ namespace widzety {
 
 platform::SomeWidgetConfiguration WidzetDnia::body() const {
   using enum protocol::WidgetFamily;
-  const auto tresc = [&zegar = otoczenie_.zegar](const Wpis& wpis, const platform::FamilyEnvironment& rozmiar) {
-    return WidokDnia{.wpis = wpis, .rozmiar = rozmiar}.body(zegar);
+  const auto tresc = [&zegar = otoczenie_.zegar](Wpis wpis, const platform::FamilyEnvironment& rozmiar) {
+    return WidokDnia{.wpis = std::move(wpis), .rozmiar = rozmiar}.body(zegar);
   };
   return platform::StaticConfiguration("pl.ferol.vamba.widzety.dzien", std::make_unique<Dostawca>(otoczenie_), tresc)
       .configurationDisplayName(tlumacz("Vamba — spotkania i zadania", biezacyJezyk()))

@@ -56,7 +56,7 @@ TEST_F(StaticConfigurationTest, AnswersAPreviewBeforeTheCallReturns) {
   EntryJson answer;
   widget_.body()->getSnapshot({.isPreview = true},
                               Completion<EntryJson>([&](EntryJson entry) { answer = std::move(entry); }));
-  EXPECT_EQ(answer["word"], "preview");
+  EXPECT_EQ(nlohmann::json::parse(answer)["word"], "preview");
 }
 
 TEST_F(StaticConfigurationTest, CompletesATimelineWhenItsTaskIsDoneEvenAfterTheConfigurationIsGone) {
@@ -66,7 +66,7 @@ TEST_F(StaticConfigurationTest, CompletesATimelineWhenItsTaskIsDoneEvenAfterTheC
   gate_.open();
   tasks_.waitForAll();
   ASSERT_EQ(answer.entries.size(), 1U);
-  EXPECT_EQ(answer.entries[0]["word"], "loaded");
+  EXPECT_EQ(nlohmann::json::parse(answer.entries[0])["word"], "loaded");
   EXPECT_EQ(answer.policy.date, support::sampleDate() + absl::Minutes(15));
 }
 

@@ -26,7 +26,7 @@ Wpis pelny() {
 }
 
 TEST(WpisJson, WritesFieldsByTheirNamesAndLeavesAbsentOnesOut) {
-  EXPECT_EQ(Form::toJson(pelny()), json::parse(R"({
+  EXPECT_EQ(json::parse(Form::toJson(pelny())), json::parse(R"({
     "date": "2025-03-14T09:30:00.25Z",
     "zadania": [
       {"id": "00112233-4455-6677-8899-aabbccddeeff", "numer": 9223372036854775807, "tytul": "Wysłać „wniosek”",
@@ -41,13 +41,13 @@ TEST(WpisJson, WritesFieldsByTheirNamesAndLeavesAbsentOnesOut) {
 }
 
 TEST(WpisJson, ReadsBackWhatItWrote) {
-  EXPECT_EQ(Form::fromJson(json::parse(Form::toJson(pelny()).dump())), pelny());
+  EXPECT_EQ(Form::fromJson(json::parse(Form::toJson(pelny()))), pelny());
   const Wpis zBledem{.date = chwila("2025-03-14T09:30:00Z"), .blad = "Brak połączenia z Vambą."};
-  EXPECT_EQ(Form::fromJson(Form::toJson(zBledem)), zBledem);
+  EXPECT_EQ(Form::fromJson(json::parse(Form::toJson(zBledem))), zBledem);
 }
 
 TEST(WpisJson, TakesNullForAbsentIgnoresOtherKeysAndCountsWholeNumbersHoweverWritten) {
-  auto form = Form::toJson(pelny());
+  auto form = json::parse(Form::toJson(pelny()));
   form["zadania"][0]["termin"] = nullptr;
   form["zadania"][0]["numer"] = 7.0;
   form["blad"] = nullptr;
@@ -67,7 +67,7 @@ struct Odmowa {
 class WpisJsonOdmawia : public testing::TestWithParam<Odmowa> {};
 
 TEST_P(WpisJsonOdmawia, AndNamesTheField) {
-  auto form = Form::toJson(pelny());
+  auto form = json::parse(Form::toJson(pelny()));
   form[json::json_pointer(GetParam().pole)] = json::parse(GetParam().wartosc);
   const auto read = Form::fromJson(form);
   ASSERT_FALSE(read.has_value());

@@ -29,7 +29,7 @@ TEST_F(WidzetDniaTest, IsTheBundlesOnlyWidgetInThreeSizes) {
 
 TEST_F(WidzetDniaTest, ShowsOneEntryDifferentlyInTwoSizes) {
   const auto konfiguracja = pakiet_.body()[0]->body();
-  const auto wpis = konfiguracja->placeholder({.family = systemSmall});
+  const auto wpis = nlohmann::json::parse(konfiguracja->placeholder({.family = systemSmall}));
   const auto maly = konfiguracja->content(wpis, systemSmall);
   const auto sredni = konfiguracja->content(wpis, systemMedium);
   ASSERT_TRUE(maly.has_value());
@@ -38,10 +38,11 @@ TEST_F(WidzetDniaTest, ShowsOneEntryDifferentlyInTwoSizes) {
 }
 
 TEST_F(WidzetDniaTest, PreviewTouchesNoKeychain) {
-  platform::EntryJson wpis;
+  nlohmann::json wpis;
   pakiet_.body()[0]->body()->getSnapshot(
       {.family = systemMedium, .isPreview = true},
-      platform::Completion<platform::EntryJson>([&](platform::EntryJson json) { wpis = std::move(json); }));
+      platform::Completion<platform::EntryJson>(
+          [&](const platform::EntryJson& text) { wpis = nlohmann::json::parse(text); }));
   EXPECT_EQ(wpis["zadania"].size(), 2U);
   EXPECT_EQ(wpis["spotkania"].size(), 1U);
   EXPECT_EQ(wpis["doDecyzji"], 3);
