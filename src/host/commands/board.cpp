@@ -1,6 +1,7 @@
 #include "host/commands/board.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include <absl/time/clock.h>
 
@@ -27,9 +28,9 @@ std::expected<Entry, CommandFailure> entryInFile(const std::string& name) {
     return std::unexpected(CommandFailure{exit_status::wrongCommandLine, message});
   };
   // As long as an entry may be in an answer of the extension.
-  const auto text = readAll(name, longestAnswer);
+  auto text = readAll(name, longestAnswer);
   if (!text) return wrong(text.error());
-  auto entry = base::parseJson(*text, mostValues);
+  const auto entry = base::parseJson(*std::exchange(text, std::string()), mostValues);
   if (!entry) return wrong((name == "-" ? "standard input" : name) + " does not hold an entry: " + entry.error());
   return entryFrom(*entry);
 }

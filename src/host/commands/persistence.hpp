@@ -15,7 +15,7 @@ namespace host {
 inline constexpr absl::Duration patience = absl::Seconds(8);
 
 /// Whether asking again may help. An extension that was silent has had its whole deadline, and one that cannot be
-/// started or refuses the question will do so again.
+/// started, answers too much or refuses the question will do so again.
 inline bool mayHelpToAskAgain(const ExtensionFailure& failure) {
   return failure.kind == ExtensionFailure::Kind::died || failure.kind == ExtensionFailure::Kind::nonsense;
 }

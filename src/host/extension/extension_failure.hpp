@@ -11,6 +11,7 @@ struct ExtensionFailure {
     died,         ///< ended, or closed one of its streams, before it answered
     timedOut,     ///< silent until the deadline
     nonsense,     ///< what it wrote is no answer
+    tooLong,      ///< what it wrote is more than a host reads
     refused,      ///< answered with an error (JSON-RPC 2.0, section 5.1)
     interrupted,  ///< the caller's `interruption` became readable
   };

@@ -112,11 +112,14 @@ std::optional<ExtensionSession::Answer> ExtensionSession::readAnswer(const std::
     const auto read = reader_.next();
     if (read.status == Status::wouldBlock) return std::nullopt;
     if (read.status == Status::tooLong) {
-      return std::unexpected(nonsense("the extension wrote a line that is longer than 16 MiB"));
+      return std::unexpected(ExtensionFailure{Kind::tooLong, "the extension wrote a line that is longer than 16 MiB"});
     }
     if (read.status != Status::line) return std::unexpected(died("output"));
 
     auto response = protocol::json_rpc::parseResponse(read.text, mostValues);
+    if (!response && response.error() == base::tooManyValues) {
+      return std::unexpected(ExtensionFailure{Kind::tooLong, "the extension wrote a line of more than 750,000 values"});
+    }
     // An error without an id means that the extension could not read a line, and only one request is under way.
     const bool isOurs = response && (response->id == lastId_ || (response->id.is_null() && !response->outcome));
     if (isOurs) {

@@ -73,6 +73,38 @@ TEST_F(HostCommands, ShowRefusesAnEntryWithoutEndAndTakesLittleMemory) {
 #endif
 }
 
+TEST_F(HostCommands, ShowTakesLittleMemoryForTheLargestEntries) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "a sanitizer takes memory of its own";
+#endif
+  constexpr std::size_t longest = (std::size_t{16} << 20) - 200;
+  const std::string beginning = R"({"date":"2025-03-14T08:00:00Z","doDecyzji":0,"spotkania":[],"zadania":[)";
+  const std::string id = R"({"numer":1,"id":"00112233-4455-6677-8899-aabbccddeeff","tytul":")";
+  const std::string text(16, 'x');
+  const std::string end = R"(","status":")" + text + R"(","projektNazwa":")" + text + "\"}";
+
+  std::string tasks = beginning + id + text + end;
+  while (tasks.size() < longest) tasks.append(",").append(id).append(text).append(end);
+  folder_.write("tasks", tasks + "]}");
+  folder_.write("title", beginning + id + std::string(longest - 300, 'x') + end + "]}");
+  // Each value in an object of its own takes the most memory.
+  std::string nested = R"({"x":[0)";
+  for (int i = 0; i < 1450; ++i) {
+    nested += ',';
+    for (int level = 0; level < 500; ++level) nested += R"({"abcdefghijklmn":)";
+    nested.append("0").append(500, '}');
+  }
+  folder_.write("nested", nested + "]}");
+  for (const char* const file : {"tasks", "title", "nested"}) {
+    // On a slow machine the extension does not answer in time; what it takes is the same.
+    const auto outcome = runHost({"show", "--entry", folder_.path(file)}, "", VAMBA_EXTENSION);
+    EXPECT_LT(outcome.status, 3) << file << ": " << outcome.errors;
+  }
+  rusage children{};
+  getrusage(RUSAGE_CHILDREN, &children);
+  EXPECT_LT(children.ru_maxrss, 200 * 1024) << "kilobytes, of the host and the extension";
+}
+
 TEST_F(HostCommands, ShowAsJsonPrintsTheView) {
   const auto view = json::parse(runHost({"show", "--format", "json"}).output);
   EXPECT_EQ(view["type"], "text");

@@ -141,10 +141,10 @@ TEST_F(ExtensionClientTest, FailsAtOnceWhereTheExtensionCannotAnswerAnyMore) {
            Misbehaviour{"close output", Kind::died, "closed its output"},
            Misbehaviour{"die leaving a grandchild", Kind::died, "ended with status 0"},
            Misbehaviour{"garbage", Kind::nonsense, "not an answer: Segmentation ?[1mfault"},
-           Misbehaviour{"flood", Kind::nonsense, "longer than 16 MiB"},
+           Misbehaviour{"flood", Kind::tooLong, "longer than 16 MiB"},
            Misbehaviour{"notifications", Kind::nonsense, "notifications without end"},
            Misbehaviour{"unknown ids", Kind::nonsense, "what it was not asked"},
-           Misbehaviour{"many values", Kind::nonsense, "not an answer"},
+           Misbehaviour{"many values", Kind::tooLong, "more than 750,000 values"},
            Misbehaviour{"empty object", Kind::nonsense, "\"widgets\" makes no sense"},
        }) {
     behave(c.behaviour);
