@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 #include <sys/mman.h>
@@ -29,23 +30,40 @@ constexpr auto boardFamily = protocol::WidgetFamily::systemMedium;
 constexpr absl::Duration longestLoad = absl::Seconds(15);
 constexpr absl::Duration longestQuestion = absl::Seconds(10);
 
+// How the extension says which rights it has given up (docs/protocol.md).
+constexpr std::string_view gaveUpAll = "has given up all rights that it does not need";
+constexpr std::string_view goesOnWithout = "goes on without a restriction: ";
+
+bool isAboutRights(std::string_view line) { return line == gaveUpAll || line.starts_with(goesOnWithout); }
+
 /// What the extension writes on standard error, kept in memory.
 class Overheard {
  public:
   Overheard() : file_(memfd_create("vamba-doctor", MFD_CLOEXEC)) {}
   int descriptor() const { return file_.get(); }
 
-  /// The last line, without the extension's name in front; empty where there is none.
-  std::string lastLine() const {
+  /// Without the extension's name in front.
+  std::vector<std::string> lines() const {
     std::array<char, std::size_t{32} << 10> bytes;
     const ssize_t count = file_.isOpen() ? ::pread(file_.get(), bytes.data(), bytes.size(), 0) : 0;
-    if (count <= 0) return {};
-    std::string_view text(bytes.data(), static_cast<std::size_t>(count));
-    while (text.ends_with('\n')) text.remove_suffix(1);
-    if (const auto end = text.rfind('\n'); end != std::string_view::npos) text.remove_prefix(end + 1);
-    constexpr std::string_view name = "vamba-widzety: ";
-    if (text.starts_with(name)) text.remove_prefix(name.size());
-    return std::string(text);
+    std::string_view text(bytes.data(), count > 0 ? static_cast<std::size_t>(count) : 0);
+    std::vector<std::string> result;
+    while (!text.empty()) {
+      const auto end = text.find('\n');
+      std::string_view line = text.substr(0, end);
+      text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+      constexpr std::string_view name = "vamba-widzety: ";
+      if (line.starts_with(name)) line.remove_prefix(name.size());
+      if (!line.empty()) result.emplace_back(line);
+    }
+    return result;
+  }
+
+  /// The cause that it told last; empty where there is none.
+  std::string lastCause() const {
+    auto causes = lines();
+    std::erase_if(causes, isAboutRights);
+    return causes.empty() ? std::string() : causes.back();
   }
 
  private:
@@ -114,7 +132,7 @@ Extension examine(ExtensionClient& client, const std::filesystem::path& program,
   if (!declared) {
     finding.what = declared.error().message;
     // Such as the name of a library that is missing.
-    if (const auto said = overheard.lastLine(); !said.empty()) finding.what += ": " + said;
+    if (const auto said = overheard.lastCause(); !said.empty()) finding.what += ": " + said;
     finding.advice = declared.error().kind == ExtensionFailure::Kind::cannotStart
                          ? "Install the widget again, or name the extension's program with --extension."
                          : "The program is damaged or is no extension; install the widget again.";
@@ -159,9 +177,27 @@ Finding requestFinding(ExtensionClient& client, const std::string& kind, Credent
     return finding;
   }
   const auto parsed = base::parseJson(entry.json);
-  const std::string cause = overheard.lastLine();
+  const std::string cause = overheard.lastCause();
   finding.what = cause.empty() && parsed ? parsed->value("blad", "") : cause;
   finding.advice = adviceFor(finding.what);
+  return finding;
+}
+
+/// Which rights the extension has given up, as it tells itself; another extension need not.
+Finding rightsFinding(const Overheard& overheard) {
+  Finding finding{.subject = "rights",
+                  .verdict = Verdict::note,
+                  .what = "the extension does not say whether it has given up those that it does not need"};
+  std::string missing;
+  for (const auto& line : overheard.lines()) {
+    if (line == gaveUpAll) return {.subject = "rights", .what = "the extension " + line};
+    if (line.starts_with(goesOnWithout)) missing += (missing.empty() ? "" : "; ") + line.substr(goesOnWithout.size());
+  }
+  if (missing.empty()) return finding;
+  finding.what = "the extension " + std::string(goesOnWithout) + missing;
+  if (missing.find("Landlock") != std::string::npos) {
+    finding.advice = "The widget works without it. Linux has Landlock since 5.13, unless it is turned off at boot.";
+  }
   return finding;
 }
 
@@ -208,7 +244,10 @@ CommandResult doctor(const CommandLine& line) {
   CredentialStore store;
   const Overheard overheard;
   const auto program = extensionProgram(line);
-  ExtensionClient client({.program = program, .loadDeadline = longestLoad, .diagnostics = overheard.descriptor()});
+  ExtensionClient client({.program = program,
+                          .loadDeadline = longestLoad,
+                          .diagnostics = overheard.descriptor(),
+                          .environment = {"VAMBA_VERBOSE=1"}});
 
   report.add({.subject = "host", .what = "vamba-host " + std::string(hostVersion()) + ", " + programPath().string()});
   const auto extension = examine(client, program, overheard);
@@ -230,6 +269,8 @@ CommandResult doctor(const CommandLine& line) {
   } else {
     report.add(requestFinding(client, extension.kind, store, overheard));
   }
+  client.stop();  // all that it wrote has been read then
+  report.add(rightsFinding(overheard));
   report.add(secretServiceFinding(store));
   report.add(displayFinding());
   report.add(portalFinding());

@@ -31,14 +31,15 @@ int main() {
                                     .diagnostics = napiszDlaCzlowieka});
   base::TaskGroup taski;
   const widzety::PakietWidzetow pakiet({zegar, magazyn, taski, napiszDlaCzlowieka});
-  // Gives up every right that a load does not need. What a kernel lacks is said only when asked: no person can change
-  // it.
+  // Gives up every right that a load does not need. What became of it is said only when asked, in lines that the host's
+  // `doctor` reads: no person can change what a kernel lacks.
   const auto ograniczProces = [&magazyn] {
     auto pliki = platform::filesOfTheSystem();
     for (auto& plik : platform::filesOfKeychain(magazyn.folders())) pliki.push_back(std::move(plik));
     const auto braki = platform::keepLeastRights(pliki);
     if (std::getenv("VAMBA_VERBOSE") == nullptr) return;
     for (const auto& brak : braki) napiszDlaCzlowieka("goes on without a restriction: " + brak);
+    if (braki.empty()) napiszDlaCzlowieka("has given up all rights that it does not need");
   };
   // A host may rely on the end within a second, even where a load hangs.
   const auto koniecWejscia = [] { platform::endProcessAfter(std::chrono::milliseconds(900)); };

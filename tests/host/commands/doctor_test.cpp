@@ -2,10 +2,14 @@
 #include <filesystem>
 
 #include <gmock/gmock.h>
+#include <linux/landlock.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include "end_to_end/extension_fixture.hpp"
 #include "host/commands/host_process.hpp"
 #include "host/credentials/credential_store.hpp"
+#include "platform/sandbox/least_rights.hpp"
 #include "support/nginx_server.hpp"
 #include "support/secret_service_session.hpp"
 #include "widzety/api/klient.hpp"
@@ -95,8 +99,39 @@ TEST_F(Doctor, SaysWhatIsInUseAndEndsWellWhereTheDayCanBeShown) {
     EXPECT_THAT(outcome.output, HasSubstr(expected));
   }
   EXPECT_THAT(outcome.output, ContainsRegex("(ok  |note)   fonts           [A-Z]"));
+  EXPECT_THAT(outcome.output,
+              ContainsRegex("(ok  |note)   rights          the extension (has given up|goes on without)"));
   EXPECT_THAT(outcome.output, HasSubstr("\nAll that the widget needs works.\n"));
   EXPECT_EQ(service_.requests().size(), 3U);
+}
+
+// A tracer stands in for a kernel without Landlock.
+TEST_F(Doctor, SaysWhetherTheExtensionHasGivenUpItsRights) {
+  if (!platform::sandboxIsBuiltIn) GTEST_SKIP() << "this build applies no restrictions";
+  constexpr int askForVersion = LANDLOCK_CREATE_RULESET_VERSION;
+  if (syscall(SYS_landlock_create_ruleset, nullptr, 0, askForVersion) >= 1) {
+    EXPECT_THAT(examine().output,
+                HasSubstr("ok     rights          the extension has given up all rights that it does not need\n"));
+  }
+  folder_.write("traced",
+                "#!/bin/sh\nexec /usr/bin/strace -f -qqq -o /dev/null -e trace=landlock_create_ruleset "
+                "-e inject=landlock_create_ruleset:error=ENOSYS " VAMBA_EXTENSION "\n");
+  std::filesystem::permissions(folder_.path("traced"), std::filesystem::perms::owner_all);
+  const auto without = examine(folder_.path("traced"));
+  EXPECT_EQ(without.status, 0) << without.output;
+  EXPECT_THAT(without.output,
+              HasSubstr("note   rights          the extension goes on without a restriction: Landlock: "
+                        "Function not implemented\n                       The widget works without it."));
+}
+
+TEST_F(Doctor, DoesNotClaimThatAnotherExtensionHasGivenUpItsRights) {
+  EXPECT_THAT(examine(VAMBA_FAKE_EXTENSION).output,
+              HasSubstr("note   rights          the extension does not say whether it has given up those"));
+}
+
+TEST_F(Doctor, TakesALineAboutRightsForNoCause) {
+  answerAll({.body = "no JSON"});
+  EXPECT_THAT(examine().output, HasSubstr("fault  request         tasks: the answer is malformed"));
 }
 
 TEST_F(Doctor, NamesAMissingTokenAndAsksNothingOfTheService) {
