@@ -107,3 +107,11 @@ build() {
   shift
   cmake --build "$root/build/$preset" ${1:+--target "$@"} -- -j"$jobs" </dev/null
 }
+
+# Each test sets the environment that it needs; that of the calling session must not reach it.
+clean_environment() {
+  env -u http_proxy -u https_proxy -u all_proxy -u no_proxy -u HTTP_PROXY -u HTTPS_PROXY -u ALL_PROXY -u NO_PROXY \
+    -u DBUS_SESSION_BUS_ADDRESS -u DISPLAY -u WAYLAND_DISPLAY -u SSL_CERT_FILE -u SSL_CERT_DIR -u TZ \
+    -u LANGUAGE -u LC_ALL -u LC_MESSAGES -u LANG -u NO_COLOR -u VAMBA_KEYCHAIN_DIR \
+    -u XDG_DATA_HOME -u XDG_CONFIG_HOME -u XDG_STATE_HOME -u XDG_RUNTIME_DIR "$@"
+}
