@@ -8,6 +8,7 @@
 
 #include "base/text/instant.hpp"
 #include "end_to_end/extension_fixture.hpp"
+#include "support/nginx_server.hpp"
 #include "support/scripted_http2_server.hpp"
 #include "support/shifted_clock/shifted_clock.hpp"
 
@@ -246,6 +247,36 @@ TEST_F(ExtensionConnectionsTest, LoadThatLosesARequestFailsAndTheNextOneDoesNot)
     clock_.set(clock_.now() + absl::Minutes(5));
   }
   expectEachRequestOnce();
+}
+
+TEST_F(ExtensionConnectionsTest, LoadsForTwentyMinutesFromAnNginxThatClosesIdleConnections) {
+  support::ScriptedHttpServer behind;
+  const std::string directives =
+      "    keepalive_timeout 1s;\n    location / { proxy_http_version 1.1; proxy_pass " + behind.url() + "; }\n";
+  for (const auto protocol : {support::NginxProtocol::tlsHttp1, support::NginxProtocol::tlsHttp2}) {
+    support::NginxServer nginx({.protocol = protocol, .directives = directives});
+    environment["SSL_CERT_FILE"] = nginx.authorityFile();
+    restart();
+    for (int load = 0; load < 5; ++load) {
+      const auto address = "/" + std::to_string(++number_);
+      for (const std::string path : {"/moje/zadania", "/skrzynka", "/spotkania-planowane"}) {
+        behind.answer(address + path, {.body = day().bodyFor(path)});
+      }
+      items.store("adres-api", nginx.url(address));
+      const json entry = loadEntry();
+      day().expectIn(entry);
+      clock_.set(clock_.now() + absl::Minutes(5));
+    }
+    std::map<std::string, std::string> addressOf;
+    std::set<std::string> targets;
+    for (const auto& request : nginx.endAndReadLog()) {
+      const auto address = request.target.substr(0, request.target.find('/', 1));
+      EXPECT_EQ(addressOf.try_emplace(request.connection, address).first->second, address)
+          << "a connection of two loads";
+      EXPECT_TRUE(targets.insert(request.target).second) << request.target << " was asked for twice";
+    }
+    EXPECT_EQ(targets.size(), 15U) << nginx.errorLog();
+  }
 }
 
 }  // namespace
