@@ -87,15 +87,16 @@ std::expected<void, std::string> makeFolders(const std::filesystem::path& folder
 void removeLeftovers(const std::filesystem::path& file) {
   const std::string start = file.filename().string() + std::string(temporaryMark);
   std::error_code error;
-  for (const auto& entry :
-       std::filesystem::directory_iterator(file.has_parent_path() ? file.parent_path() : ".", error)) {
-    const std::string name = entry.path().filename().string();
+  std::filesystem::directory_iterator entry(file.has_parent_path() ? file.parent_path() : ".", error);
+  // Not a range-based for, which throws where the folder cannot be read on.
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    const std::string name = entry->path().filename().string();
     if (!name.starts_with(start)) continue;
     pid_t writer = 0;
     const char* const end = name.data() + name.size();
     const auto [rest, fault] = std::from_chars(name.data() + start.size(), end, writer);
     const bool ours = fault == std::errc{} && writer > 0 && rest != end && *rest == '-';
-    if (ours && kill(writer, 0) != 0 && errno == ESRCH) std::filesystem::remove(entry.path(), error);
+    if (ours && kill(writer, 0) != 0 && errno == ESRCH) unlink(entry->path().c_str());
   }
 }
 

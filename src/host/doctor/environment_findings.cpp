@@ -68,8 +68,10 @@ std::size_t certificatesIn(const std::filesystem::path& file) {
 std::size_t hashedNamesIn(const std::filesystem::path& folder) {
   std::error_code error;
   std::size_t found = 0;
-  for (const auto& each : std::filesystem::directory_iterator(folder, error)) {
-    const std::string name = each.path().filename().string();
+  std::filesystem::directory_iterator each(folder, error);
+  // Not a range-based for, which throws where the folder cannot be read on.
+  for (; !error && each != std::filesystem::directory_iterator(); each.increment(error)) {
+    const std::string name = each->path().filename().string();
     if (name.size() > 9 && name[8] == '.' && name.find_first_not_of("0123456789abcdef") == 8) ++found;
   }
   return found;
