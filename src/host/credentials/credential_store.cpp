@@ -1,5 +1,8 @@
 #include "host/credentials/credential_store.hpp"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "base/files/replace_file.hpp"
 #include "host/credentials/secret_item.hpp"
 #include "host/diagnostics/diagnostics.hpp"
@@ -47,6 +50,14 @@ std::string placeOf(const std::filesystem::path& folder) { return "the folder " 
 
 constexpr const char* secretServicePlace = "the Secret Service";
 
+/// Whether there is a file as it is written here. Anything else in its place, such as a link, is refused when it is
+/// read.
+bool isItemFile(const std::filesystem::path& file) {
+  struct stat status{};
+  return lstat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid() &&
+         (status.st_mode & 07777) == 0600;
+}
+
 }  // namespace
 
 std::filesystem::path itemFile(const std::filesystem::path& folder, std::string_view account) {
@@ -58,9 +69,9 @@ std::expected<void, std::string> writeItemFile(const std::filesystem::path& fold
   const auto file = itemFile(folder, account);
   constexpr base::Rights ownersAlone{.file = 0600, .folder = 0700};
   if (auto made = base::makeFolders(file.parent_path(), ownersAlone); !made) return made;
-  // What is there may be a link or have other rights; a new file has neither.
+  // A new file would go where a link leads, and take over the rights of the old one.
   std::error_code none;
-  std::filesystem::remove(file, none);
+  if (!isItemFile(file)) std::filesystem::remove(file, none);
   return base::replaceFile(file, bytes, base::Durability::lasting, ownersAlone);
 }
 
