@@ -8,6 +8,7 @@
 #include "host/texts/texts.hpp"
 #include "picture/draw_picture.hpp"
 #include "render/picture/picture.hpp"
+#include "render/type/fatal_messages.hpp"
 #include "render/type/typesetter.hpp"
 
 namespace {
@@ -36,4 +37,7 @@ host::CommandResult showPicture(const host::CommandLine& line) {
 
 }  // namespace
 
-int main(int argc, char** argv) { return host::runProgram(argc, argv, showPicture); }
+int main(int argc, char** argv) {
+  render::endWithStatusOnFatalMessages("vamba-host");
+  return host::runProgram(argc, argv, showPicture);
+}

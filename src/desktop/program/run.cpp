@@ -15,6 +15,7 @@
 #include "desktop/windows/display_way.hpp"
 #include "desktop/windows/toolkit_look.hpp"
 #include "host/command_line/programs.hpp"
+#include "render/type/fatal_messages.hpp"
 #include "render/type/typesetter.hpp"
 
 namespace desktop {
@@ -79,6 +80,7 @@ host::CommandResult run(const host::CommandLine& line) {
   useDisplayWay(way);
   journal.sayIfVerbose("the display: " + std::string(describe(way)));
 
+  render::endWithStatusOnFatalMessages("vamba-host");
   render::beginLoadingFonts();  // while the toolkit and the extension start
   // Times, numbers and the host's texts are formatted without a C locale.
   gtk_disable_setlocale();
