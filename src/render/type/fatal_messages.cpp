@@ -4,7 +4,7 @@
 #include <cstring>
 #include <initializer_list>
 
-#include <glib.h>
+#include <pango/pangocairo.h>  // brings GLib
 #include <unistd.h>
 
 namespace render {
