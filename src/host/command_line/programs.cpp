@@ -26,17 +26,15 @@ std::filesystem::path libexecProgram(const std::filesystem::path& folder, std::s
   return usual;
 }
 
-std::filesystem::path hostProgram() {
+std::filesystem::path hostProgram() { return hostProgram(programPath(), VAMBA_BIN_FROM_LIBEXEC); }
+
+std::filesystem::path hostProgram(const std::filesystem::path& program, const std::filesystem::path& installed) {
   constexpr const char* name = "vamba-host";
-  const auto program = programPath();
   if (program.filename() == name) return program;
   const auto folder = program.parent_path();
   const auto usual = folder.parent_path().parent_path() / "bin" / name;
-  // The way from bin/ to the programs of libexec, backwards.
-  const std::filesystem::path bin = "/prefix/bin";
-  const auto back = bin.lexically_relative((bin / VAMBA_LIBEXEC_FROM_BIN).lexically_normal());
   std::error_code error;
-  for (const auto& candidate : {folder / name, usual, (folder / back / name).lexically_normal()}) {
+  for (const auto& candidate : {folder / name, usual, (folder / installed / name).lexically_normal()}) {
     if (std::filesystem::exists(candidate, error)) return candidate;
   }
   return usual;

@@ -27,6 +27,12 @@ std::filesystem::path libexecProgram(const std::filesystem::path& folder, std::s
 /// `vamba-host` of this installation, whichever of its programs is running.
 std::filesystem::path hostProgram();
 
+/// The same, seen from a program: itself if it is the host, else the first of these that exists, else the second.
+/// - beside it
+/// - in ../../bin
+/// - in `installed`, a path from the program's folder or an absolute one
+std::filesystem::path hostProgram(const std::filesystem::path& program, const std::filesystem::path& installed);
+
 /// The extension that the command line names, else the one of this installation.
 std::filesystem::path extensionProgram(const CommandLine& line);
 

@@ -39,5 +39,19 @@ TEST_F(LibexecProgram, IsFoundInAnAbsoluteFolder) {
   EXPECT_EQ(found(folder_.path("opt/vamba")), "opt/vamba/vamba-widzety");
 }
 
+TEST_F(LibexecProgram, FindsTheHostBesideThenInBinThenWhereItWasToBeInstalled) {
+  const std::string desktop = folder_.path("opt/exec/vamba/vamba-desktop");
+  const std::string away = folder_.path("usr/bin");
+  EXPECT_EQ(hostProgram(folder_.path("usr/bin/vamba-host"), "../.."), folder_.path("usr/bin/vamba-host")) << "itself";
+  EXPECT_EQ(hostProgram(desktop, away), folder_.path("opt/bin/vamba-host")) << "there is none";
+  put("usr/bin/vamba-host");
+  EXPECT_EQ(hostProgram(desktop, away), folder_.path("usr/bin/vamba-host"));
+  EXPECT_EQ(hostProgram(desktop, "../../../usr/bin"), folder_.path("usr/bin/vamba-host"));
+  put("opt/bin/vamba-host");
+  EXPECT_EQ(hostProgram(desktop, away), folder_.path("opt/bin/vamba-host"));
+  put("opt/exec/vamba/vamba-host");
+  EXPECT_EQ(hostProgram(desktop, away), folder_.path("opt/exec/vamba/vamba-host"));
+}
+
 }  // namespace
 }  // namespace host
