@@ -8,7 +8,7 @@
 
 #include <curl/curl.h>
 
-#include "platform/url_session/url.hpp"
+#include "platform/url/url.hpp"
 
 namespace {
 

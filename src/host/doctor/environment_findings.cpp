@@ -12,15 +12,12 @@
 #include "base/files/read_file.hpp"
 #include "host/texts/texts.hpp"
 #include "platform/calendar/device_time_zone.hpp"
+#include "platform/keychain/keychain_environment.hpp"
 #include "platform/languages/preferred_languages.hpp"
+#include "platform/trust/trusted_certificates.hpp"
 
 namespace host {
 namespace {
-
-std::optional<std::string> variable(const char* name) {
-  const char* const value = std::getenv(name);
-  return value == nullptr || *value == '\0' ? std::nullopt : std::optional<std::string>(value);
-}
 
 std::string_view nameOf(Language language) {
   switch (language) {
@@ -37,7 +34,7 @@ std::string_view nameOf(Language language) {
 /// "LANGUAGE=en_GB": the first of the variables that is set.
 std::optional<std::string> languageVariable() {
   for (const char* name : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) {
-    if (const auto value = variable(name)) return std::string(name) + "=" + *value;
+    if (const auto value = platform::environmentText(name)) return std::string(name) + "=" + *value;
   }
   return std::nullopt;
 }
@@ -62,19 +59,6 @@ std::size_t certificatesIn(const std::filesystem::path& file) {
   if (!std::filesystem::is_regular_file(file, error)) return 0;
   const auto text = base::readFile(file, largest);
   return text ? count(*text, "-----BEGIN CERTIFICATE-----") + count(*text, "-----BEGIN TRUSTED CERTIFICATE-----") : 0;
-}
-
-/// Names such as "5ed36f99.0", by which OpenSSL finds a certificate.
-std::size_t hashedNamesIn(const std::filesystem::path& folder) {
-  std::error_code error;
-  std::size_t found = 0;
-  std::filesystem::directory_iterator each(folder, error);
-  // Not a range-based for, which throws where the folder cannot be read on.
-  for (; !error && each != std::filesystem::directory_iterator(); each.increment(error)) {
-    const std::string name = each->path().filename().string();
-    if (name.size() > 9 && name[8] == '.' && name.find_first_not_of("0123456789abcdef") == 8) ++found;
-  }
-  return found;
 }
 
 std::string certificates(std::size_t number) {
@@ -123,7 +107,7 @@ Finding zoneFinding() {
 
 Finding certificatesFinding(const std::filesystem::path& systemFolder) {
   Finding finding{.subject = "certificates"};
-  if (const auto file = variable("SSL_CERT_FILE")) {
+  if (const auto file = platform::environmentText("SSL_CERT_FILE")) {
     const auto number = certificatesIn(*file);
     finding.what = certificates(number) + " in " + *file + ", which SSL_CERT_FILE names; no others are trusted";
     if (number > 0) return finding;
@@ -132,7 +116,7 @@ Finding certificatesFinding(const std::filesystem::path& systemFolder) {
     finding.advice = "Unset SSL_CERT_FILE, or name a file of certificates in PEM.";
     return finding;
   }
-  const auto hashed = hashedNamesIn(systemFolder);
+  const auto hashed = platform::hashedCertificatesIn(systemFolder);
   const auto bundle = systemFolder / "ca-certificates.crt";
   const auto bundled = hashed > 0 ? 0 : certificatesIn(bundle);
   finding.what = hashed > 0 ? certificates(hashed) + " in " + systemFolder.string()

@@ -6,6 +6,7 @@
 #include "base/tasks/deadline.hpp"
 #include "platform/keychain/keychain_environment.hpp"
 #include "platform/keychain/session_bus.hpp"
+#include "platform/url/url.hpp"
 
 namespace host {
 namespace {
@@ -30,25 +31,13 @@ BusResult<bool> hasOwner(SessionBus& bus, const char* name, const base::Deadline
   return owned != 0;
 }
 
-/// "https" and "vamba.example.org:8443" of "https://user@vamba.example.org:8443/api"; none where it is no such address.
-struct SchemeAndHost {
-  std::string_view scheme;
-  std::string_view host;
-};
-std::optional<SchemeAndHost> partsOf(std::string_view address) {
-  const auto colon = address.find("://");
-  if (colon == std::string_view::npos) return std::nullopt;
-  const auto scheme = address.substr(0, colon);
-  if (scheme != "http" && scheme != "https") return std::nullopt;
-  auto host = address.substr(colon + 3);
-  host = host.substr(0, host.find_first_of("/?#"));
-  if (const auto at = host.rfind('@'); at != std::string_view::npos) host.remove_prefix(at + 1);
-  if (host.empty()) return std::nullopt;
-  return SchemeAndHost{scheme, host};
-}
+bool isThisMachine(std::string_view host) { return host.starts_with("127.") || host == "localhost" || host == "::1"; }
 
-bool isThisMachine(std::string_view host) {
-  return host.starts_with("127.") || host.starts_with("localhost") || host.starts_with("[::1]");
+/// "vamba.example.org:8443" of "https://user@Vamba.example.org:8443/api".
+std::string hostAndPort(const platform::Url& url) {
+  const std::string& host = *url.host();
+  const std::string inUrl = host.find(':') == std::string::npos ? host : "[" + host + "]";
+  return url.port() ? inUrl + ":" + *url.port() : inUrl;
 }
 
 }  // namespace
@@ -96,17 +85,16 @@ AddressFinding addressFinding(CredentialStore& store) {
     address = item->bytes.text();
     place = item->place;
   }
-  const auto parts = partsOf(address);
-  if (!parts) {
+  const auto url = platform::Url::parse(address);
+  if (!url || !url->host() || (url->scheme() != "http" && url->scheme() != "https")) {
     finding.verdict = Verdict::fault;
     finding.what = "the one that is kept in " + place + " is not an http or https address";
     finding.advice = "Give the right one with \"vamba-host sign-in --address URL\".";
     return {finding, false};
   }
-  const bool encrypted = parts->scheme == "https";
-  finding.what =
-      std::string(parts->scheme) + "://" + std::string(parts->host) + (place.empty() ? ", the built-in one" : "");
-  if (!encrypted && !isThisMachine(parts->host)) {
+  const bool encrypted = url->scheme() == "https";
+  finding.what = *url->scheme() + "://" + hostAndPort(*url) + (place.empty() ? ", the built-in one" : "");
+  if (!encrypted && !isThisMachine(*url->host())) {
     finding.verdict = Verdict::note;
     finding.what += "; the token crosses the network unencrypted";
     finding.advice = "Use an address that begins with https.";

@@ -8,9 +8,9 @@
 
 #include <curl/curl.h>
 
+#include "platform/trust/trusted_certificates.hpp"
 #include "platform/url_session/pending_load.hpp"
 #include "platform/url_session/response_collector.hpp"
-#include "platform/url_session/trusted_certificates.hpp"
 
 namespace platform {
 

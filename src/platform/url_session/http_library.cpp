@@ -39,4 +39,10 @@ bool httpLibraryIsReady() {
   return ready;
 }
 
+std::string defaultCertificateFolder() {
+  const curl_version_info_data* const library = curl_version_info(CURLVERSION_NOW);
+  const bool tells = library->age >= CURLVERSION_SEVENTH && library->capath != nullptr;
+  return tells ? library->capath : std::string();
+}
+
 }  // namespace platform

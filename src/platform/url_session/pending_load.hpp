@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "base/tasks/deadline.hpp"
+#include "platform/url/url.hpp"
 #include "platform/url_session/load_result.hpp"
 #include "platform/url_session/request_headers.hpp"
-#include "platform/url_session/url.hpp"
 
 namespace platform {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/url_session/ascii.hpp"
+#include "platform/url/ascii.hpp"
 
 namespace platform {
 namespace {

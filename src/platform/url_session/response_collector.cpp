@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/url_session/ascii.hpp"
+#include "platform/url/ascii.hpp"
 
 namespace platform {
 namespace {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/trust/trusted_certificates.hpp"
 #include "platform/url_session/exchange.hpp"
 #include "platform/url_session/pending_load.hpp"
-#include "platform/url_session/trusted_certificates.hpp"
 
 namespace platform {
 

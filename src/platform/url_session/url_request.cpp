@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/url_session/ascii.hpp"
+#include "platform/url/ascii.hpp"
 
 namespace platform {
 

@@ -9,7 +9,7 @@
 
 #include "base/tasks/deadline.hpp"
 #include "base/text/secret_text.hpp"
-#include "platform/url_session/url.hpp"
+#include "platform/url/url.hpp"
 
 namespace platform {
 

@@ -5,10 +5,10 @@
 #include <cstdlib>
 #include <utility>
 
+#include "platform/url_session/http_library.hpp"
 #include "platform/url_session/pending_load.hpp"
 #include "platform/url_session/request_headers.hpp"
 #include "platform/url_session/transfer_worker.hpp"
-#include "platform/url_session/trusted_certificates.hpp"
 
 namespace platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/url_session/url.hpp"
+#include "platform/url/url.hpp"
 
 #include <gtest/gtest.h>
 

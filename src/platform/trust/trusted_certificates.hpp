@@ -1,6 +1,8 @@
 // Where TLS connections find the root certificates that they trust.
 #pragma once
 
+#include <cstddef>
+#include <filesystem>
 #include <string>
 
 namespace platform {
@@ -21,7 +23,7 @@ struct TrustedCertificates {
   static TrustedCertificates choose(const std::string& chosenFile, const std::string& hashedFolder);
 };
 
-/// The folder of hashed certificates that the HTTP library was built to use; empty where it has none.
-std::string defaultCertificateFolder();
+/// How many files of the folder have such a name; 0 where it cannot be read.
+std::size_t hashedCertificatesIn(const std::filesystem::path& folder);
 
 }  // namespace platform

@@ -1,11 +1,11 @@
-#include "platform/url_session/url.hpp"
+#include "platform/url/url.hpp"
 
 #include <algorithm>
 #include <utility>
 
 #include <uriparser/Uri.h>
 
-#include "platform/url_session/ascii.hpp"
+#include "platform/url/ascii.hpp"
 
 namespace platform {
 namespace {
