@@ -2,7 +2,7 @@
 // "press BUTTON X Y", "release BUTTON X Y", "key NAME", "monitors COUNT" when one has come or gone. F2 renames it for
 // those who cannot see it, F3 ends it. Arguments: a title, a colour as #rrggbb, and "below" to be kept below others,
 // "panel" to be a panel along the right edge of a Wayland output, "icons" to be a file manager's desktop of 1280 x 800,
-// or "maximized".
+// "large" for 1000 x 700, or "maximized".
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -77,6 +77,7 @@ int main(int argc, char** argv) {
   if (argc > 3 && std::strcmp(argv[3], "maximized") == 0) gtk_window_maximize(GTK_WINDOW(window));
   gtk_window_set_decorated(GTK_WINDOW(window), FALSE);
   gtk_window_set_default_size(GTK_WINDOW(window), 300, 200);
+  if (argc > 3 && std::strcmp(argv[3], "large") == 0) gtk_window_set_default_size(GTK_WINDOW(window), 1000, 700);
   if (argc > 3 && std::strcmp(argv[3], "icons") == 0) {
     gtk_window_set_type_hint(GTK_WINDOW(window), GDK_WINDOW_TYPE_HINT_DESKTOP);
     gtk_window_set_default_size(GTK_WINDOW(window), 1280, 800);

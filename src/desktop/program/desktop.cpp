@@ -180,6 +180,12 @@ void Desktop::heard(const host::ExtensionFailure& failure) {
   if (std::exchange(lastFailure_, failure.message) != failure.message) parts_.journal.say(failure.message);
 }
 
+void Desktop::keepAboveShownDesktop(bool shown) {
+  for (const auto& [id, window] : windows_) {
+    if (window) window->keepAboveShownDesktop(shown);
+  }
+}
+
 void Desktop::setLook(const BoardLook& look) {
   systemLook_ = look;
   applyLook();

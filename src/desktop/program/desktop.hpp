@@ -45,6 +45,8 @@ class Desktop final : public BoardCommands {
 
   /// What the desktop asks for. The person's settings go before it.
   void setLook(const BoardLook& look);
+  /// For a compositor whose "show desktop" covers the bottom layer.
+  void keepAboveShownDesktop(bool shown);
   /// The size of text relative to the usual one. Boards grow by the same factor.
   void setTextScale(double scale);
   void openGallery() override;

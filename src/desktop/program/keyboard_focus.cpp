@@ -29,7 +29,10 @@ void KeyboardFocus::next(int id, Turn turn) {
 void KeyboardFocus::end() {
   if (!inFront_) return;
   sendBack();
-  previous_.restore(gtk_get_current_event_time());
+  if (previous_.restore(gtk_get_current_event_time())) return;
+  for (const auto& [id, window] : windows_) {
+    if (window && window->isActive()) window->giveUpKeyboard();
+  }
 }
 
 void KeyboardFocus::activeChanged() {

@@ -11,6 +11,7 @@
 #include "desktop/appearance/appearance_portal.hpp"
 #include "desktop/program/desktop.hpp"
 #include "desktop/program/opening.hpp"
+#include "desktop/program/shown_desktop.hpp"
 #include "desktop/program/single_instance.hpp"
 #include "desktop/windows/display_way.hpp"
 #include "desktop/windows/toolkit_look.hpp"
@@ -132,6 +133,10 @@ host::CommandResult run(const host::CommandLine& line) {
                   {.program = host::extensionProgram(line)});
   running = &desktop;
   const Look look(desktop);
+  std::optional<ShownDesktop> shownDesktop;
+  if (const auto bus = sessionBusToAsk(); bus && way == DisplayWay::layerShell && compositorIsKwin()) {
+    shownDesktop.emplace(*bus, [&desktop](bool shown) { desktop.keepAboveShownDesktop(shown); });
+  }
   desktop.begin();
   // The windows have to be shown first.
   if (line.focus) MainLoop::postWhenIdle([&desktop] { desktop.focusBoards(); });

@@ -1,6 +1,7 @@
 #include "desktop/windows/board_surface.hpp"
 
 #include <cmath>
+#include <cstdlib>
 #include <utility>
 
 #include <gdk/gdkwayland.h>
@@ -29,6 +30,12 @@ GtkWindowType windowType(DisplayWay way, BoardSurface::Role role) {
   return way == DisplayWay::x11 && role == BoardSurface::Role::outline ? GTK_WINDOW_POPUP : GTK_WINDOW_TOPLEVEL;
 }
 
+/// The part of the hints that a window manager drops when it unmanages the window.
+void describeState(GtkWindow* window) {
+  gtk_window_set_keep_below(window, TRUE);
+  gtk_window_stick(window);
+}
+
 /// Sets the window manager hints. "Show desktop" leaves docks visible, above a file manager's icons; keep-below puts
 /// them below all other windows.
 void describeToManager(GtkWindow* window) {
@@ -37,9 +44,8 @@ void describeToManager(GtkWindow* window) {
   gtk_window_set_resizable(window, FALSE);
   gtk_window_set_skip_taskbar_hint(window, TRUE);
   gtk_window_set_skip_pager_hint(window, TRUE);
-  gtk_window_set_keep_below(window, TRUE);
   gtk_window_set_focus_on_map(window, FALSE);
-  gtk_window_stick(window);
+  describeState(window);
 }
 
 /// How a layer gets the keyboard while it is at the bottom: by a click, where the compositor offers that.
@@ -142,7 +148,16 @@ void BoardSurface::askToBeShown() {
 
 void BoardSurface::hide() { gtk_widget_hide(window_); }
 
-void BoardSurface::activate(guint32 time) { gtk_window_present_with_time(asWindow(window_), time); }
+void BoardSurface::activate(guint32 time) {
+  GdkWindow* const mapped = gtk_widget_get_window(window_);
+  if (way_ == DisplayWay::x11 && mapped != nullptr && time != GDK_CURRENT_TIME) {
+    // KWin refuses the toolkit's own request for a dock, and stacks docks that are kept below among other windows.
+    focusOnX(mapped, time);
+    gdk_window_lower(mapped);
+    return;
+  }
+  gtk_window_present_with_time(asWindow(window_), time);
+}
 
 void BoardSurface::setDepth(Depth depth) {
   const bool front = depth == Depth::front;
@@ -153,6 +168,8 @@ void BoardSurface::setDepth(Depth depth) {
     gtk_layer_set_layer(asWindow(window_), front ? GTK_LAYER_SHELL_LAYER_TOP : GTK_LAYER_SHELL_LAYER_BOTTOM);
     if (!front) gtk_layer_set_keyboard_mode(asWindow(window_), restingKeyboardMode());
     commit(window_);
+    // KWin 5.27 ignores a change of the layer, and leaves the keyboard with a layer that gives it up.
+    if (compositorIsKwin()) mapAgain();
     return;
   }
   gtk_window_set_keep_below(asWindow(window_), front ? FALSE : TRUE);
@@ -180,6 +197,18 @@ void BoardSurface::releaseKeyboard() {
   if (way_ != DisplayWay::layerShell) return;
   gtk_layer_set_keyboard_mode(asWindow(window_), GTK_LAYER_SHELL_KEYBOARD_MODE_NONE);
   commit(window_);
+}
+
+void BoardSurface::giveUpKeyboard() {
+  if (way_ == DisplayWay::x11 && std::getenv("WAYLAND_DISPLAY") != nullptr) mapAgain();
+}
+
+/// Takes the window away and shows it again. Compositors then give its keyboard to the window that had it before.
+void BoardSurface::mapAgain() {
+  if (gtk_widget_get_mapped(window_) == FALSE) return;
+  gtk_widget_hide(window_);
+  if (way_ == DisplayWay::x11) gtk_window_move(asWindow(window_), place_.origin.x, place_.origin.y);
+  gtk_widget_show(window_);
 }
 
 void BoardSurface::fade(double opacity) {
@@ -296,7 +325,8 @@ void BoardSurface::cutOut() const {
 }
 
 gboolean BoardSurface::shown(GdkEvent* /*event*/) {
-  mapped_ = true;
+  // The window manager may have dropped the state of the window before it was mapped again.
+  if (std::exchange(mapped_, true) && way_ == DisplayWay::x11) describeState(asWindow(window_));
   return FALSE;
 }
 

@@ -53,6 +53,9 @@ class BoardSurface {
   void takeKeyboard();
   /// After `takeKeyboard`: lets other boards and windows have it.
   void releaseKeyboard();
+  /// On the X server of a Wayland compositor: hands the keyboard to the window that had it before, which may be a
+  /// Wayland client's and so be unknown here.
+  void giveUpKeyboard();
   bool isActive() const { return gtk_window_is_active(GTK_WINDOW(window_)) != FALSE; }
   /// Sets the opacity with which the board is painted, 0 to 1.
   void fade(double opacity);
@@ -65,6 +68,7 @@ class BoardSurface {
   void cutOut() const;
   void focusChanged(GParamSpec* property);
   void compositingChanged();
+  void mapAgain();
   bool composed() const;
   void shape();
   void repaint();

@@ -105,6 +105,26 @@ void BoardWindow::show(std::shared_ptr<BoardPicture> picture, const std::string&
                        .width = picture_->width()});
 }
 
+void BoardWindow::bringToFront() {
+  inFront_ = true;
+  updateDepth();
+}
+
+void BoardWindow::sendBack() {
+  inFront_ = false;
+  updateDepth();
+}
+
+void BoardWindow::keepAboveShownDesktop(bool shown) {
+  desktopShown_ = shown;
+  // A board in front stays there, with the keyboard.
+  if (!inFront_) updateDepth();
+}
+
+void BoardWindow::updateDepth() {
+  surface_.setDepth(inFront_ || desktopShown_ ? BoardSurface::Depth::front : BoardSurface::Depth::bottom);
+}
+
 void BoardWindow::activeChanged(GParamSpec* /*property*/) { commands_.activeChanged(); }
 
 void BoardWindow::offerUndo(std::function<void()> undo) {

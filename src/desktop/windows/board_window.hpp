@@ -35,11 +35,15 @@ class BoardWindow {
   void withdrawUndo();
   void askToBeShown() { surface_.askToBeShown(); }
 
-  void bringToFront() { surface_.setDepth(BoardSurface::Depth::front); }
-  void sendBack() { surface_.setDepth(BoardSurface::Depth::bottom); }
+  void bringToFront();
+  void sendBack();
+  /// Keeps the board visible while the compositor shows the desktop by raising it.
+  void keepAboveShownDesktop(bool shown);
   /// Takes the keyboard focus. The board has to be in front.
   void focus() { surface_.takeKeyboard(); }
   void releaseFocus() { surface_.releaseKeyboard(); }
+  /// For a board that is sent back where no other window can be given the focus.
+  void giveUpKeyboard() { surface_.giveUpKeyboard(); }
   bool isActive() const { return surface_.isActive(); }
 
  private:
@@ -70,6 +74,7 @@ class BoardWindow {
   void showOutline();
   void undoClicked() { undo_(); }
   void endDrag();
+  void updateDepth();
   Point pointerAt(double x, double y, double rootX, double rootY) const;
 
   int id_;
@@ -77,6 +82,8 @@ class BoardWindow {
   BoardCommands& commands_;
   const Texts& texts_;
   BoardSurface surface_;
+  bool inFront_ = false;
+  bool desktopShown_ = false;
   GtkWidget* area_;  ///< owned by the surface's window
   std::shared_ptr<BoardPicture> picture_;
   SurfacePlace place_;

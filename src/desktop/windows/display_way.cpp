@@ -4,6 +4,7 @@
 #include <memory>
 
 #include <X11/Xlib.h>
+#include <gdk/gdkwayland.h>
 #include <wayland-client.h>
 
 namespace desktop {
@@ -69,6 +70,12 @@ void sayWhenServerGoes(DisplayWay way, LastWords lastWords) {
     kept();
     return 0;
   });
+}
+
+bool compositorIsKwin() {
+  static const bool isKwin =
+      gdk_wayland_display_query_registry(gdk_display_get_default(), "org_kde_plasma_shell") != FALSE;
+  return isKwin;
 }
 
 std::string_view describe(DisplayWay way) {

@@ -25,6 +25,9 @@ void useDisplayWay(DisplayWay way);
 using LastWords = void (*)();
 void sayWhenServerGoes(DisplayWay way, LastWords lastWords);
 
+/// Whether the toolkit, which has started on Wayland, is connected to KWin.
+bool compositorIsKwin();
+
 /// For a person: "Wayland, on the bottom layer".
 std::string_view describe(DisplayWay way);
 

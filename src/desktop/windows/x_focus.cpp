@@ -56,14 +56,15 @@ void PreviousFocus::remember() {
   if (way_ == DisplayWay::x11) window_ = activeWindow();
 }
 
-void PreviousFocus::restore(guint32 time) {
+bool PreviousFocus::restore(guint32 time) {
   const Window window = std::exchange(window_, None);
-  if (window == None) return;
+  if (window == None) return false;
   GdkDisplay* const display = gdk_display_get_default();
   // None if it has been closed.
   const OwnedObject<GdkWindow> known(gdk_x11_window_foreign_new_for_display(display, window));
-  if (!known) return;
+  if (!known) return false;
   focusOnX(known.get(), time);
+  return true;
 }
 
 }  // namespace desktop

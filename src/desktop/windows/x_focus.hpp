@@ -18,8 +18,8 @@ class PreviousFocus {
   explicit PreviousFocus(DisplayWay way) : way_(way) {}
 
   void remember();
-  /// Focuses the remembered window, if there was one, and forgets it. `time` is that of the event that caused it.
-  void restore(guint32 time);
+  /// Focuses the remembered window and forgets it. False if there was none. `time` is that of the event that caused it.
+  bool restore(guint32 time);
 
  private:
   DisplayWay way_;

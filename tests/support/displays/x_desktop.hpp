@@ -41,6 +41,7 @@ class XDesktop {
   SessionBus::Environment environment() const;
 
   SessionBus& bus() { return bus_; }
+  const SessionBus& bus() const { return bus_; }
   const XConnection& windows() const { return *windows_; }
   XInput& input() { return *input_; }
   XMonitors& monitors() { return *monitors_; }
