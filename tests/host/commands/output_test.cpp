@@ -59,6 +59,11 @@ TEST_F(WriteFile, SaysWhyItCannotAndLosesNothing) {
   EXPECT_EQ(filesIn(folder_.path("")), 0U);
 }
 
+TEST_F(WriteFile, LeavesADeviceADevice) {
+  EXPECT_TRUE(writeFile("/dev/null", "x"));
+  EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+}
+
 TEST_F(WriteFile, LeavesNoDescriptorOpenWhereItFails) {
   const auto before = filesIn("/proc/self/fd");
   EXPECT_FALSE(writeFile("/dev/full", "x"));
