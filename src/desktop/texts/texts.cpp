@@ -44,6 +44,8 @@ constexpr Texts polish{
     .addedBottomLeft = "Dodano: u dołu po lewej.",
     .addedBottomRight = "Dodano: u dołu po prawej.",
     .loading = "Trwa wczytywanie",
+    .openAction = "Otwórz Vambę",
+    .menuAction = "Pokaż menu",
 };
 
 constexpr Texts english{
@@ -81,6 +83,8 @@ constexpr Texts english{
     .addedBottomLeft = "Added, bottom left.",
     .addedBottomRight = "Added, bottom right.",
     .loading = "Loading",
+    .openAction = "Open Vamba",
+    .menuAction = "Show the menu",
 };
 
 constexpr Texts lithuanian{
@@ -118,6 +122,8 @@ constexpr Texts lithuanian{
     .addedBottomLeft = "Pridėta apačioje kairėje.",
     .addedBottomRight = "Pridėta apačioje dešinėje.",
     .loading = "Įkeliama",
+    .openAction = "Atidaryti Vamba",
+    .menuAction = "Rodyti meniu",
 };
 
 }  // namespace

@@ -47,7 +47,9 @@ struct Texts {
   const char* addedTopRight;
   const char* addedBottomLeft;
   const char* addedBottomRight;
-  const char* loading;  ///< a placeholder board for screen readers
+  const char* loading;     ///< a placeholder board for screen readers
+  const char* openAction;  ///< the actions of a board for screen readers
+  const char* menuAction;
 };
 
 const Texts& textsFor(host::Language language);

@@ -15,11 +15,13 @@ namespace {
 constexpr const char* areaTypeName = "VambaBoardArea";
 
 struct BoardAction {
-  const char* name;    // as AT-SPI has it, in no language
+  const char* name;    // for programs, in no language
   const char* signal;  // of the area
   const char* keys;
+  std::string AccessibleBoard::* localizedName;
 };
-constexpr std::array actions{BoardAction{"open", "open-asked", "Return"}, BoardAction{"menu", "menu-asked", "Menu"}};
+constexpr std::array actions{BoardAction{"open", "open-asked", "Return", &AccessibleBoard::openAction},
+                             BoardAction{"menu", "menu-asked", "Menu", &AccessibleBoard::menuAction}};
 
 /// A row of a board: a label whose place is a part of the board's.
 struct RowObject {
@@ -30,6 +32,7 @@ struct RowObject {
 };
 
 struct BoardObjectState {
+  std::array<std::string, actions.size()> actionNames;  // in the person's language
   std::vector<OwnedObject<AtkObject>> rows;
 };
 
@@ -170,6 +173,11 @@ const char* actionName(AtkAction* /*board*/, int index) noexcept {
   return action == nullptr ? nullptr : action->name;
 }
 
+const char* localizedActionName(AtkAction* board, int index) noexcept {
+  if (actionAt(index) == nullptr) return nullptr;
+  return asBoard(board)->state->actionNames[static_cast<std::size_t>(index)].c_str();
+}
+
 const char* actionKeys(AtkAction* /*board*/, int index) noexcept {
   const auto* const action = actionAt(index);
   return action == nullptr ? nullptr : action->keys;
@@ -210,7 +218,7 @@ void boardActionInit(gpointer interface, gpointer /*data*/) noexcept {
   auto* const action = static_cast<AtkActionIface*>(interface);
   action->get_n_actions = &actionCount;
   action->get_name = &actionName;
-  action->get_localized_name = &actionName;
+  action->get_localized_name = &localizedActionName;
   action->get_keybinding = &actionKeys;
   action->do_action = &doAction;
 }
@@ -274,7 +282,9 @@ void describeArea(GtkWidget* area, const AccessibleBoard& board) {
   AtkObject* const object = gtk_widget_get_accessible(area);
   setText(object, board.name, &atk_object_get_name, &atk_object_set_name);
   setText(object, board.description, &atk_object_get_description, &atk_object_set_description);
-  auto& rows = asBoard(object)->state->rows;
+  auto& state = *asBoard(object)->state;
+  for (std::size_t i = 0; i < actions.size(); ++i) state.actionNames[i] = board.*(actions[i].localizedName);
+  auto& rows = state.rows;
   while (rows.size() > board.rows.size()) removeLastRow(object, rows);
   for (std::size_t i = 0; i < board.rows.size(); ++i) {
     const bool isNew = i == rows.size();

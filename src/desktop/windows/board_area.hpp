@@ -18,6 +18,8 @@ struct AccessibleBoard {
   std::string description;
   std::vector<render::ReadRow> rows;
   double width = 1;
+  std::string openAction;  ///< what a screen reader calls the actions, in the person's language
+  std::string menuAction;
 };
 
 /// A new widget with the signals "open-asked" and "menu-asked", which have no arguments and are emitted some time after

@@ -102,7 +102,9 @@ void BoardWindow::show(std::shared_ptr<BoardPicture> picture, const std::string&
   describeArea(area_, {.name = widgetName,
                        .description = redacted ? texts_.loading : picture_->aloud(),
                        .rows = picture_->rows(),
-                       .width = picture_->width()});
+                       .width = picture_->width(),
+                       .openAction = texts_.openAction,
+                       .menuAction = texts_.menuAction});
 }
 
 void BoardWindow::bringToFront() {

@@ -159,7 +159,18 @@ TEST_F(ScreenReaderOnX11, BoardIsFocusableWithActionsAndItsRowsAreChildren) {
   EXPECT_EQ(board.description, rows[0] + "\n" + rows[1] + "\n" + rows[2] + "\n" + rows[3]);
   EXPECT_TRUE(board.focusable);
   EXPECT_THAT(board.actions, ElementsAre("open", "menu"));
+  EXPECT_THAT(board.actionNames, ElementsAre("Otwórz Vambę", "Pokaż menu"));
   EXPECT_EQ(objectsOf(objects).at(2).role, "label");
+
+  // They are read in the order in which they are seen, each within the board.
+  int bottom = firstPlace().y;
+  for (const auto& row : rows) {
+    const auto area = objects.areaOf(host().id(), row);
+    EXPECT_GE(area.y, bottom) << row;
+    EXPECT_GT(area.height, 0) << row;
+    bottom = area.y + area.height;
+  }
+  EXPECT_LE(bottom, firstPlace().y + firstPlace().height);
 
   // Fewer rows and another text.
   service_.answer(tasksTarget, {.body = json::array({serverTask(42, "Sprawdzić korektę", "2020-01-06")}).dump()});

@@ -1,6 +1,8 @@
 #include "desktop/texts/texts.hpp"
 
 #include <set>
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -40,6 +42,17 @@ TEST(DesktopTexts, EveryItemOfAMenuHasAMnemonicOfItsOwn) {
         {texts.systemScheme, texts.light, texts.dark, texts.solid, texts.translucent, texts.noBackground});
     expectOwnMnemonics({texts.small, texts.medium, texts.large});
   }
+}
+
+TEST(DesktopTexts, NameTheActionsOfABoardInEachLanguage) {
+  const auto names = [](host::Language language) {
+    const Texts& texts = textsFor(language);
+    return std::vector<std::string>{texts.openAction, texts.menuAction};
+  };
+  using testing::ElementsAre;
+  EXPECT_THAT(names(host::Language::polish), ElementsAre("Otwórz Vambę", "Pokaż menu"));
+  EXPECT_THAT(names(host::Language::english), ElementsAre("Open Vamba", "Show the menu"));
+  EXPECT_THAT(names(host::Language::lithuanian), ElementsAre("Atidaryti Vamba", "Rodyti meniu"));
 }
 
 TEST(DesktopTexts, TellTheLastAndTheNextReloadByTheDevicesClock) {

@@ -75,7 +75,8 @@ bool hasInterface(sd_bus* bus, const Reference& object, const char* name) {
   return false;
 }
 
-std::vector<std::string> actionsOf(sd_bus* bus, const Reference& object) {
+/// In the person's language.
+std::vector<std::string> actionNamesOf(sd_bus* bus, const Reference& object) {
   std::vector<std::string> names;
   if (!hasInterface(bus, object, "org.a11y.atspi.Action")) return names;
   const auto reply = call(bus, object, "org.a11y.atspi.Action", "GetActions");
@@ -83,6 +84,31 @@ std::vector<std::string> actionsOf(sd_bus* bus, const Reference& object) {
   const char* name = nullptr;
   while (sd_bus_message_read(reply.get(), "(sss)", &name, nullptr, nullptr) > 0) names.emplace_back(name);
   return names;
+}
+
+std::vector<std::string> actionsOf(sd_bus* bus, const Reference& object, std::size_t count) {
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < count; ++i) {
+    sd_bus_message* reply = nullptr;
+    sd_bus_call_method(bus, object.owner.c_str(), object.path.c_str(), "org.a11y.atspi.Action", "GetName", nullptr,
+                       &reply, "i", static_cast<int>(i));
+    const Message owned(reply, &sd_bus_message_unref);
+    const char* name = "";
+    if (reply != nullptr) sd_bus_message_read(reply, "s", &name);
+    names.emplace_back(name);
+  }
+  return names;
+}
+
+/// On the screen.
+ScreenArea extentsOf(sd_bus* bus, const Reference& object) {
+  ScreenArea area;
+  sd_bus_message* reply = nullptr;
+  sd_bus_call_method(bus, object.owner.c_str(), object.path.c_str(), "org.a11y.atspi.Component", "GetExtents", nullptr,
+                     &reply, "u", 0U);
+  const Message owned(reply, &sd_bus_message_unref);
+  if (reply != nullptr) sd_bus_message_read(reply, "(iiii)", &area.x, &area.y, &area.width, &area.height);
+  return area;
 }
 
 bool hasState(sd_bus* bus, const Reference& object, unsigned state) {
@@ -115,12 +141,14 @@ std::vector<Found> objectsOf(sd_bus* bus, pid_t process) {
   const std::function<void(const Reference&, int)> visit = [&](const Reference& object, int depth) {
     constexpr unsigned focusable = 11;
     constexpr unsigned focused = 12;
+    const auto actionNames = actionNamesOf(bus, object);
     found.push_back({object,
                      {.depth = depth,
                       .role = roleOf(bus, object),
                       .name = property(bus, object, "Name"),
                       .description = property(bus, object, "Description"),
-                      .actions = actionsOf(bus, object),
+                      .actions = actionsOf(bus, object, actionNames.size()),
+                      .actionNames = actionNames,
                       .focusable = hasState(bus, object, focusable),
                       .focused = hasState(bus, object, focused)}});
     for (const auto& child : childrenOf(bus, object)) visit(child, depth + 1);
@@ -209,6 +237,13 @@ std::vector<AccessibleObject> AccessibleObjects::of(pid_t process) {
   std::vector<AccessibleObject> objects;
   for (auto& each : objectsOf(connection_.get(), process)) objects.push_back(std::move(each.object));
   return objects;
+}
+
+ScreenArea AccessibleObjects::areaOf(pid_t process, const std::string& name) {
+  for (const auto& [reference, object] : objectsOf(connection_.get(), process)) {
+    if (object.name == name) return extentsOf(connection_.get(), reference);
+  }
+  return {};
 }
 
 bool AccessibleObjects::act(pid_t process, const std::string& name, const std::string& action) {

@@ -8,6 +8,7 @@
 #include <sys/types.h>
 
 #include "support/child_process.hpp"
+#include "support/displays/geometry.hpp"
 #include "support/session_bus.hpp"
 
 namespace support {
@@ -17,7 +18,8 @@ struct AccessibleObject {
   std::string role;  // "frame", "panel", "push button"
   std::string name;
   std::string description;
-  std::vector<std::string> actions = {};  // of AT-SPI's interface Action: "open"
+  std::vector<std::string> actions = {};      // of AT-SPI's interface Action: "open"
+  std::vector<std::string> actionNames = {};  // the same in the person's language
   bool focusable = false;
   bool focused = false;
   bool operator==(const AccessibleObject&) const = default;
@@ -33,6 +35,9 @@ class AccessibleObjects {
 
   /// All objects of a process, each before its children; none while it has not joined.
   std::vector<AccessibleObject> of(pid_t process);
+
+  /// Where the first object with this name is on the screen; empty if there is none.
+  ScreenArea areaOf(pid_t process, const std::string& name);
 
   /// Does an action of the first object that has one of this name, among those of the process with this name. False if
   /// there is none.
