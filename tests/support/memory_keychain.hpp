@@ -3,6 +3,7 @@
 
 #include <map>
 #include <mutex>
+#include <new>
 #include <string>
 
 #include "platform/keychain/keychain.hpp"
@@ -23,6 +24,11 @@ class MemoryKeychain final : public platform::Keychain {
     const std::lock_guard lock(mutex_);
     return reads_;
   }
+  /// The read, counted from 1, at which memory has run out.
+  void runOutOfMemoryAt(int read) {
+    const std::lock_guard lock(mutex_);
+    failingRead_ = reads_ + read;
+  }
   /// Of each query, in the same order.
   std::vector<base::Deadline> deadlines() const {
     const std::lock_guard lock(mutex_);
@@ -36,7 +42,7 @@ class MemoryKeychain final : public platform::Keychain {
  private:
   platform::KeychainResult find(const platform::KeychainQuery& query, base::Deadline deadline) override {
     const std::lock_guard lock(mutex_);
-    ++reads_;
+    if (++reads_ == failingRead_) throw std::bad_alloc();
     queries_.push_back(query);
     deadlines_.push_back(deadline);
     const auto item = items_.find(accountOf(query));
@@ -64,6 +70,7 @@ class MemoryKeychain final : public platform::Keychain {
   std::vector<platform::KeychainQuery> queries_;
   std::vector<base::Deadline> deadlines_;
   int reads_ = 0;
+  int failingRead_ = -1;
 };
 
 }  // namespace support

@@ -34,7 +34,14 @@ class KlientApi {
   template <typename Wynik>
   std::expected<Wynik, BladPobrania> pobierz(
       std::string_view sciezka, std::stop_token stop, const std::function<void()>& poOdczycie = [] {}) const {
-    auto zapytanie = przygotuj(sciezka);
+    auto zapytanie = [&] {
+      try {
+        return przygotuj(sciezka);
+      } catch (...) {  // no memory; the other requests wait all the same
+        poOdczycie();
+        throw;
+      }
+    }();
     poOdczycie();
     if (!zapytanie) return std::unexpected(BladPobrania(std::move(zapytanie).error()));
     auto tresc = pobierzTresc(*zapytanie, std::move(stop));

@@ -64,6 +64,14 @@ class WczytajWpis : public testing::Test {
   std::vector<std::string> linie_;
 };
 
+TEST_F(WczytajWpis, LetsNoRequestWaitForOneThatHasNoMemory) {
+  // The first read is the check for a token; then each of the three requests reads token and address.
+  for (int odczyt = 1; odczyt <= 7; ++odczyt) {
+    serwis_.keychain.runOutOfMemoryAt(odczyt);
+    oczekujZdania(wczytaj(), "Nie udało się odświeżyć.");
+  }
+}
+
 TEST_F(WczytajWpis, BuildsTheDayFromThreeResources) {
   zwyklyDzien();
   const Wpis wpis = wczytaj();
