@@ -6,38 +6,47 @@
 #include <system_error>
 
 #include "base/descriptors/standard_streams.hpp"
+#include "base/descriptors/uncaught_exception.hpp"
 #include "host/diagnostics/diagnostics.hpp"
 
 namespace host {
 
 namespace {
 
-/// A limit on memory or threads (setrlimit(2)) is met with a sentence as any other failure is.
-CommandResult runWithinLimits(const CommandLine& line, absl::FunctionRef<CommandResult(const CommandLine&)> command) {
+CommandResult run(const CommandLine& line, absl::FunctionRef<CommandResult(const CommandLine&)> command) {
   try {
     return command(line);
-  } catch (const std::bad_alloc&) {
-    return std::unexpected(CommandFailure{exit_status::noAnswer, "there is not enough memory"});
   } catch (const std::system_error& error) {
     return std::unexpected(CommandFailure{exit_status::noAnswer, error.code().message()});
   }
 }
 
-}  // namespace
-
-int runProgram(int argc, char** argv, absl::FunctionRef<CommandResult(const CommandLine&)> command) {
-  base::fillStandardStreams();
-  std::signal(SIGPIPE, SIG_IGN);
+int runToTheEnd(int argc, char** argv, absl::FunctionRef<CommandResult(const CommandLine&)> command) {
   const auto parsed = parseCommandLine(argc, argv);
   if (const auto* exit = std::get_if<Exit>(&parsed)) {
     std::fputs(exit->standardOutput.c_str(), stdout);
     std::fputs(exit->standardError.c_str(), stderr);
     return exit->status;
   }
-  const auto result = runWithinLimits(std::get<CommandLine>(parsed), command);
+  const auto result = run(std::get<CommandLine>(parsed), command);
   if (result) return result->status;
   say(Priority::error, result.error().message);
   return result.error().status;
+}
+
+}  // namespace
+
+int runProgram(int argc, char** argv, absl::FunctionRef<CommandResult(const CommandLine&)> command) {
+  base::endProcessOnUncaughtException("vamba-host");
+  base::fillStandardStreams();
+  std::signal(SIGPIPE, SIG_IGN);
+  // A limit on memory or threads (setrlimit(2)) is met with a sentence as any other failure is.
+  try {
+    return runToTheEnd(argc, argv, command);
+  } catch (const std::bad_alloc&) {
+    say(Priority::error, "there is not enough memory");
+    return exit_status::noAnswer;
+  }
 }
 
 }  // namespace host

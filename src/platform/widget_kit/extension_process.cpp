@@ -2,8 +2,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
-#include <exception>
 
 #include <malloc.h>
 #include <sys/prctl.h>
@@ -24,18 +22,6 @@ void keepProcessPrivate() {
   if (configuration != nullptr && stat(configuration, &status) == 0 && !S_ISREG(status.st_mode)) {
     unsetenv("OPENSSL_CONF");
   }
-}
-
-void endProcessOnUncaughtException(const char* program) {
-  static const char* beginning = nullptr;
-  beginning = program;
-  // Nothing here may allocate.
-  std::set_terminate([] {
-    for (const char* const text : {beginning, ": ended by an error that it cannot go on after; is memory short?\n"}) {
-      [[maybe_unused]] const auto ignored = ::write(STDERR_FILENO, text, std::strlen(text));
-    }
-    _exit(EXIT_FAILURE);
-  });
 }
 
 void returnLargeBlocks() {

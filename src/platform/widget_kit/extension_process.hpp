@@ -11,10 +11,6 @@ namespace platform {
 /// cannot block. A program that is started with exec has to call this again.
 void keepProcessPrivate();
 
-/// Ends the process with status 1 and one line on standard error where an exception is not caught, usually for lack of
-/// memory; without this it would be ended by a signal. `program` is the line's beginning and must be a literal.
-void endProcessOnUncaughtException(const char* program);
-
 /// From here on a large block of memory goes back to the system as soon as it is freed. By default the C library keeps
 /// blocks as large as any that was freed before, and three long answers of the service leave it with hundreds of MB.
 void returnLargeBlocks();

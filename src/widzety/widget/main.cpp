@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "base/descriptors/uncaught_exception.hpp"
 #include "base/tasks/task_group.hpp"
 #include "platform/calendar/clock.hpp"
 #include "platform/keychain/system_keychain.hpp"
@@ -22,7 +23,7 @@ void napiszDlaCzlowieka(std::string_view linia) {
 
 int main() {
   platform::keepProcessPrivate();
-  platform::endProcessOnUncaughtException("vamba-widzety");
+  base::endProcessOnUncaughtException("vamba-widzety");
   platform::returnLargeBlocks();
   std::signal(SIGPIPE, SIG_IGN);
   const platform::SystemClock zegar;

@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/descriptors/uncaught_exception.hpp"
 #include "support/temporary_folder.hpp"
 
 namespace platform {
@@ -55,7 +56,7 @@ TEST(ExtensionProcess, DropsAConfigurationThatWouldHaveToBeWaitedFor) {
 
 TEST(ExtensionProcess, EndsWithAStatusWhereAnExceptionIsNotCaught) {
   const auto fail = [] {
-    endProcessOnUncaughtException("program");
+    base::endProcessOnUncaughtException("program");
     std::thread([] { throw std::bad_alloc(); }).join();
   };
   EXPECT_EXIT(fail(), ExitedWithCode(1), "program: ended by an error");
