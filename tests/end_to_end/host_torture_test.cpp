@@ -1,12 +1,14 @@
-// System calls of the host fail one by one while it shows an entry in the terminal, draws it as a picture, and saves:
-// each run ends with a status, never by a signal and never not at all, and a saved file is the old one or the new one.
+// System calls and allocations of the host fail one by one while it shows an entry in the terminal, draws it as a
+// picture, and saves: each run ends with a status, never by a signal, and a saved file is the old one or the new one.
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 
 #include <gmock/gmock.h>
 
 #include "host/credentials/credential_store.hpp"
 #include "support/child_process.hpp"
+#include "support/failing_allocation/failing_allocation.hpp"
 #include "support/file_content.hpp"
 #include "support/system_call_faults.hpp"
 #include "support/temporary_folder.hpp"
@@ -43,12 +45,73 @@ std::vector<int> chosen(int count, int most) {
   return numbers;
 }
 
-class HostTortureTest : public testing::Test {
+/// What is done while something fails.
+struct Scenario {
+  TracedCommand command;
+  std::function<void()> prepare;                  ///< before each run
+  std::function<void(std::optional<int>)> judge;  ///< of the exit status; beside what holds for all
+};
+
+class HostScenarios : public testing::Test {
  protected:
-  void SetUp() override {
-    if (const auto reason = support::reasonNotToTrace()) GTEST_SKIP() << *reason;
+  Scenario showing() const {
+    return {show(VAMBA_HOST, {}), [] {}, [](auto) {}};
   }
 
+  // `vamba-host show` becomes this program, which reads the same command line.
+  Scenario drawing() const {
+    const std::string file = folder_.path("board.png");
+    return {show(VAMBA_PICTURE, {"--output", file}), [file] { std::filesystem::remove(file); },
+            [file](auto status) {
+              const std::string content = support::contentOf(file);
+              const bool isWhole = content.ends_with(std::string("IEND\xae\x42\x60\x82", 8));
+              EXPECT_TRUE(status == 0 ? isWhole : content.empty()) << "nothing is left half drawn";
+            }};
+  }
+
+  Scenario savingPlacements() const {
+    const std::string file = folder_.path("placements.json");
+    const std::string aside = file + ".damaged-1";
+    const auto saving = [&](const char* how) { return command({VAMBA_SAVED_FILES, "placements", file, how}); };
+    const auto saved = [&](const char* how) {
+      support::ChildProcess({.command = saving(how).words, .environment = {}, .input = ""}).exitStatus();
+      return support::contentOf(file);
+    };
+    const std::string after = saved("locked");
+    const std::string before = saved("open");
+    EXPECT_NE(after, before);
+    const auto putBack = [this, aside, before] {
+      std::filesystem::remove(aside);
+      folder_.write("placements.json", before);
+    };
+    return {saving("locked"), putBack, [file, aside, before, after](auto status) {
+              const std::string content = support::contentOf(file);
+              // A file that could not be read is kept under another name.
+              const bool keptAside = content.empty() && support::contentOf(aside) == before;
+              EXPECT_TRUE(content == after || (status != 0 && (content == before || keptAside))) << content;
+            }};
+  }
+
+  Scenario savingAToken() const {
+    const std::string folder = folder_.path("keychain");
+    const auto file = host::itemFile(folder, "token-urzadzenia");
+    const auto putBack = [folder] { EXPECT_TRUE(host::writeItemFile(folder, "token-urzadzenia", "before")); };
+    putBack();
+    return {command({VAMBA_SAVED_FILES, "token", folder, "after"}), putBack, [file](auto status) {
+              const std::string content = support::contentOf(file);
+              EXPECT_TRUE(content == "after" || (status != 0 && content == "before")) << content;
+            }};
+  }
+
+  static void judge(const Scenario& scenario, std::optional<int> status) {
+    // 127 is the dynamic loader's.
+    EXPECT_THAT(status, testing::Optional(testing::AnyOf(0, 1, 2, 127)));
+    scenario.judge(status);
+  }
+
+  support::TemporaryFolder folder_;
+
+ private:
   TracedCommand command(std::vector<std::string> words) const {
     return {.words = std::move(words),
             .environment = {"PATH=/usr/bin:/bin", "HOME=" + folder_.path("."), "LANGUAGE=pl", "TZ=Europe/Warsaw",
@@ -56,7 +119,6 @@ class HostTortureTest : public testing::Test {
                             "XDG_RUNTIME_DIR=" + folder_.path("."), "TMPDIR=" + folder_.path(".")}};
   }
 
-  /// The same with an entry of a file.
   TracedCommand show(const std::string& program, const std::vector<std::string>& options) const {
     folder_.write("entry", R"({"date":"2025-03-14T08:00:00Z","doDecyzji":2,"spotkania":[],"zadania":[{
       "id":"00112233-4455-6677-8899-aabbccddeeff","numer":7,"tytul":"Wysłać wniosek","status":"otwarte",
@@ -65,85 +127,103 @@ class HostTortureTest : public testing::Test {
     words.insert(words.end(), options.begin(), options.end());
     return command(words);
   }
+};
 
-  /// Runs `command` once for each fault, `prepare` before it, and hands its status to `judge`. Returns how many runs
-  /// ended with status 0.
-  template <typename Prepare, typename Judge>
-  int torture(const TracedCommand& command, int most, Prepare prepare, Judge judge) {
-    const auto counts = support::systemCallsOf(command);
+class HostTortureTest : public HostScenarios {
+ protected:
+  void SetUp() override {
+    if (const auto reason = support::reasonNotToTrace()) GTEST_SKIP() << *reason;
+  }
+
+  /// Runs the scenario once for each fault. Returns how many runs ended with status 0.
+  static int torture(const Scenario& scenario, int most) {
+    scenario.prepare();
+    const auto counts = support::systemCallsOf(scenario.command);
     EXPECT_GT(counts.at("read"), 5) << "the tracer's log can be read";
     int wellEnded = 0;
     for (const auto& [calls, error] : kinds) {
       for (const auto& call : calls) {
         if (!counts.contains(call)) continue;
         for (const int at : chosen(counts.at(call), most)) {
-          prepare();
-          const auto status = support::statusWith({call, error, at}, command);
           SCOPED_TRACE(call + " number " + std::to_string(at) + " fails with " + error);
-          // 127 is the dynamic loader's.
-          EXPECT_THAT(status, testing::Optional(testing::AnyOf(0, 1, 2, 127)));
-          judge(status);
+          scenario.prepare();
+          const auto status = support::statusWith({call, error, at}, scenario.command);
+          judge(scenario, status);
           wellEnded += status == 0 ? 1 : 0;
         }
       }
     }
     return wellEnded;
   }
-
-  support::TemporaryFolder folder_;
 };
 
 TEST_F(HostTortureTest, ShowsABoardOrSaysWhyNotWhicheverSystemCallFails) {
-  const int shown = torture(show(VAMBA_HOST, {}), 10, [] {}, [](auto) {});
-  EXPECT_GT(shown, 30) << "many failures are survived";
+  EXPECT_GT(torture(showing(), 10), 30) << "many failures are survived";
 }
 
-// `vamba-host show` becomes this program, which reads the same command line.
 TEST_F(HostTortureTest, DrawsAPictureOrSaysWhyNotWhicheverSystemCallFails) {
-  const std::string file = folder_.path("board.png");
-  const auto remove = [&] { std::filesystem::remove(file); };
-  const int drawn = torture(show(VAMBA_PICTURE, {"--output", file}), 8, remove, [&](auto status) {
-    const std::string content = support::contentOf(file);
-    const bool isWhole = content.ends_with(std::string("IEND\xae\x42\x60\x82", 8));
-    EXPECT_TRUE(status == 0 ? isWhole : content.empty()) << "nothing is left half drawn";
-  });
-  EXPECT_GT(drawn, 30) << "many failures are survived";
+  EXPECT_GT(torture(drawing(), 8), 30) << "many failures are survived";
 }
 
 TEST_F(HostTortureTest, SavedPlacementsAreTheOldOnesOrTheNewOnesWhicheverSystemCallFails) {
-  const std::string file = folder_.path("placements.json");
-  const std::string aside = file + ".damaged-1";
-  const auto saving = [&](const char* how) { return command({VAMBA_SAVED_FILES, "placements", file, how}); };
-  const auto save = [&](const char* how) {
-    support::ChildProcess({.command = saving(how).words, .environment = {}, .input = ""}).exitStatus();
-    return support::contentOf(file);
-  };
-  const std::string after = save("locked");
-  const std::string before = save("open");
-  ASSERT_NE(after, before);
-  const auto putBack = [&] {
-    std::filesystem::remove(aside);
-    folder_.write("placements.json", before);
-  };
-  const int saved = torture(saving("locked"), 20, putBack, [&](auto status) {
-    const std::string content = support::contentOf(file);
-    // A file that could not be read is kept under another name.
-    const bool keptAside = content.empty() && support::contentOf(aside) == before;
-    EXPECT_TRUE(content == after || (status != 0 && (content == before || keptAside))) << content;
-  });
-  EXPECT_GT(saved, 20) << "many failures are survived";
+  EXPECT_GT(torture(savingPlacements(), 20), 20) << "many failures are survived";
 }
 
 TEST_F(HostTortureTest, ASavedTokenIsTheOldOneOrTheNewOneWhicheverSystemCallFails) {
-  const std::string folder = folder_.path("keychain");
-  const auto file = host::itemFile(folder, "token-urzadzenia");
-  const auto putBack = [&] { ASSERT_TRUE(host::writeItemFile(folder, "token-urzadzenia", "before")); };
-  putBack();
-  const int saved = torture(command({VAMBA_SAVED_FILES, "token", folder, "after"}), 20, putBack, [&](auto status) {
-    const std::string content = support::contentOf(file);
-    EXPECT_TRUE(content == "after" || (status != 0 && content == "before")) << content;
-  });
-  EXPECT_GT(saved, 5) << "some failures are survived";
+  EXPECT_GT(torture(savingAToken(), 20), 5) << "some failures are survived";
+}
+
+class HostAllocationTest : public HostScenarios {
+ protected:
+  void SetUp() override {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "a sanitizer brings an allocator of its own";
+#endif
+  }
+
+  /// Runs the scenario with one allocation failing, for `most` of them spread over all.
+  static void failAllocations(Scenario scenario, std::uint64_t most, const std::string& except = "") {
+    const auto program = std::filesystem::path(scenario.command.words.front()).filename().string();
+    support::FailingAllocation allocation(program, except);
+    for (const auto& [name, value] : allocation.environment()) {
+      scenario.command.environment.push_back(name + "=" + value);
+    }
+    const auto run = [&](std::uint64_t number) {
+      scenario.prepare();
+      allocation.failAt(number);
+      return support::ChildProcess({.command = scenario.command.words,
+                                    .environment = scenario.command.environment,
+                                    .input = "",
+                                    .errorFile = "/dev/null"})
+          .exitStatus(std::chrono::minutes(1));
+    };
+    ASSERT_EQ(run(0), 0);
+    const auto all = allocation.counted();
+    ASSERT_GT(all, 20U);
+    for (std::uint64_t i = 0; i < std::min(most, all); ++i) {
+      const auto number = 1 + i * all / std::min(most, all);
+      SCOPED_TRACE("allocation " + std::to_string(number) + " of " + std::to_string(all) + " fails");
+      judge(scenario, run(number));
+    }
+  }
+};
+
+TEST_F(HostAllocationTest, ShowsABoardOrSaysWhyNotWhicheverAllocationFails) { failAllocations(showing(), 150); }
+
+TEST_F(HostAllocationTest, DrawsAPictureOrSaysWhyNotWhicheverAllocationFails) {
+  // GLib ends the process where it has no memory, and the libraries for text do not look whether they have it. What
+  // they have of the C library, such as copies of texts, is the same.
+  failAllocations(drawing(), 100,
+                  "libglib:libgobject:libgio:libgmodule:libpango:libcairo:libpixman:libfontconfig:libfreetype:"
+                  "libharfbuzz:libfribidi:libgraphite2:libthai:libdatrie:libexpat:libc.so");
+}
+
+TEST_F(HostAllocationTest, SavedPlacementsAreTheOldOnesOrTheNewOnesWhicheverAllocationFails) {
+  failAllocations(savingPlacements(), 300);
+}
+
+TEST_F(HostAllocationTest, ASavedTokenIsTheOldOneOrTheNewOneWhicheverAllocationFails) {
+  failAllocations(savingAToken(), 300);
 }
 
 }  // namespace

@@ -5,10 +5,12 @@
 #include <cstdio>
 #include <string>
 
+#include "base/descriptors/uncaught_exception.hpp"
 #include "desktop/placement/placement_store.hpp"
 #include "host/credentials/credential_store.hpp"
 
 int main(int argc, char** argv) {
+  base::endProcessOnUncaughtException("saved_files");
   if (argc != 4) return 2;
   const std::string what = argv[1];
   std::expected<void, std::string> saved;

@@ -1,10 +1,11 @@
-// System calls of the extension fail one by one over a load and a render: it answers, or it ends with a status, and it
-// is never ended by a signal. A tracer (strace) makes the N-th call of a kind fail.
+// System calls and allocations of the extension fail one by one over a load and a render: it answers, or it ends with a
+// status, and it is never ended by a signal. A tracer (strace) makes the N-th call of a kind fail.
 #include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "end_to_end/extension_fixture.hpp"
+#include "support/failing_allocation/failing_allocation.hpp"
 
 namespace end_to_end {
 namespace {
@@ -66,6 +67,46 @@ TEST_F(ExtensionTortureTest, EndsByNoSignalWhicheverSystemCallFails) {
     }
   }
   EXPECT_GT(answered, 200) << "most failures are survived";
+}
+
+using ExtensionAllocationTest = ServiceTest;
+
+TEST_F(ExtensionAllocationTest, AnswersOrEndsWithAStatusWhicheverAllocationFails) {
+  if (sanitized) GTEST_SKIP() << "a sanitizer brings an allocator of its own";
+  service.answer(tasksTarget, {.body = json::array({serverTask(1, "Wysłać wniosek grantowy", "2020-01-01")}).dump()});
+  service.answer(inboxTarget, {.body = R"({"zadania": [{"id":"00000000-0000-4000-8000-000000000002","tytul":"x"}]})"});
+  json rendered = boardParams();
+  rendered["entry"] = {
+      {"date", "2025-03-14T08:00:00Z"}, {"doDecyzji", 1}, {"zadania", json::array()}, {"spotkania", json::array()}};
+  // libseccomp makes a wrong filter or frees twice when its own memory runs out.
+  support::FailingAllocation allocation("vamba-widzety", "libseccomp");
+  environment.merge(allocation.environment());
+
+  int answers = 0;
+  const auto run = [&](std::uint64_t number) {
+    allocation.failAt(number);
+    support::ExtensionUnderTest tortured(VAMBA_EXTENSION, environment);
+    tortured.ask("timeline", boardParams());
+    tortured.ask("render", rendered);
+    int answered = 0;
+    while (answered < 2 && tortured.line()) ++answered;
+    EXPECT_TRUE(answered == 2 || tortured.exitStatus()) << "it neither answers nor ends";
+    tortured.closeInput();
+    EXPECT_THAT(tortured.exitStatus(), testing::Optional(testing::AnyOf(0, 1))) << tortured.diagnostics();
+    answers += answered;
+  };
+  run(0);
+  ASSERT_EQ(answers, 2);
+  const auto all = allocation.counted();
+  ASSERT_GT(all, 500U);
+  // The threads' order differs from run to run, so all of them fail in the course of many.
+  constexpr std::uint64_t runs = 150;
+  for (std::uint64_t i = 0; i < runs; ++i) {
+    const auto number = 1 + i * all / runs;
+    SCOPED_TRACE("allocation " + std::to_string(number) + " of " + std::to_string(all) + " fails");
+    run(number);
+  }
+  EXPECT_GT(answers, 100) << "most failures are survived";
 }
 
 }  // namespace
