@@ -55,7 +55,8 @@ TEST_F(ExtensionCeilingTest, HoldsForOneTitleOfTheLargestSize) {
   json day = json::array({serverTask(1, "", "2020-01-01", "otwarte")});
   day[0]["tytul"] = std::string(longestBody - day.dump().size(), 'x');
   service.answer(tasksTarget, {.body = day.dump()});
-  EXPECT_EQ(loadEntry()["zadania"].size(), 1U);
+  json answer = extension().answerTo(extension().ask("timeline", boardParams()), unhurried);
+  EXPECT_EQ(answer["result"]["entries"][0]["zadania"].size(), 1U);
   EXPECT_LT(peak(), ceiling);
 }
 
