@@ -131,14 +131,17 @@ TEST_F(InputOnX11, WidgetDraggedOntoAnotherLandsBesideIt) {
 
 TEST_F(InputOnX11, WidgetMovedByTheWindowManagerStaysThere) {
   startWithTwo();
-  // A window manager that moves a window for a person does so while a button is held.
+  // A window manager that moves a window for a person does so while a button is held. A busy host may hear of the move
+  // only after the button was released, so it is moved again until that is kept.
+  const auto board = boardAt(medium);
   desktop().input().moveTo({5, 795});
-  desktop().input().press();
-  desktop().windows().move(boardAt(medium), 133, 217);
-  EXPECT_TRUE(boardsAre({{133, 217, mediumWidth, mediumHeight}, small}));
-  desktop().input().release();
-  EXPECT_TRUE(eventually([this] {
-    return placedWidget(display(), 0) == placed(1, "systemMedium", "screen", "topLeft", 133, 217);
+  EXPECT_TRUE(eventually([&] {
+    desktop().input().press();
+    for (const int x : {140, 133}) desktop().windows().move(board, x, 217);
+    EXPECT_TRUE(boardsAre({{133, 217, mediumWidth, mediumHeight}, small}));
+    desktop().input().release();
+    const auto moved = placed(1, "systemMedium", "screen", "topLeft", 133, 217);
+    return eventually([&] { return placedWidget(display(), 0) == moved; }, std::chrono::seconds(3));
   })) << placements(display());
   start();
   EXPECT_TRUE(boardsAre({{133, 217, mediumWidth, mediumHeight}, small}));
@@ -214,9 +217,15 @@ TEST_F(InputOnX11, DeleteRemovesAndOpensTheGalleryWhenNoneIsLeft) {
 
 TEST_F(InputOnX11, RemovedWidgetComesBackByTheKeyByTheButtonInItsPlaceAndByTheMenu) {
   startWithTwo();
+  // A key may come before the focus has; while the button is shown, the key does nothing more.
+  const auto mediumIsRemoved = [this] {
+    return eventually([this] {
+      press(keys::deletion);
+      return eventually([this] { return areas() == std::vector{small}; }, std::chrono::seconds(3));
+    });
+  };
   ASSERT_TRUE(eventually([this] { return placedCount() == 2; }));
-  press(keys::deletion);
-  ASSERT_TRUE(boardsAre({small}));
+  ASSERT_TRUE(mediumIsRemoved());
   EXPECT_TRUE(eventually([this] { return placedCount() == 1; })) << "it is removed at once for a host that ends";
   // The keyboard has stayed in its place.
   press('z', {keys::control});
@@ -224,17 +233,18 @@ TEST_F(InputOnX11, RemovedWidgetComesBackByTheKeyByTheButtonInItsPlaceAndByTheMe
   EXPECT_TRUE(eventually([this] { return placedWidget(display(), 0)["id"] == 1 && placedCount() == 2; }));
 
   focus(medium);
-  press(keys::deletion);
-  ASSERT_TRUE(boardsAre({small}));
-  // As a hand does: a button is clicked by a pointer that has moved onto it.
-  desktop().input().moveTo({medium.x + 30, medium.y + 30});
-  desktop().input().moveTo(medium.centre());
-  desktop().input().click(medium.centre());
+  ASSERT_TRUE(mediumIsRemoved());
+  // As a hand does: a button is clicked by a pointer that has moved onto it, and again where it was not ready yet.
+  EXPECT_TRUE(eventually([&] {
+    desktop().input().moveTo({medium.x + 30, medium.y + 30});
+    desktop().input().moveTo(medium.centre());
+    desktop().input().click(medium.centre());
+    return eventually([&] { return areas().size() == 2; }, std::chrono::seconds(3));
+  }));
   ASSERT_TRUE(boardsAre({medium, small}));
 
   focus(medium);
-  press(keys::deletion);
-  ASSERT_TRUE(boardsAre({small}));
+  ASSERT_TRUE(mediumIsRemoved());
   press(keys::enter);
   EXPECT_TRUE(boardsAre({medium, small})) << "the button has the keyboard";
 }
