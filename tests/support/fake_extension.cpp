@@ -200,6 +200,14 @@ class Fake {
            for (int i = 0; i < 2'000'000; ++i) values += "0,";
            fake.write(R"({"jsonrpc":"2.0","id":1,"result":[)" + values + "0]}");
          }},
+        {"long day",
+         [](Fake& fake, const Request& request) {
+           std::string tasks = "{}";
+           for (int i = 0; i < 200'000; ++i) tasks += R"(,{"tytul":"Wysłać wniosek grantowy"})";
+           fake.write(R"({"jsonrpc":"2.0","id":)" + request.id.dump() +
+                      R"(,"result":{"entries":[{"date":"2025-03-14T09:30:00Z","zadania":[)" + tasks +
+                      R"(]}],"policy":{"type":"after","date":"2025-03-14T09:45:00Z"}}})");
+         }},
         {"notifications",
          [](Fake&, const Request&) {
            while (true) writeRaw("{\"jsonrpc\":\"2.0\",\"method\":\"changed\"}\n");

@@ -160,6 +160,30 @@ TEST_F(ExtensionClientTest, FailsAtOnceWhereTheExtensionCannotAnswerAnyMore) {
   }
 }
 
+/// What this process has in memory, in kilobytes.
+long residentMemory() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with("VmRSS:")) return std::stol(line.substr(6));
+  }
+  return -1;
+}
+
+TEST_F(ExtensionClientTest, KeepsOfALongAnswerOnlyItsEntries) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "a sanitizer keeps what is freed";
+#endif
+  behave("long day");
+  ExtensionClient client(settings(absl::Minutes(10)));
+  const long before = residentMemory();
+  const auto timeline = client.timeline("fake", WidgetFamily::systemMedium);
+  ASSERT_TRUE(timeline) << timeline.error().message;
+  client.stop();
+  const auto entry = static_cast<long>(timeline->entries[0].json.size() / 1024);
+  EXPECT_GT(entry, 5'000);
+  EXPECT_LT(residentMemory() - before, 2 * entry + 10'000) << "kilobytes";
+}
+
 TEST_F(ExtensionClientTest, FailsAtOnceWhereTheExtensionListensNoMore) {
   behave("close input, then answer");
   ExtensionClient client(settings(absl::Minutes(10)));
