@@ -86,9 +86,7 @@ TEST_F(ExtensionCeilingTest, HoldsForBodiesOfTheLargestSizeFullOfShortRecords) {
       meetingsTarget,
       {.body = fullBody("[", R"(,"tytul":"t","czas_trwania_min":1,"kiedy":")" + base::formatInstant(soon) + '"', "]")});
   extension().ask("timeline", boardParams());
-  const auto answer = extension().line(unhurried);
-  ASSERT_TRUE(answer);
-  EXPECT_GT(answer->size(), 2 * longestBody);
+  EXPECT_GT(extension().line(unhurried).value_or("").size(), 2 * longestBody);
   EXPECT_LT(peak(), ceiling);
   EXPECT_TRUE(support::eventually([&] { return statusOf("VmRSS:") < ceiling / 3; })) << "what it took is given back";
 }

@@ -16,7 +16,6 @@
 namespace end_to_end {
 namespace {
 
-using support::SystemCallFault;
 using support::TracedCommand;
 
 struct Kind {
