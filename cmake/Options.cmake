@@ -52,11 +52,14 @@ if(NOT VAMBA_SANITIZE)
 endif()
 
 # Hardening: what a mistake in the code could do is made as little as compiler and linker can make it. No file names the
-# folder that it was built in.
+# folder that it was built in, and two builds in two folders give the same bytes: with or without ccache, which may pass
+# the compiler relative paths.
+file(RELATIVE_PATH source_from_build ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR}/src)
 target_compile_options(vamba_compile_options INTERFACE
   -fstack-protector-strong -fstack-clash-protection
   $<$<STREQUAL:${CMAKE_SYSTEM_PROCESSOR},x86_64>:-fcf-protection>
-  -ffile-prefix-map=${CMAKE_SOURCE_DIR}=. -ffile-prefix-map=${CMAKE_BINARY_DIR}=.)
+  -ffile-prefix-map=${CMAKE_SOURCE_DIR}=. -ffile-prefix-map=${CMAKE_BINARY_DIR}=.
+  -ffile-prefix-map=${source_from_build}=./src)
 target_link_options(vamba_compile_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 string(TOUPPER "${CMAKE_BUILD_TYPE}" buildType)
 set(vamba_checks_library_calls OFF) # the checks need an optimiser
