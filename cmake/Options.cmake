@@ -45,10 +45,7 @@ target_link_options(vamba_compile_options INTERFACE -Wl,--as-needed)
 if(NOT VAMBA_SANITIZE)
   # What no one calls is left out of the programs: each page that a start touches is the person's memory.
   target_compile_options(vamba_compile_options INTERFACE -ffunction-sections -fdata-sections)
-  # Programs that share an object file add up their counters in one file, which takes the same functions in each.
-  if(NOT CMAKE_CXX_FLAGS MATCHES "--coverage")
-    target_link_options(vamba_compile_options INTERFACE -Wl,--gc-sections)
-  endif()
+  target_link_options(vamba_compile_options INTERFACE -Wl,--gc-sections)
 endif()
 
 # Hardening: what a mistake in the code could do is made as little as compiler and linker can make it. No file names the
