@@ -44,7 +44,7 @@ TEST_F(GalleryOnX11, SaysWhereAWidgetWasAdded) {
     });
   };
   EXPECT_TRUE(isSaid("Wybierz rozmiar, żeby dodać widżet do pulpitu."));
-  EXPECT_TRUE(objects.act(host().id(), "Dodaj mały widżet", "Click"));
+  EXPECT_TRUE(objects.act(host().id(), "Dodaj mały widżet", "click"));
   // Below the first widget, in the lower half of the screen.
   EXPECT_TRUE(isSaid("Dodano: u dołu po prawej.")) << host().said();
   EXPECT_TRUE(eventually([this] { return areas().size() == 2; }));
