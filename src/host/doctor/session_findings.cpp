@@ -33,12 +33,8 @@ BusResult<bool> hasOwner(SessionBus& bus, const char* name, const base::Deadline
 
 bool isThisMachine(std::string_view host) { return host.starts_with("127.") || host == "localhost" || host == "::1"; }
 
-/// "vamba.example.org:8443" of "https://user@Vamba.example.org:8443/api".
-std::string hostAndPort(const platform::Url& url) {
-  const std::string& host = *url.host();
-  const std::string inUrl = host.find(':') == std::string::npos ? host : "[" + host + "]";
-  return url.port() ? inUrl + ":" + *url.port() : inUrl;
-}
+/// The host in a URL: an IPv6 address is in brackets there.
+std::string inUrl(const std::string& host) { return host.find(':') == std::string::npos ? host : "[" + host + "]"; }
 
 }  // namespace
 
@@ -86,15 +82,19 @@ AddressFinding addressFinding(CredentialStore& store) {
     place = item->place;
   }
   const auto url = platform::Url::parse(address);
-  if (!url || !url->host() || (url->scheme() != "http" && url->scheme() != "https")) {
+  const std::string scheme = url ? url->scheme().value_or("") : "";
+  const std::string host = url ? url->host().value_or("") : "";
+  const std::string port = url ? url->port().value_or("") : "";
+  if (host.empty() || (scheme != "http" && scheme != "https")) {
     finding.verdict = Verdict::fault;
     finding.what = "the one that is kept in " + place + " is not an http or https address";
     finding.advice = "Give the right one with \"vamba-host sign-in --address URL\".";
     return {finding, false};
   }
-  const bool encrypted = url->scheme() == "https";
-  finding.what = *url->scheme() + "://" + hostAndPort(*url) + (place.empty() ? ", the built-in one" : "");
-  if (!encrypted && !isThisMachine(*url->host())) {
+  const bool encrypted = scheme == "https";
+  finding.what =
+      scheme + "://" + inUrl(host) + (port.empty() ? "" : ":" + port) + (place.empty() ? ", the built-in one" : "");
+  if (!encrypted && !isThisMachine(host)) {
     finding.verdict = Verdict::note;
     finding.what += "; the token crosses the network unencrypted";
     finding.advice = "Use an address that begins with https.";
