@@ -49,6 +49,6 @@ if(VAMBA_DESKTOP)
   vamba_pkg_config_dependency(gio gio-2.0)
 endif()
 
-if(BUILD_TESTING)
+if(BUILD_TESTING OR VAMBA_BENCHES) # the benchmarks use the tests' servers
   vamba_pkg_config_dependency(nghttp2 libnghttp2)
 endif()
