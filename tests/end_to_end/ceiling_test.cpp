@@ -1,4 +1,4 @@
-// How much memory the extension takes at most, whatever the service answers.
+// How much memory the extension takes at most, whatever the service answers and a host asks.
 #include <fstream>
 #include <string>
 
@@ -11,6 +11,7 @@ namespace end_to_end {
 namespace {
 
 constexpr std::size_t longestBody = std::size_t{16} << 20;
+constexpr std::size_t longestRequest = std::size_t{64} << 20;
 constexpr long ceiling = 200 * 1024;  // kilobytes
 constexpr auto unhurried = std::chrono::minutes(2);
 
@@ -60,6 +61,10 @@ TEST_F(ExtensionCeilingTest, HoldsForOneTitleOfTheLargestSize) {
   EXPECT_LT(peak(), ceiling);
 }
 
+std::string request(const std::string& id, const std::string& method, const std::string& params) {
+  return R"({"jsonrpc":"2.0","id":)" + id + R"(,"method":")" + method + R"(","params":)" + params + "}";
+}
+
 /// A body of records, each with another id, as long as the largest one that is read. `beginning` and `end` stand around
 /// the records; `rest` follows the id.
 std::string fullBody(const std::string& beginning, const std::string& rest, const std::string& end) {
@@ -98,18 +103,61 @@ TEST_F(ExtensionCeilingTest, HoldsForTheLargestEntryThatAHostHandsIn) {
       R"(,"numer":1,"tytul":")" + text + R"(","status":")" + text + R"(","projektNazwa":")" + text + '"', "]}");
   std::string params = boardParams().dump();
   params.back() = ',';
-  ASSERT_TRUE(extension().writeLine(R"({"jsonrpc":"2.0","id":1,"method":"render","params":)" + params + R"("entry":)" +
-                                    entry + "}}"));
+  ASSERT_TRUE(extension().writeLine(request("1", "render", params + R"("entry":)" + entry + '}')));
   EXPECT_TRUE(extension().answer(unhurried).contains("result"));
   EXPECT_LT(peak(), ceiling);
 }
 
 TEST_F(ExtensionCeilingTest, HoldsForARequestOfTooManyValues) {
   std::string values = "0";
-  while (values.size() < std::size_t{60} << 20) values += ",0";
-  ASSERT_TRUE(extension().writeLine(R"({"jsonrpc":"2.0","id":1,"method":"render","params":[)" + values + "]}"));
+  while (values.size() < longestBody) values += ",0";
+  ASSERT_TRUE(extension().writeLine(request("1", "render", '[' + values + ']')));
   EXPECT_EQ(extension().answer(unhurried)["error"]["message"], "too many values");
   EXPECT_LT(peak(), ceiling);
+}
+
+TEST_F(ExtensionCeilingTest, HoldsForRequestsOfTheLargestSize) {
+  const std::string text(longestRequest - 1000, 'x');
+  const std::string spaces(text.size(), ' ');
+  const std::string third = text.substr(0, text.size() / 3);
+  std::string beginning = boardParams().dump();
+  beginning.back() = ',';
+  beginning += R"("entry":{"date":"2025-03-14T08:00:00Z","doDecyzji":0,"spotkania":[],"zadania":[)";
+  const auto task = [](const std::string& title) {
+    return R"({"id":"00000000-0000-4000-8000-000000000000","numer":1,"tytul":")" + title +
+           R"(","status":"otwarte","projektNazwa":"P"})";
+  };
+  const std::string answered[] = {
+      request("1", "render", beginning + task(text) + "]}}"),
+      request("1", "render", beginning + task(third) + ',' + task(third) + ',' + task(third) + "]}}"),
+      request("1", "widgets", R"({"padding":")" + text + "\"}"),
+      request("1", "widgets", "[1, " + spaces + "2]"),
+      request("1", "widgets", "{}") + spaces,
+  };
+  for (const std::string& line : answered) {
+    ASSERT_TRUE(extension().writeLine(line));
+    EXPECT_TRUE(extension().answer(unhurried).contains("result")) << line.substr(0, 80);
+    EXPECT_LT(peak(), ceiling) << line.substr(0, 80);
+  }
+
+  std::string keys = "{";
+  for (int number = 0; keys.size() < text.size(); ++number) keys += '"' + std::to_string(number) + R"(":0,)";
+  keys.back() = '}';
+  const struct {
+    std::string line;
+    int code;
+  } refused[] = {
+      {request("1", text, "{}"), -32601},
+      {request("1", "widgets", keys), -32600},
+      {request("1", "widgets", "[1" + std::string(text.size(), '0') + ']'), -32600},
+      {request("1", "widgets", "{}") + spaces + 'x', -32700},
+      {'"' + text, -32700},
+  };
+  for (const auto& [line, code] : refused) {
+    ASSERT_TRUE(extension().writeLine(line));
+    EXPECT_EQ(extension().answer(unhurried)["error"]["code"], code) << line.substr(0, 80);
+    EXPECT_LT(peak(), ceiling) << line.substr(0, 80);
+  }
 }
 
 TEST_F(ExtensionCeilingTest, HoldsForBodiesThatAreTooLong) {

@@ -1,10 +1,12 @@
 #include "base/json/json_text.hpp"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 #include <vector>
 
 #include "base/text/control_characters.hpp"
+#include "base/text/json_strings.hpp"
 
 namespace base {
 namespace {
@@ -92,6 +94,17 @@ class BoundedBuilder : public nlohmann::json_sax<json> {
   std::string fault_;
 };
 
+constexpr std::string_view whiteSpace = " \t\r\n";
+
+bool holdsLongWhiteSpace(std::string_view text) {
+  JsonStrings strings;
+  std::size_t length = 0;
+  return std::ranges::any_of(text, [&](char byte) {
+    length = strings.isOutside(byte) && whiteSpace.contains(byte) ? length + 1 : 0;
+    return length > longestWhiteSpace;
+  });
+}
+
 /// Escapes DEL and the controls U+0080 to U+009F, which terminals also obey; the library does not. In JSON text they
 /// occur only in strings.
 std::string withControlsEscaped(std::string_view text) {
@@ -108,9 +121,41 @@ std::expected<json, std::string> parseJson(std::string_view text, std::size_t mo
   if (const auto nul = text.find('\0'); nul != std::string_view::npos) {
     return std::unexpected("not JSON at byte " + std::to_string(nul + 1));
   }
+  text = text.substr(0, text.find_last_not_of(whiteSpace) + 1);
+  if (text.size() > longestWhiteSpace && holdsLongWhiteSpace(text)) {
+    return std::unexpected("more than 64 KiB of white space between two values");
+  }
   BoundedBuilder builder(mostValues);
   if (!json::sax_parse(text, &builder)) return std::unexpected(builder.fault());
   return builder.take();
+}
+
+std::string shortened(std::string_view text, std::size_t longestString, std::size_t longest) {
+  constexpr std::size_t longestEscape = 6;  // "\\u0142"
+  using Place = JsonStrings::Place;
+  std::string kept;
+  JsonStrings strings;
+  std::size_t length = 0;  // of the string so far
+  std::size_t sinceBackslash = 0;
+  bool isCut = false;
+  bool isWhiteSpace = false;
+  for (const char byte : text) {
+    if (kept.size() > longest) break;
+    const Place place = strings.place(byte);
+    if (place == Place::openingQuote) {
+      length = 0;
+      sinceBackslash = longestEscape;
+      isCut = false;
+    } else if (place == Place::inside) {
+      sinceBackslash = byte == '\\' ? 0 : sinceBackslash + 1;
+      // A character goes on with bytes of the form 10xxxxxx; a surrogate pair goes on with a backslash.
+      isCut = isCut || (++length > longestString && sinceBackslash >= longestEscape && (byte & 0xc0) != 0x80);
+      if (isCut) continue;
+    }
+    const bool follows = std::exchange(isWhiteSpace, place == Place::outside && whiteSpace.contains(byte));
+    if (!follows || !isWhiteSpace) kept += byte;
+  }
+  return kept;
 }
 
 std::string toText(const json& value) { return value.dump(-1, ' ', false, json::error_handler_t::replace); }

@@ -6,6 +6,8 @@
 
 #include <simdjson.h>
 
+#include "base/text/json_strings.hpp"
+
 namespace platform {
 namespace {
 
@@ -33,19 +35,10 @@ Decoded notJson(std::string_view reason) {
 
 /// How many values a body holds at most: one more than the commas and opening brackets outside its strings.
 std::size_t valuesIn(std::string_view body) {
-  std::size_t count = 1;
-  bool inString = false;
-  for (std::size_t i = 0; i < body.size(); ++i) {
-    const char c = body[i];
-    if (inString && c == '\\') {
-      ++i;
-    } else if (c == '"') {
-      inString = !inString;
-    } else if (!inString && (c == ',' || c == '[' || c == '{')) {
-      ++count;
-    }
-  }
-  return count;
+  base::JsonStrings strings;
+  return 1 + static_cast<std::size_t>(std::ranges::count_if(body, [&](char byte) {
+           return strings.isOutside(byte) && (byte == ',' || byte == '[' || byte == '{');
+         }));
 }
 
 /// Bodies above this size are decoded one after another, whatever the threads, as the parsed form of each takes several

@@ -62,6 +62,11 @@ struct RequestServer::Target {
 };
 
 bool RequestServer::serve(std::string_view line) {
+  if (line.size() > longestWholeRequest) {
+    const std::string cut = base::shortened(line, longestCutString, longestCutRequest);
+    if (cut.size() > longestCutRequest) return refuse("the request is longer than 17 MiB");
+    return serve(cut);
+  }
   auto request = protocol::json_rpc::parseRequest(line, mostRequestValues);
   if (!request) {
     answer(protocol::json_rpc::toLine(std::move(request.error())));
@@ -71,9 +76,10 @@ bool RequestServer::serve(std::string_view line) {
   return open_;
 }
 
-bool RequestServer::refuseLongLine() {
-  Reply{this, nullptr}(
-      std::unexpected(protocol::json_rpc::makeError(ErrorCode::invalidRequest, "the line is longer than 64 MiB")));
+bool RequestServer::refuseLongLine() { return refuse("the line is longer than 64 MiB"); }
+
+bool RequestServer::refuse(std::string sentence) {
+  Reply{this, nullptr}(std::unexpected(protocol::json_rpc::makeError(ErrorCode::invalidRequest, std::move(sentence))));
   return open_;
 }
 

@@ -17,6 +17,14 @@ namespace platform {
 /// The most JSON values in a request: each takes some hundred bytes of memory, whatever the line's length.
 inline constexpr std::size_t mostRequestValues = 750'000;
 
+/// A request longer than this, in bytes, holds more than the longest entry that a host takes and what stands around it.
+/// Its strings and white space are cut before it is read, and it is refused where that leaves more than
+/// `longestCutRequest`: a text is held six times on its way from a request to the answer.
+inline constexpr std::size_t longestWholeRequest = std::size_t{17} << 20;
+inline constexpr std::size_t longestCutRequest = std::size_t{4} << 20;
+/// A host draws no more than half of it.
+inline constexpr std::size_t longestCutString = std::size_t{128} << 10;
+
 /// Requests are handed in one after another; answers of asynchronous ones come from their tasks' threads.
 class RequestServer {
  public:
@@ -25,7 +33,7 @@ class RequestServer {
 
   /// Answers one line, or starts the task that will. Returns false once the host has closed its end.
   bool serve(std::string_view line);
-  bool refuseLongLine();
+  bool refuseLongLine();  ///< of more than 64 MiB
 
   /// Drops every answer from here on.
   void close() { open_ = false; }
@@ -43,6 +51,7 @@ class RequestServer {
 
   struct Target;
 
+  bool refuse(std::string sentence);
   void dispatch(protocol::json_rpc::Request request);
   void answer(std::string line);
 

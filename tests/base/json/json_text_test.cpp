@@ -80,6 +80,45 @@ TEST(ParseJson, StopsAtTheFirstLevelTooDeep) {
   EXPECT_EQ(refused.error(), "nested deeper than 512 levels");
 }
 
+TEST(ParseJson, RefusesLongWhiteSpaceBetweenValues) {
+  const std::string longest(longestWhiteSpace, '\n');
+  EXPECT_TRUE(parseJson("[1," + longest + "2]"));
+  EXPECT_TRUE(parseJson("[1]" + longest + "\t "));
+  EXPECT_EQ(*parseJson("\"\\\"" + std::string(longestWhiteSpace + 1, ' ') + '"'),
+            '"' + std::string(longestWhiteSpace + 1, ' '));
+  for (const std::string& longer : {"[1," + longest + " 2]", longest + " 1", "[\"\\\\\"" + longest + " ]"}) {
+    const auto refused = parseJson(longer);
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.error(), "more than 64 KiB of white space between two values");
+  }
+}
+
+TEST(Shortened, KeepsTheFirstBytesOfALongStringAndOneOfWhiteSpace) {
+  constexpr std::size_t longestString = 3;
+  constexpr std::size_t unbounded = 1000;
+  const struct {
+    std::string text;
+    std::string kept;
+  } cases[] = {
+      {"", ""},
+      {R"({"abcd": ["abc", "abcdefgh"]})", R"({"abc": ["abc", "abc"]})"},
+      {"[ \t\r\n1 ,  \" \t \"  , 12345 ]  ", "[ 1 , \" \t \" , 12345 ] "},
+      {R"("a\"bcdef")", R"("a\"bcde")"},                // until six bytes after the beginning of an escape
+      {R"("\\\\abcdefgh")", R"("\\\\abcde")"},          // the last quote is not escaped
+      {R"("ab\u0142cdef")", R"("ab\u0142")"},           // a whole escape
+      {R"("ab\ud83d\ude00c")", R"("ab\ud83d\ude00")"},  // a whole pair
+      {"\"abąść\"", "\"abą\""},                         // a whole character
+      {R"("abcdef)", R"("abc)"},                        // a text that is not JSON stays so
+      {R"("abcdef""abcdef")", R"("abc""abc")"},
+  };
+  for (const auto& [text, kept] : cases) EXPECT_EQ(shortened(text, longestString, unbounded), kept) << text;
+}
+
+TEST(Shortened, EndsEarly) {
+  EXPECT_EQ(shortened("[1,2,3,4]", 3, 4), "[1,2,");
+  EXPECT_EQ(shortened("[1,2]", 3, 5), "[1,2]");
+}
+
 TEST(ToPrintableText, HoldsNoControlCharacter) {
   EXPECT_EQ(toPrintableText(json{"a\u001b[1m\u007f\u0080\u009b\u009f\u00a0ł\u0085"}),
             "[\"a\\u001b[1m\\u007f\\u0080\\u009b\\u009f\u00a0ł\\u0085\"]");

@@ -66,6 +66,11 @@ TEST_F(HostCommands, ShowRefusesAnEntryWithoutEndAndTakesLittleMemory) {
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.errors, "vamba-host: " + file + " is longer than 16 MiB\n");
   }
+  folder_.write("lines", R"({"zadania":)" + std::string(std::size_t{15} << 20, '\n') + "x}");
+  const auto outcome = runHost({"show", "--entry", folder_.path("lines")});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_EQ(outcome.errors, "vamba-host: " + folder_.path("lines") +
+                                " does not hold an entry: more than 64 KiB of white space between two values\n");
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
   rusage children{};
   getrusage(RUSAGE_CHILDREN, &children);
