@@ -39,7 +39,7 @@ target_compile_options(vamba_compile_options INTERFACE
   -Wno-missing-field-initializers # designated initialisers leave defaulted members out on purpose
   $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> # g++ 12 sees moved-from variants as uninitialised
   $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds> # g++ 12 sees long strings as written over the room of short ones
-  $<$<BOOL:${CMAKE_UNITY_BUILD}>:-Wno-subobject-linkage> # files compiled as one are no header with private names
+  $<$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>:-Wno-subobject-linkage> # files compiled as one are no header with private names
   $<$<BOOL:${VAMBA_WARNINGS_AS_ERRORS}>:-Werror>)
 target_link_options(vamba_compile_options INTERFACE -Wl,--as-needed)
 if(NOT VAMBA_SANITIZE)

@@ -1,11 +1,10 @@
 # One target a folder. Each function lists its sources and what it may use, so a wrong include fails to link.
 
-# With CMAKE_UNITY_BUILD the files of a target are compiled as one, which takes half the time. These targets have files
-# that use the same private names, so their files are always compiled one by one. A "redefinition" that only the
-# sanitizers' builds report means that a target belongs here.
+# With CMAKE_UNITY_BUILD, which the tests and the sanitizers' builds set, the files of a target are compiled as one, which
+# takes half the time. These targets have files that use the same private names, so their files are always compiled one by
+# one. A "redefinition" that only such a build reports means that a target belongs here.
 set(vamba_targets_with_private_names_in_common
-  desktop_appearance desktop_appearance_test desktop_placement_test desktop_x11_test displays_test host_autostart_test
-  model_test render_layout render_terminal test_displays)
+  desktop_appearance render_layout render_terminal)
 function(vamba_decide_unity name)
   if(name IN_LIST vamba_targets_with_private_names_in_common)
     set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)

@@ -3,13 +3,10 @@
 #include <gtest/gtest.h>
 
 using support::Bitmap;
+using support::filled;
 using support::Pixel;
 
 namespace {
-
-Bitmap filled(std::uint32_t width, std::uint32_t height, Pixel pixel) {
-  return {width, height, std::vector<Pixel>(std::size_t{width} * height, pixel)};
-}
 
 constexpr Pixel grey{100, 100, 100, 255};
 

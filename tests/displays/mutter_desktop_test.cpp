@@ -8,10 +8,9 @@
 
 using support::eventually;
 using support::MutterDesktop;
+using support::red;
 
 namespace {
-
-constexpr support::Pixel red{255, 0, 0, 255};
 
 support::SessionBus::Environment throughX(const MutterDesktop& desktop) {
   auto environment = desktop.environment();

@@ -8,19 +8,16 @@
 
 using support::Bitmap;
 using support::eventually;
+using support::filled;
 using support::Pixel;
+using support::red;
 using support::SwayDesktop;
 using support::SwayOutput;
 using ::testing::ElementsAre;
 
 namespace {
 
-constexpr Pixel red{255, 0, 0, 255};
 constexpr Pixel background{63, 63, 63, 255};
-
-Bitmap filled(std::uint32_t width, std::uint32_t height, Pixel pixel) {
-  return {width, height, std::vector<Pixel>(std::size_t{width} * height, pixel)};
-}
 
 TEST(SwayDesktop, ShowsAWindowInPlaceOfTheBackground) {
   SwayDesktop desktop;

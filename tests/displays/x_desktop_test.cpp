@@ -9,6 +9,7 @@
 #include "support/waiting.hpp"
 
 using support::eventually;
+using support::red;
 using support::ScreenArea;
 using support::XDesktop;
 using ::testing::Contains;
@@ -16,7 +17,6 @@ using ::testing::ElementsAre;
 
 namespace {
 
-constexpr support::Pixel red{255, 0, 0, 255};
 constexpr support::Pixel blue{0, 0, 255, 255};
 
 TEST(XDesktop, ShowsAWindowWhereItIs) {

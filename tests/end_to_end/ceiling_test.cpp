@@ -18,7 +18,7 @@ constexpr auto unhurried = std::chrono::minutes(2);
 class ExtensionCeilingTest : public ServiceTest {
  protected:
   void SetUp() override {
-    if (sanitized) GTEST_SKIP() << "a sanitizer takes memory of its own";
+    if (support::sanitized) GTEST_SKIP() << "a sanitizer takes memory of its own";
   }
 
   void answerAll(const std::string& body) {

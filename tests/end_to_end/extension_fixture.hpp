@@ -13,6 +13,7 @@
 #include <nlohmann/json.hpp>
 
 #include "support/extension_under_test.hpp"
+#include "support/sanitized.hpp"
 #include "support/scripted_http_server.hpp"
 #include "support/temporary_folder.hpp"
 
@@ -34,13 +35,8 @@ inline const std::string expired = "Poświadczenie wygasło — zaloguj się pon
 inline std::string serverError(int status) { return "Serwer odpowiedział błędem " + std::to_string(status) + "."; }
 
 /// Times that a claim names, wide enough for a sanitizer's pace.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-inline constexpr bool sanitized = true;
-#else
-inline constexpr bool sanitized = false;
-#endif
 constexpr std::chrono::milliseconds within(std::chrono::milliseconds claimed) {
-  return sanitized ? claimed * 5 : claimed;
+  return support::sanitized ? claimed * 5 : claimed;
 }
 
 /// A folder of keychain items in their documented places.

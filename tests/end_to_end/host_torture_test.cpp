@@ -10,6 +10,7 @@
 #include "support/child_process.hpp"
 #include "support/failing_allocation/failing_allocation.hpp"
 #include "support/file_content.hpp"
+#include "support/sanitized.hpp"
 #include "support/system_call_faults.hpp"
 #include "support/temporary_folder.hpp"
 
@@ -175,9 +176,7 @@ TEST_F(HostTortureTest, ASavedTokenIsTheOldOneOrTheNewOneWhicheverSystemCallFail
 class HostAllocationTest : public HostScenarios {
  protected:
   void SetUp() override {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "a sanitizer brings an allocator of its own";
-#endif
+    if (support::sanitized) GTEST_SKIP() << "a sanitizer brings an allocator of its own";
   }
 
   /// Runs the scenario with one allocation failing, for `most` of them spread over all.

@@ -193,7 +193,7 @@ class ExtensionSecretTest : public ServiceTest {
 // Over HTTP/1.1. Over HTTP/2 the library that frames it leaves copies in the heap that are not ours to overwrite. The
 // token is long enough not to be found by chance.
 TEST_F(ExtensionSecretTest, NothingOfTheTokenIsLeftInItsMemoryAfterALoad) {
-  if (sanitized) GTEST_SKIP() << "the sanitizers' own memory is too large to be searched";
+  if (support::sanitized) GTEST_SKIP() << "the sanitizers' own memory is too large to be searched";
   const std::string token = "tajne-0123456789abcdefghijklmnopqrstuvwxyz";
   items.store("token-urzadzenia", token);
 

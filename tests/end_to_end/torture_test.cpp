@@ -34,7 +34,7 @@ const Failure failures[] = {
 using ExtensionTortureTest = ServiceTest;
 
 TEST_F(ExtensionTortureTest, EndsByNoSignalWhicheverSystemCallFails) {
-  if (sanitized) GTEST_SKIP() << "a sanitizer's library ends the process where its own system calls fail";
+  if (support::sanitized) GTEST_SKIP() << "a sanitizer's library ends the process where its own system calls fail";
   ASSERT_EQ(std::system("command -v strace >/dev/null"), 0) << "this test needs strace: apt-get install strace";
   if (std::system("strace -o /dev/null true") != 0) GTEST_SKIP() << "here no process can trace another one";
   const std::string program = folder_.path("tortured");
@@ -72,7 +72,7 @@ TEST_F(ExtensionTortureTest, EndsByNoSignalWhicheverSystemCallFails) {
 using ExtensionAllocationTest = ServiceTest;
 
 TEST_F(ExtensionAllocationTest, AnswersOrEndsWithAStatusWhicheverAllocationFails) {
-  if (sanitized) GTEST_SKIP() << "a sanitizer brings an allocator of its own";
+  if (support::sanitized) GTEST_SKIP() << "a sanitizer brings an allocator of its own";
   service.answer(tasksTarget, {.body = json::array({serverTask(1, "Wysłać wniosek grantowy", "2020-01-01")}).dump()});
   service.answer(inboxTarget, {.body = R"({"zadania": [{"id":"00000000-0000-4000-8000-000000000002","tytul":"x"}]})"});
   json rendered = boardParams();

@@ -18,6 +18,8 @@ struct Pixel {
   bool operator==(const Pixel&) const = default;
 };
 
+inline constexpr Pixel red{255, 0, 0, 255};
+
 struct Bitmap {
   std::uint32_t width = 0;
   std::uint32_t height = 0;
@@ -26,6 +28,11 @@ struct Bitmap {
   const Pixel& at(std::uint32_t x, std::uint32_t y) const { return pixels[std::size_t{y} * width + x]; }
   bool operator==(const Bitmap&) const = default;
 };
+
+/// Of one colour.
+inline Bitmap filled(std::uint32_t width, std::uint32_t height, Pixel pixel) {
+  return {width, height, std::vector<Pixel>(std::size_t{width} * height, pixel)};
+}
 
 /// Empty where the bytes are no PNG.
 Bitmap readPng(const std::string& file);

@@ -24,25 +24,19 @@ constexpr const char* collectionInterface = "org.freedesktop.Secret.Collection";
 constexpr std::string_view password = "testpass";  // an empty one, or one with a line end, makes no login keyring
 constexpr std::chrono::seconds patience{20};
 
-using Message = std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)>;
-
-void check(int result, const char* what) {
-  if (result < 0) throw std::runtime_error(std::string(what) + ": " + std::strerror(-result));
-}
-
-Message makeCall(sd_bus* bus, const char* path, const char* interface, const char* member) {
+BusMessage makeCall(sd_bus* bus, const char* path, const char* interface, const char* member) {
   sd_bus_message* message = nullptr;
   check(sd_bus_message_new_method_call(bus, &message, serviceName, path, interface, member), member);
   check(sd_bus_message_set_auto_start(message, 0), member);
-  return {message, &sd_bus_message_unref};
+  return BusMessage(message);
 }
 
-Message answerTo(sd_bus* bus, const Message& call) {
+BusMessage answerTo(sd_bus* bus, const BusMessage& call) {
   sd_bus_message* answer = nullptr;
   const auto limit = std::chrono::microseconds(patience).count();
   check(sd_bus_call(bus, call.get(), static_cast<std::uint64_t>(limit), nullptr, &answer),
         sd_bus_message_get_member(call.get()));
-  return {answer, &sd_bus_message_unref};
+  return BusMessage(answer);
 }
 
 std::string unlockedKeyring(const fs::path& passwordFile) {
@@ -85,12 +79,20 @@ void SecretServiceSession::startKeyring() {
                                        environmentLines(environment()),
                                        std::string(password)});
   waitUntilServed(true);
+  // For a moment the daemon may not know who asks, and then says that there is no collection.
+  const auto end = std::chrono::steady_clock::now() + patience;
+  while (defaultCollection() != loginCollection) {
+    if (std::chrono::steady_clock::now() >= end) throw std::runtime_error("the keyring has no login collection");
+  }
+}
+
+std::string SecretServiceSession::defaultCollection() {
   const auto call = makeCall(connection_.get(), servicePath, serviceInterface, "ReadAlias");
   check(sd_bus_message_append(call.get(), "s", "default"), "ReadAlias");
   const auto answer = answerTo(connection_.get(), call);
   const char* collection = "";
   check(sd_bus_message_read(answer.get(), "o", &collection), "ReadAlias");
-  if (std::string_view(collection) != loginCollection) throw std::runtime_error("the keyring has no login collection");
+  return collection;
 }
 
 void SecretServiceSession::endKeyring() {

@@ -49,6 +49,8 @@ class SecretServiceSession {
 
  private:
   void waitUntilServed(bool served);
+  /// The path of the collection for new items; "/" where there is none.
+  std::string defaultCollection();
 
   TemporaryFolder folder_;
   std::optional<SessionBus> bus_;

@@ -12,13 +12,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void check(int result, const char* what) {
-  if (result < 0) throw std::runtime_error(std::string(what) + ": " + std::strerror(-result));
-}
-
 }  // namespace
 
 void BusConnectionCloser::operator()(sd_bus* connection) const { sd_bus_close_unref(connection); }
+
+void BusMessageReleaser::operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
+
+void check(int result, const char* what) {
+  if (result < 0) throw std::runtime_error(std::string(what) + ": " + std::strerror(-result));
+}
 
 SessionBus::SessionBus(const std::map<std::string, std::string>& services) {
   variables_ = {{"HOME", path("home")},

@@ -12,6 +12,7 @@
 #include "support/temporary_folder.hpp"
 
 struct sd_bus;
+struct sd_bus_message;
 
 namespace support {
 
@@ -19,6 +20,14 @@ struct BusConnectionCloser {
   void operator()(sd_bus* connection) const;
 };
 using BusConnection = std::unique_ptr<sd_bus, BusConnectionCloser>;
+
+struct BusMessageReleaser {
+  void operator()(sd_bus_message* message) const;
+};
+using BusMessage = std::unique_ptr<sd_bus_message, BusMessageReleaser>;
+
+/// Throws std::runtime_error where `result` is an error of sd-bus; `what` is what was tried.
+void check(int result, const char* what);
 
 /// Throws std::runtime_error.
 BusConnection connectToBus(const std::string& address);

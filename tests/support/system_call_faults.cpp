@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "support/child_process.hpp"
+#include "support/sanitized.hpp"
 #include "support/temporary_folder.hpp"
 
 namespace support {
@@ -21,9 +22,7 @@ ChildProcess traced(std::vector<std::string> options, const TracedCommand& comma
 }  // namespace
 
 std::optional<std::string> reasonNotToTrace() {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  return "a sanitizer's library ends the process where its own system calls fail";
-#endif
+  if (sanitized) return "a sanitizer's library ends the process where its own system calls fail";
   const auto tried = traced({"-o", "/dev/null"}, {{"/bin/true"}, {"PATH=/usr/bin:/bin"}}, "/dev/null").exitStatus();
   if (tried != 0) return "here no process can trace another one";
   return std::nullopt;

@@ -46,6 +46,9 @@ struct HostSettings {
   std::vector<std::string> without = {};
 };
 
+/// What a host that was told to be verbose says for each load that brought a board.
+inline constexpr const char* loaded = "a new timeline is shown";
+
 class DesktopHost {
  public:
   /// `display` is the environment of a display of support/displays. Hosts of one display share their configuration.

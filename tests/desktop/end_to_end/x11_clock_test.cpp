@@ -8,8 +8,6 @@ namespace {
 
 using support::Bitmap;
 
-constexpr const char* loaded = "a new timeline is shown";
-
 absl::Time utc(int day, int hour, int minute) {
   return absl::FromCivil(absl::CivilMinute(2025, 3, day, hour, minute), absl::UTCTimeZone());
 }

@@ -3,6 +3,7 @@
 #include <csignal>
 
 #include "desktop/end_to_end/x11_fixture.hpp"
+#include "support/sanitized.hpp"
 
 namespace end_to_end {
 namespace {
@@ -10,17 +11,8 @@ namespace {
 using support::Bitmap;
 using testing::HasSubstr;
 
-/// Memory is not measured with a sanitizer, which adds to it.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool sanitized = true;
-#else
-constexpr bool sanitized = false;
-#endif
-
 class ExtensionOnX11 : public OnX11 {
  protected:
-  static constexpr const char* loaded = "a new timeline is shown";
-
   /// Shows the board of a first load. The next load fails as the behaviour says.
   void startThenFail(const std::string& behaviour) {
     start();
@@ -150,7 +142,7 @@ TEST_F(ExtensionOnX11, ManyReloadsLeaveMemoryAndDescriptorsAsTheyWere) {
   const auto descriptors = host().descriptors();
   reloadUntil(360);
   EXPECT_TRUE(eventually([&] { return host().descriptors() <= descriptors; })) << host().descriptors() << descriptors;
-  if (!sanitized) {
+  if (!support::sanitized) {
     EXPECT_LT(host().memory(), memory + 1) << "MB";
   }
   EXPECT_EQ(extension_.processes().size(), loads);

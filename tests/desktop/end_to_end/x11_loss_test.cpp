@@ -11,8 +11,6 @@ using support::ColourScheme;
 using support::StandInPortal;
 using testing::HasSubstr;
 
-constexpr const char* loaded = "a new timeline is shown";
-
 class LossOnX11 : public OnX11 {
  protected:
   static bool isRunning(pid_t process) { return ::kill(process, 0) == 0; }

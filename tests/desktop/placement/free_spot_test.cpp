@@ -10,20 +10,20 @@
 namespace desktop {
 namespace {
 
-const Rect area{100, 30, 1300, 560};
+const Rect workArea{100, 30, 1300, 560};
 
 TEST(SpotForNew, FillsColumnsFromTheTopRight) {
   std::vector<Rect> others;
   const Point expected[] = {{1140, 50}, {1140, 310}, {880, 50}, {880, 310}, {620, 50}};
   for (const Point& spot : expected) {
-    EXPECT_EQ(spotForNew(smallSize, others, area), spot);
+    EXPECT_EQ(spotForNew(smallSize, others, workArea), spot);
     others.push_back(rectAt(spot, smallSize));
   }
 }
 
 TEST(SpotForNew, KeepsAGapFromWidgetsOffTheGrid) {
   const std::vector<Rect> others{{1133, 43, 240, 240}};
-  const Point spot = spotForNew(smallSize, others, area);
+  const Point spot = spotForNew(smallSize, others, workArea);
   EXPECT_EQ(spot, (Point{1140, 310}));
   EXPECT_FALSE(overlap(grown(rectAt(spot, smallSize), 20), others[0]));
 }
@@ -51,20 +51,20 @@ TEST(SpotForNew, BeginsAtTheTopLeftOfAnAreaThatIsTooSmall) {
 }
 
 TEST(NearestFreeSpot, IsTheWantedOneWhereItIsFree) {
-  EXPECT_EQ(nearestFreeSpot({333, 77, 240, 240}, {}, area), (Point{333, 77}));
+  EXPECT_EQ(nearestFreeSpot({333, 77, 240, 240}, {}, workArea), (Point{333, 77}));
   const std::vector<Rect> touching{{573, 77, 240, 240}};
-  EXPECT_EQ(nearestFreeSpot({333, 77, 240, 240}, touching, area), (Point{333, 77}));
+  EXPECT_EQ(nearestFreeSpot({333, 77, 240, 240}, touching, workArea), (Point{333, 77}));
 }
 
 TEST(NearestFreeSpot, IsAGapAwayFromTheOtherOnTheShortestWay) {
   const std::vector<Rect> others{{600, 200, 240, 240}};
-  EXPECT_EQ(nearestFreeSpot({590, 200, 240, 240}, others, area), (Point{340, 200}));
-  EXPECT_EQ(nearestFreeSpot({610, 200, 240, 240}, others, area), (Point{860, 200}));
+  EXPECT_EQ(nearestFreeSpot({590, 200, 240, 240}, others, workArea), (Point{340, 200}));
+  EXPECT_EQ(nearestFreeSpot({610, 200, 240, 240}, others, workArea), (Point{860, 200}));
 }
 
 TEST(NearestFreeSpot, IsNoneWhereTheWidgetDoesNotFit) {
   const std::vector<Rect> others{{200, 130, 1000, 300}};
-  EXPECT_EQ(nearestFreeSpot({300, 130, 240, 240}, others, area), std::nullopt);
+  EXPECT_EQ(nearestFreeSpot({300, 130, 240, 240}, others, workArea), std::nullopt);
 }
 
 }  // namespace

@@ -7,20 +7,20 @@
 namespace desktop {
 namespace {
 
-Monitor monitor(MonitorIdentity identity, Rect area = {0, 0, 1920, 1080}, bool primary = false) {
+Monitor monitorWith(MonitorIdentity identity, Rect area = {0, 0, 1920, 1080}, bool primary = false) {
   return {std::move(identity), area, primary};
 }
 
 TEST(FindMonitor, GoesByMakeModelAndSerialThenByConnector) {
   const std::vector<Monitor> monitors{
-      monitor({"Acme", "P27", "A1", "DP-1"}),   // 0
-      monitor({"Acme", "P27", "A2", "DP-2"}),   // 1
-      monitor({"Other", "P27", "A1", "DP-3"}),  // 2
-      monitor({"Twin", "T24", "0", "DP-4"}),    // 3: shares its serial with 4
-      monitor({"Twin", "T24", "0", "DP-5"}),    // 4
-      monitor({"Plain", "M1", "", "HDMI-1"}),   // 5: has no serial, like 6
-      monitor({"Plain", "M1", "", "HDMI-2"}),   // 6
-      monitor({"", "", "", "VIRTUAL-1"}),       // 7
+      monitorWith({"Acme", "P27", "A1", "DP-1"}),   // 0
+      monitorWith({"Acme", "P27", "A2", "DP-2"}),   // 1
+      monitorWith({"Other", "P27", "A1", "DP-3"}),  // 2
+      monitorWith({"Twin", "T24", "0", "DP-4"}),    // 3: shares its serial with 4
+      monitorWith({"Twin", "T24", "0", "DP-5"}),    // 4
+      monitorWith({"Plain", "M1", "", "HDMI-1"}),   // 5: has no serial, like 6
+      monitorWith({"Plain", "M1", "", "HDMI-2"}),   // 6
+      monitorWith({"", "", "", "VIRTUAL-1"}),       // 7
   };
   const struct {
     MonitorIdentity wanted;
@@ -49,13 +49,13 @@ TEST(FindMonitor, FindsNoneAmongNone) { EXPECT_EQ(findMonitor({}, {}), std::null
 
 TEST(PrimaryMonitor, IsTheFirstWhereNoneIsMarked) {
   EXPECT_EQ(primaryMonitor({}), std::nullopt);
-  EXPECT_EQ(primaryMonitor(std::vector{monitor({}), monitor({})}), 0U);
-  EXPECT_EQ(primaryMonitor(std::vector{monitor({}), monitor({}, {}, true)}), 1U);
+  EXPECT_EQ(primaryMonitor(std::vector{monitorWith({}), monitorWith({})}), 0U);
+  EXPECT_EQ(primaryMonitor(std::vector{monitorWith({}), monitorWith({}, {}, true)}), 1U);
 }
 
 TEST(MonitorUnder, IsTheOneThatShowsMostElseTheNearest) {
-  const std::vector<Monitor> monitors{monitor({}, {0, 0, 1000, 1000}), monitor({}, {1000, 0, 1000, 1000}),
-                                      monitor({}, {0, 1000, 1000, 1000})};
+  const std::vector<Monitor> monitors{monitorWith({}, {0, 0, 1000, 1000}), monitorWith({}, {1000, 0, 1000, 1000}),
+                                      monitorWith({}, {0, 1000, 1000, 1000})};
   const struct {
     Rect rect;
     std::size_t under;

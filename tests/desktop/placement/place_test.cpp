@@ -7,7 +7,7 @@
 namespace desktop {
 namespace {
 
-const Monitor monitor{{"Acme", "P27", "A1", "DP-1"}, {100, 30, 1800, 1000}, true};
+const Monitor offsetMonitor{{"Acme", "P27", "A1", "DP-1"}, {100, 30, 1800, 1000}, true};
 
 TEST(Place, IsMeasuredFromTheNearestCornerInwards) {
   const struct {
@@ -23,7 +23,7 @@ TEST(Place, IsMeasuredFromTheNearestCornerInwards) {
       {{1700, 30, 240, 240}, Corner::topRight, {-40, 0}},
   };
   for (const auto& [rect, corner, inset] : cases) {
-    EXPECT_EQ(placeOf(rect, monitor), (Place{monitor.identity, corner, inset})) << rect;
+    EXPECT_EQ(placeOf(rect, offsetMonitor), (Place{offsetMonitor.identity, corner, inset})) << rect;
   }
 }
 
@@ -31,13 +31,13 @@ TEST(Place, LeadsBackToExactlyWhereTheWidgetWas) {
   for (int x = 60; x < 1900; x += 37) {
     for (int y = 0; y < 1030; y += 29) {
       const Rect rect{x, y, 480, 240};
-      EXPECT_EQ(originOf(placeOf(rect, monitor), rect.size(), monitor.area), rect.origin());
+      EXPECT_EQ(originOf(placeOf(rect, offsetMonitor), rect.size(), offsetMonitor.area), rect.origin());
     }
   }
 }
 
 TEST(Place, AtTheTopRightStaysThereWhateverTheResolutionAndSize) {
-  const Place place{monitor.identity, Corner::topRight, {20, 40}};
+  const Place place{offsetMonitor.identity, Corner::topRight, {20, 40}};
   EXPECT_EQ(originOf(place, smallSize, {0, 0, 1920, 1080}), (Point{1660, 40}));
   EXPECT_EQ(originOf(place, smallSize, {0, 0, 1280, 800}), (Point{1020, 40}));
   EXPECT_EQ(originOf(place, mediumSize, {-1280, 30, 1280, 770}), (Point{-500, 70}));

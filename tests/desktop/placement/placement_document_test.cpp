@@ -13,7 +13,7 @@ namespace {
 
 using nlohmann::json;
 
-constexpr const char* sample = R"({
+constexpr const char* sampleText = R"({
   "format": "vamba-placements",
   "version": 1,
   "widgets": [
@@ -38,14 +38,14 @@ constexpr const char* sample = R"({
 const Placed samplePlaced{
     3, "Dzien", protocol::WidgetFamily::systemMedium, {{"Acme", "P27", "A1", "DP-1"}, Corner::topRight, {20, 40}}};
 
-json sampleJson() { return json::parse(sample); }
+json sampleJson() { return json::parse(sampleText); }
 
 TEST(PlacementDocument, IsReadAndWrittenAsShown) {
-  const auto document = readPlacements(sample);
+  const auto document = readPlacements(sampleText);
   ASSERT_TRUE(document) << document.error();
   EXPECT_EQ(document->dropped, 0U);
   EXPECT_EQ(document->placements, Placements({samplePlaced}));
-  EXPECT_EQ(writePlacements({document->placements}, {}), sample);
+  EXPECT_EQ(writePlacements({document->placements}, {}), sampleText);
 }
 
 TEST(PlacementDocument, HoldsNoWidgetAtAll) {
@@ -78,7 +78,7 @@ TEST(PlacementDocument, SaysWhyNothingOfItCanBeUsed) {
       {changed("widgets", std::vector<int>(mostCopies + 1)), "it holds more than 100 widgets"},
   };
   for (const auto& [text, reason] : cases) EXPECT_EQ(readPlacements(text).error(), reason) << text;
-  const std::string whole = sample;
+  const std::string whole = sampleText;
   for (const auto& noJson : {std::string(), whole.substr(0, whole.size() / 2), whole + "x", std::string("\xff\xfe"),
                              std::string(1000, '\0'), std::string(100000, '[')}) {
     EXPECT_FALSE(readPlacements(noJson)) << noJson.substr(0, 80);
@@ -146,7 +146,7 @@ TEST(PlacementDocument, DropsTheSecondOfTwoWithOneId) {
 }
 
 TEST(PlacementDocument, ReadsWholeNumbersHoweverSpelt) {
-  std::string text = sample;
+  std::string text = sampleText;
   text.replace(text.find("\"x\": 20"), 7, "\"x\": 2e1");
   EXPECT_EQ(readPlacements(text).value().placements, Placements({samplePlaced}));
 }
@@ -191,18 +191,18 @@ TEST(PlacementDocument, ReadsBackWhateverWasPlaced) {
 }
 
 TEST(PlacementDocument, FileOfAnEarlierVersionHasTheUsualSettingsAndZoom) {
-  const auto document = readPlacements(sample);
+  const auto document = readPlacements(sampleText);
   ASSERT_TRUE(document);
   EXPECT_EQ(document->settings, DesktopSettings());
   for (const Placed& placed : document->placements.all()) EXPECT_EQ(placed.zoom, 100);
 }
 
 TEST(PlacementDocument, KeepsSettingsAndZoom) {
-  Placements placements = readPlacements(sample)->placements;
+  Placements placements = readPlacements(sampleText)->placements;
   const int id = placements.all()[0].id;
   placements.setZoom(id, 125);
   const DesktopState state{placements, {Scheme::dark, Background::none, true}};
-  const std::string text = writePlacements(state, sample);
+  const std::string text = writePlacements(state, sampleText);
   const json written = json::parse(text);
   EXPECT_EQ(written["appearance"], "dark");
   EXPECT_EQ(written["background"], "none");

@@ -20,7 +20,7 @@ using support::namesIn;
 using testing::HasSubstr;
 using Names = std::set<std::string>;
 
-Placements sample() {
+Placements samplePlacements() {
   Placements placements;
   placements.add("Dzien", protocol::WidgetFamily::systemMedium,
                  {{"Acme", "P27", "A1", "DP-1"}, Corner::topRight, {20, 40}});
@@ -41,9 +41,9 @@ TEST_F(PlacementStoreTest, KeepsThePlacementsForTheNextStart) {
   const std::string file = path("config/vamba/placements.json");
   PlacementStore store(file);
   EXPECT_TRUE(store.load().firstStart);
-  ASSERT_TRUE(store.save({sample()}));
+  ASSERT_TRUE(store.save({samplePlacements()}));
   const auto loaded = PlacementStore(file).load();
-  EXPECT_EQ(loaded.placements, sample());
+  EXPECT_EQ(loaded.placements, samplePlacements());
   EXPECT_FALSE(loaded.firstStart);
   EXPECT_EQ(loaded.notice, std::nullopt);
   EXPECT_EQ(namesIn(path("config/vamba")), Names{"placements.json"});
@@ -53,12 +53,12 @@ TEST_F(PlacementStoreTest, KeepsThePlacementsForTheNextStart) {
 }
 
 TEST_F(PlacementStoreTest, ClearsAtTheStartWhatAKilledSaveLeft) {
-  ASSERT_TRUE(PlacementStore(path()).save({sample()}));
+  ASSERT_TRUE(PlacementStore(path()).save({samplePlacements()}));
   const pid_t killed = fork();
   if (killed == 0) _exit(0);
   waitpid(killed, nullptr, 0);
   folder_.write("placements.json.new-" + std::to_string(killed) + "-0", "half of th");
-  EXPECT_EQ(load().placements, sample());
+  EXPECT_EQ(load().placements, samplePlacements());
   EXPECT_EQ(namesIn(folder_.path("")), Names{"placements.json"});
 }
 
@@ -84,12 +84,12 @@ TEST_F(PlacementStoreTest, OverwritesNoEarlierFileThatWasSetAside) {
   for (const char* text : {"first", "second", "third"}) {
     folder_.write("placements.json", text);
     EXPECT_TRUE(store.load().notice);
-    ASSERT_TRUE(store.save({sample()}));
+    ASSERT_TRUE(store.save({samplePlacements()}));
   }
   EXPECT_EQ(contentOf(path("placements.json.damaged-1")), "first");
   EXPECT_EQ(contentOf(path("placements.json.damaged-2")), "second");
   EXPECT_EQ(contentOf(path("placements.json.damaged-3")), "third");
-  EXPECT_EQ(load().placements, sample());
+  EXPECT_EQ(load().placements, samplePlacements());
 }
 
 TEST_F(PlacementStoreTest, SetsAsideWhateverIsNoPlacementsFile) {
@@ -109,27 +109,27 @@ TEST_F(PlacementStoreTest, SetsAsideWhateverIsNoPlacementsFile) {
     ASSERT_EQ(namesIn(path("")).size(), ++aside) << what;
     ASSERT_FALSE(namesIn(path("")).contains("placements.json")) << what;
   }
-  ASSERT_TRUE(PlacementStore(path()).save({sample()}));
-  EXPECT_EQ(load().placements, sample());
+  ASSERT_TRUE(PlacementStore(path()).save({samplePlacements()}));
+  EXPECT_EQ(load().placements, samplePlacements());
 }
 
 TEST_F(PlacementStoreTest, GoesOnWithTheGoodEntriesAndKeepsTheWholeFileAside) {
-  ASSERT_TRUE(PlacementStore(path()).save({sample()}));
+  ASSERT_TRUE(PlacementStore(path()).save({samplePlacements()}));
   auto document = nlohmann::json::parse(contentOf(path()));
   document["widgets"].push_back({{"id", -1}, {"kind", "Later"}});
   folder_.write("placements.json", document.dump());
   const auto loaded = load();
-  EXPECT_EQ(loaded.placements, sample());
+  EXPECT_EQ(loaded.placements, samplePlacements());
   ASSERT_TRUE(loaded.notice);
   EXPECT_THAT(*loaded.notice, HasSubstr("(1 of its widgets can't be read); it is kept as "));
   EXPECT_EQ(contentOf(path("placements.json.damaged-1")), document.dump());
   const auto again = load();
-  EXPECT_EQ(again.placements, sample());
+  EXPECT_EQ(again.placements, samplePlacements());
   EXPECT_EQ(again.notice, std::nullopt);
 }
 
 TEST_F(PlacementStoreTest, KeepsKeysOfALaterVersionAcrossManySaves) {
-  ASSERT_TRUE(PlacementStore(path()).save({sample()}));
+  ASSERT_TRUE(PlacementStore(path()).save({samplePlacements()}));
   auto document = nlohmann::json::parse(contentOf(path()));
   document["widgets"][1]["locked"] = true;
   folder_.write("placements.json", document.dump());
@@ -147,25 +147,25 @@ TEST_F(PlacementStoreTest, WritesThroughALinkAlsoWhenItsTargetIsSetAside) {
   std::filesystem::create_symlink("dotfiles/day.json", path());
   PlacementStore store(path());
   EXPECT_TRUE(store.load().firstStart);
-  ASSERT_TRUE(store.save({sample()}));
-  EXPECT_EQ(load().placements, sample());
+  ASSERT_TRUE(store.save({samplePlacements()}));
+  EXPECT_EQ(load().placements, samplePlacements());
   folder_.write("dotfiles/day.json", "damaged");
   EXPECT_TRUE(store.load().notice);
-  ASSERT_TRUE(store.save({sample()}));
+  ASSERT_TRUE(store.save({samplePlacements()}));
   EXPECT_TRUE(std::filesystem::is_symlink(path()));
   EXPECT_EQ(namesIn(path("dotfiles")), (Names{"day.json", "day.json.damaged-1"}));
 }
 
 TEST_F(PlacementStoreTest, LosesNothingOnAFullDisk) {
   PlacementStore store(path());
-  ASSERT_TRUE(store.save({sample()}));
-  Placements more = sample();
+  ASSERT_TRUE(store.save({samplePlacements()}));
+  Placements more = samplePlacements();
   more.add("Dzien", protocol::WidgetFamily::systemLarge, {});
   {
     const support::FileSizeLimit full(100);
     EXPECT_EQ(store.save({more}).error(), "can't write " + path() + ": File too large");
   }
-  EXPECT_EQ(load().placements, sample());
+  EXPECT_EQ(load().placements, samplePlacements());
   ASSERT_TRUE(store.save({more}));
   EXPECT_EQ(load().placements, more);
 }
@@ -178,12 +178,12 @@ TEST_F(PlacementStoreTest, SaysWhyItCannotWrite) {
 }
 
 TEST_F(PlacementStoreTest, WritesNoNameThatItCouldNotReadBack) {
-  Placements placements = sample();
+  Placements placements = samplePlacements();
   PlacementStore store(path());
   ASSERT_TRUE(store.save({placements}));
   placements.add(std::string(1000, 'k'), protocol::WidgetFamily::systemSmall, {});
   EXPECT_FALSE(store.save({placements}));
-  EXPECT_EQ(load().placements, sample());
+  EXPECT_EQ(load().placements, samplePlacements());
 }
 
 TEST(PlacementsFile, IsInTheUsersConfiguration) {

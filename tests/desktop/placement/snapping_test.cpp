@@ -9,7 +9,7 @@
 namespace desktop {
 namespace {
 
-const Rect area{100, 30, 1313, 777};
+const Rect oddArea{100, 30, 1313, 777};
 
 TEST(Snapping, GoesToTheAreasEdgesElseToTheGrid) {
   const struct {
@@ -29,7 +29,7 @@ TEST(Snapping, GoesToTheAreasEdgesElseToTheGrid) {
       {{5000, 5000}, {1173, 567}, "far out of the area"},
   };
   for (const auto& [wanted, snapped, why] : cases) {
-    EXPECT_EQ(snappedOrigin(rectAt(wanted, smallSize), {}, area), snapped) << why;
+    EXPECT_EQ(snappedOrigin(rectAt(wanted, smallSize), {}, oddArea), snapped) << why;
   }
 }
 
@@ -48,17 +48,17 @@ TEST(Snapping, GoesToOtherWidgetsEdgesAndAGapBesideThem) {
       {{770, 540}, {767, 547}, "right of it, a gap above the area's end"},
   };
   for (const auto& [wanted, snapped, why] : cases) {
-    EXPECT_EQ(snappedOrigin(rectAt(wanted, smallSize), others, area), snapped) << why;
+    EXPECT_EQ(snappedOrigin(rectAt(wanted, smallSize), others, oddArea), snapped) << why;
   }
 }
 
 TEST(Snapping, DoesNotKeepAGapToAWidgetThatIsNotBeside) {
   const std::vector<Rect> others{{507, 40, 100, 100}};
-  EXPECT_EQ(snappedOrigin({633, 400, 240, 240}, others, area), (Point{640, 410}));
+  EXPECT_EQ(snappedOrigin({633, 400, 240, 240}, others, oddArea), (Point{640, 410}));
 }
 
 TEST(Snapping, PutsWhatIsTooLargeAtTheTopLeft) {
-  EXPECT_EQ(snappedOrigin({500, 500, 2000, 2000}, {}, area), area.origin());
+  EXPECT_EQ(snappedOrigin({500, 500, 2000, 2000}, {}, oddArea), oddArea.origin());
 }
 
 TEST(Stepping, MovesByOneStepAndStopsAtTheEdge) {
@@ -73,7 +73,7 @@ TEST(Stepping, MovesByOneStepAndStopsAtTheEdge) {
       {{300, 30}, Direction::up, {300, 30}},     {{300, 567}, Direction::down, {300, 567}},
   };
   for (const auto& [from, direction, to] : cases) {
-    EXPECT_EQ(steppedOrigin(rectAt(from, smallSize), direction, area), to) << from;
+    EXPECT_EQ(steppedOrigin(rectAt(from, smallSize), direction, oddArea), to) << from;
   }
 }
 

@@ -8,6 +8,7 @@
 #include "base/descriptors/file_descriptor.hpp"
 #include "base/descriptors/write_all.hpp"
 #include "host/commands/host_process.hpp"
+#include "support/sanitized.hpp"
 #include "support/waiting.hpp"
 
 namespace host {
@@ -71,17 +72,13 @@ TEST_F(HostCommands, ShowRefusesAnEntryWithoutEndAndTakesLittleMemory) {
   EXPECT_EQ(outcome.status, 2);
   EXPECT_EQ(outcome.errors, "vamba-host: " + folder_.path("lines") +
                                 " does not hold an entry: more than 64 KiB of white space between two values\n");
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
   rusage children{};
   getrusage(RUSAGE_CHILDREN, &children);
-  EXPECT_LT(children.ru_maxrss, 200 * 1024) << "kilobytes";
-#endif
+  if (!support::sanitized) EXPECT_LT(children.ru_maxrss, 200 * 1024) << "kilobytes";
 }
 
 TEST_F(HostCommands, ShowTakesLittleMemoryForTheLargestEntries) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  GTEST_SKIP() << "a sanitizer takes memory of its own";
-#endif
+  if (support::sanitized) GTEST_SKIP() << "a sanitizer takes memory of its own";
   constexpr std::size_t longest = (std::size_t{16} << 20) - 200;
   const std::string beginning = R"({"date":"2025-03-14T08:00:00Z","doDecyzji":0,"spotkania":[],"zadania":[)";
   const std::string id = R"({"numer":1,"id":"00112233-4455-6677-8899-aabbccddeeff","tytul":")";

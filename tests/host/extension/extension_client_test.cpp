@@ -18,6 +18,7 @@
 #include "base/descriptors/file_descriptor.hpp"
 #include "protocol/view_tree/builders.hpp"
 #include "support/environment.hpp"
+#include "support/sanitized.hpp"
 #include "support/temporary_folder.hpp"
 
 namespace host {
@@ -170,9 +171,7 @@ long residentMemory() {
 }
 
 TEST_F(ExtensionClientTest, KeepsOfALongAnswerOnlyItsEntries) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  GTEST_SKIP() << "a sanitizer keeps what is freed";
-#endif
+  if (support::sanitized) GTEST_SKIP() << "a sanitizer keeps what is freed";
   behave("long day");
   ExtensionClient client(settings(absl::Minutes(10)));
   const long before = residentMemory();

@@ -22,22 +22,16 @@ constexpr const char* registryName = "org.a11y.atspi.Registry";
 constexpr const char* rootPath = "/org/a11y/atspi/accessible/root";
 constexpr const char* accessibleInterface = "org.a11y.atspi.Accessible";
 
-using Message = std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)>;
-
 struct Reference {
   std::string owner;
   std::string path;
 };
 
-void check(int result, const char* what) {
-  if (result < 0) throw std::runtime_error(std::string(what) + ": " + std::strerror(-result));
-}
-
 // Objects go while they are being looked at; such a call has no answer.
-Message call(sd_bus* bus, const Reference& object, const char* interface, const char* member) {
+BusMessage call(sd_bus* bus, const Reference& object, const char* interface, const char* member) {
   sd_bus_message* reply = nullptr;
   sd_bus_call_method(bus, object.owner.c_str(), object.path.c_str(), interface, member, nullptr, &reply, "");
-  return {reply, &sd_bus_message_unref};
+  return BusMessage(reply);
 }
 
 std::string property(sd_bus* bus, const Reference& object, const char* name) {
@@ -92,7 +86,7 @@ std::vector<std::string> actionsOf(sd_bus* bus, const Reference& object, std::si
     sd_bus_message* reply = nullptr;
     sd_bus_call_method(bus, object.owner.c_str(), object.path.c_str(), "org.a11y.atspi.Action", "GetName", nullptr,
                        &reply, "i", static_cast<int>(i));
-    const Message owned(reply, &sd_bus_message_unref);
+    const BusMessage owned(reply);
     const char* name = "";
     if (reply != nullptr) sd_bus_message_read(reply, "s", &name);
     names.emplace_back(name);
@@ -106,7 +100,7 @@ ScreenArea extentsOf(sd_bus* bus, const Reference& object) {
   sd_bus_message* reply = nullptr;
   sd_bus_call_method(bus, object.owner.c_str(), object.path.c_str(), "org.a11y.atspi.Component", "GetExtents", nullptr,
                      &reply, "u", 0U);
-  const Message owned(reply, &sd_bus_message_unref);
+  const BusMessage owned(reply);
   if (reply != nullptr) sd_bus_message_read(reply, "(iiii)", &area.x, &area.y, &area.width, &area.height);
   return area;
 }
@@ -254,7 +248,7 @@ bool AccessibleObjects::act(pid_t process, const std::string& name, const std::s
     const int result =
         sd_bus_call_method(connection_.get(), reference.owner.c_str(), reference.path.c_str(), "org.a11y.atspi.Action",
                            "DoAction", nullptr, &reply, "i", static_cast<int>(known - object.actions.begin()));
-    const Message owned(reply, &sd_bus_message_unref);
+    const BusMessage owned(reply);
     int done = 0;
     return result >= 0 && sd_bus_message_read(reply, "b", &done) >= 0 && done != 0;
   }

@@ -18,10 +18,6 @@ std::string programOf(const std::string& path, const std::string& package) {
   return path;
 }
 
-void check(int result, const char* what) {
-  if (result < 0) throw std::runtime_error(std::string(what) + ": " + std::strerror(-result));
-}
-
 /// Whom the bus starts from now on finds these in its environment, as a session tells its bus.
 void handOn(const SessionBus& bus, const SessionBus::Environment& environment) {
   const auto connection = bus.connect();

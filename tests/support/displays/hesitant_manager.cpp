@@ -1,7 +1,6 @@
 #include "support/displays/hesitant_manager.hpp"
 
 #include <cstdlib>
-#include <memory>
 #include <stdexcept>
 #include <vector>
 
@@ -9,10 +8,6 @@
 
 namespace support {
 namespace {
-
-struct Freer {
-  void operator()(void* memory) const { std::free(memory); }
-};
 
 /// As it was asked for.
 void configure(xcb_connection_t* connection, const xcb_configure_request_event_t& request) {
@@ -35,12 +30,12 @@ HesitantManager::HesitantManager(const std::string& display) : connection_(displ
   const std::uint32_t redirected = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
   const auto cookie =
       xcb_change_window_attributes_checked(connection_.raw(), connection_.root(), XCB_CW_EVENT_MASK, &redirected);
-  const std::unique_ptr<xcb_generic_error_t, Freer> error(xcb_request_check(connection_.raw(), cookie));
+  const XOwned<xcb_generic_error_t> error(xcb_request_check(connection_.raw(), cookie));
   if (error) throw std::runtime_error("the display has a window manager");
 }
 
 void HesitantManager::handleRequests() {
-  while (const std::unique_ptr<xcb_generic_event_t, Freer> event{xcb_poll_for_event(connection_.raw())}) {
+  while (const XOwned<xcb_generic_event_t> event{xcb_poll_for_event(connection_.raw())}) {
     constexpr int sentByClients = 0x80;
     switch (event->response_type & ~sentByClients) {
       case XCB_CONFIGURE_REQUEST:

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "support/displays/mutter_x_server.hpp"
 #include "support/waiting.hpp"
 
 namespace support {
@@ -13,24 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* waylandName = "wayland-mutter";
-
-// ":1" of its line "Using public X11 display :1, (using :2 for managed services)".
-std::string publicDisplay(const std::string& log) {
-  constexpr std::string_view before = "Using public X11 display ";
-  const auto begin = log.find(before);
-  if (begin == std::string::npos) return {};
-  const auto end = log.find(',', begin);
-  if (end == std::string::npos) return {};
-  return log.substr(begin + before.size(), end - begin - before.size());
-}
-
-std::string authorityIn(const fs::path& folder) {
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    if (entry.path().filename().native().starts_with(".mutter-Xwaylandauth")) return entry.path().native();
-  }
-  return {};
-}
+constexpr const char* mutterWayland = "wayland-mutter";
 
 }  // namespace
 
@@ -42,7 +26,7 @@ MutterDesktop::MutterDesktop(const Settings& settings) : bus_(settings.services)
   compositor_.emplace(
       ChildProcess::Start{.command = {"mutter", "--headless", "--wayland", "--virtual-monitor",
                                       std::to_string(settings.width) + "x" + std::to_string(settings.height),
-                                      "--wayland-display", waylandName},
+                                      "--wayland-display", mutterWayland},
                           .environment = environmentLines(variables),
                           .input = {},
                           .errorFile = bus_.path("display.log"),
@@ -52,9 +36,9 @@ MutterDesktop::MutterDesktop(const Settings& settings) : bus_(settings.services)
       "mutter serves its clients",
       [this] {
         if (compositor_->hasEnded()) throw std::runtime_error("mutter ended:\n" + log());
-        display_ = publicDisplay(log());
-        authority_ = authorityIn(bus_.path("run"));
-        return !display_.empty() && !authority_.empty() && fs::is_socket(bus_.path("run/") + waylandName) &&
+        display_ = xDisplayOfMutter(log());
+        authority_ = xAuthorityOfMutter(bus_.path("run"));
+        return !display_.empty() && !authority_.empty() && fs::is_socket(bus_.path("run/") + mutterWayland) &&
                bus_.isOwned("org.gnome.Mutter.RemoteDesktop");
       },
       [this] { return log(); });
@@ -65,7 +49,7 @@ MutterDesktop::MutterDesktop(const Settings& settings) : bus_(settings.services)
 
 SessionBus::Environment MutterDesktop::environment() const {
   auto variables = bus_.environment();
-  variables["WAYLAND_DISPLAY"] = waylandName;
+  variables["WAYLAND_DISPLAY"] = mutterWayland;
   variables["DISPLAY"] = display_;
   variables["XAUTHORITY"] = authority_;
   return variables;

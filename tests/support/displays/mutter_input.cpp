@@ -20,18 +20,16 @@ constexpr const char* sessionInterface = "org.gnome.Mutter.RemoteDesktop.Session
 
 constexpr std::uint32_t leftShift = 0xffe1;
 
-using Message = std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)>;
-
 template <typename... Arguments>
-Message call(sd_bus* bus, const char* path, const char* interface, const char* member, const char* types,
-             Arguments... arguments) {
+BusMessage call(sd_bus* bus, const char* path, const char* interface, const char* member, const char* types,
+                Arguments... arguments) {
   sd_bus_error error = SD_BUS_ERROR_NULL;
   sd_bus_message* reply = nullptr;
   const int result = sd_bus_call_method(bus, service, path, interface, member, &error, &reply, types, arguments...);
   const std::string reason = result < 0 && error.message != nullptr ? error.message : "";
   sd_bus_error_free(&error);
   if (result < 0) throw std::runtime_error(std::string("mutter's ") + member + ": " + reason);
-  return {reply, &sd_bus_message_unref};
+  return BusMessage(reply);
 }
 
 }  // namespace

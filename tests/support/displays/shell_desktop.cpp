@@ -7,6 +7,7 @@
 
 #include <systemd/sd-bus.h>
 
+#include "support/displays/mutter_x_server.hpp"
 #include "support/waiting.hpp"
 
 namespace support {
@@ -14,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* waylandName = "wayland-shell";
+constexpr const char* shellWayland = "wayland-shell";
 
 /// No animation, banner, picture or welcome, so that the screen is still once it shows what it is to show.
 constexpr const char* gnomeSettings = R"([org/gnome/desktop/interface]
@@ -37,23 +38,6 @@ std::string contentOf(const fs::path& file) {
 void write(const fs::path& file, const std::string& content) {
   fs::create_directories(file.parent_path());
   std::ofstream(file, std::ios::binary) << content;
-}
-
-/// ":1" of the line "Using public X11 display :1, (using :2 for managed services)".
-std::string publicDisplay(const std::string& log) {
-  constexpr std::string_view before = "Using public X11 display ";
-  const auto begin = log.find(before);
-  if (begin == std::string::npos) return {};
-  const auto end = log.find(',', begin);
-  if (end == std::string::npos) return {};
-  return log.substr(begin + before.size(), end - begin - before.size());
-}
-
-std::string authorityIn(const fs::path& folder) {
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    if (entry.path().filename().native().starts_with(".mutter-Xwaylandauth")) return entry.path().native();
-  }
-  return {};
 }
 
 }  // namespace
@@ -86,15 +70,15 @@ void ShellDesktop::startGnome() {
   const bool wayland = shell_ == Shell::gnomeOnWayland;
   if (wayland) {
     variables["MUTTER_DEBUG_DUMMY_MODE_SPECS"] = "1280x800";
-    start({"gnome-shell", "--wayland", "--nested", "--wayland-display", waylandName}, variables);
+    start({"gnome-shell", "--wayland", "--nested", "--wayland-display", shellWayland}, variables);
   } else {
     start({"gnome-shell", "--x11", "--sm-disable"}, variables);
   }
   awaitStart("GNOME Shell has started", [this] { return log().find("GNOME Shell started") != std::string::npos; });
   if (wayland) {
     awaitStart("GNOME Shell serves X clients", [&] {
-      xwaylandDisplay_ = publicDisplay(log());
-      authority_ = authorityIn(bus.path("run"));
+      xwaylandDisplay_ = xDisplayOfMutter(log());
+      authority_ = xAuthorityOfMutter(bus.path("run"));
       return !xwaylandDisplay_.empty() && !authority_.empty();
     });
     xwayland_.emplace(xwaylandDisplay_, authority_);
@@ -120,7 +104,7 @@ void ShellDesktop::startKwin() {
   fs::permissions(teller, fs::perms::owner_all);
   variables["KWIN_COMPOSE"] = "Q";
   start({program, "--x11-display", variables.at("DISPLAY"), "--width", "1280", "--height", "800", "--socket",
-         waylandName, "--no-lockscreen", "--xwayland", teller},
+         shellWayland, "--no-lockscreen", "--xwayland", teller},
         variables);
   awaitStart("KWin serves its clients", [&] { return fs::exists(told) && host_.bus().isOwned("org.kde.KWin"); });
   std::ifstream stream(told);
@@ -182,7 +166,7 @@ void ShellDesktop::showDesktop(bool shown) {
 SessionBus::Environment ShellDesktop::environment() const {
   auto variables = host_.environment();
   if (shell_ == Shell::gnomeOnWayland || shell_ == Shell::kwinOnWayland) {
-    variables["WAYLAND_DISPLAY"] = waylandName;
+    variables["WAYLAND_DISPLAY"] = shellWayland;
     variables["DISPLAY"] = xwaylandDisplay_;
     if (!authority_.empty()) variables["XAUTHORITY"] = authority_;
   }

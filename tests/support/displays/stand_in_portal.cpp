@@ -28,15 +28,6 @@ constexpr const char* nameSpace = "org.freedesktop.appearance";
 constexpr const char* colourSchemeKey = "color-scheme";
 constexpr const char* accentColourKey = "accent-color";
 
-void check(int result, const char* what) {
-  if (result < 0) throw std::runtime_error(std::string(what) + ": " + std::strerror(-result));
-}
-
-struct MessageRelease {
-  void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
-};
-using Message = std::unique_ptr<sd_bus_message, MessageRelease>;
-
 int appendValue(sd_bus_message* message, ColourScheme scheme) {
   return sd_bus_message_append(message, "v", "u", static_cast<std::uint32_t>(scheme));
 }
@@ -120,7 +111,7 @@ class StandInPortal::Server {
 
   void wake() const {
     const std::uint64_t one = 1;
-    [[maybe_unused]] const auto written = write(wake_.get(), &one, sizeof one);
+    [[maybe_unused]] const auto written = ::write(wake_.get(), &one, sizeof one);
   }
 
   static int called(sd_bus_message* call, void* self, sd_bus_error* error) {
@@ -150,7 +141,7 @@ class StandInPortal::Server {
     const char* key = "";
     if (const int result = sd_bus_message_read(call, "ss", &space, &key); result < 0) return result;
     if (settings_.silentAbout.contains(key)) {
-      waiting_.emplace_back(Message(sd_bus_message_ref(call)), form);
+      waiting_.emplace_back(BusMessage(sd_bus_message_ref(call)), form);
       return 1;
     }
     const auto asked = [&](const char* name) {
@@ -209,7 +200,7 @@ class StandInPortal::Server {
   Settings settings_;
   BusConnection connection_;
   base::FileDescriptor wake_;
-  std::vector<std::pair<Message, ReadForm>> waiting_;
+  std::vector<std::pair<BusMessage, ReadForm>> waiting_;
   std::mutex mutex_;
   std::atomic<int> reads_ = 0;
   std::jthread thread_;  // last: it ends before what it uses

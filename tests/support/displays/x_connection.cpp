@@ -12,19 +12,13 @@
 namespace support {
 namespace {
 
-struct Freer {
-  void operator()(void* memory) const { std::free(memory); }
-};
-template <typename Reply>
-using Owned = std::unique_ptr<Reply, Freer>;
-
 // Errors are only that something is gone, which the empty answer says.
 template <typename Cookie, typename Reply>
-Owned<Reply> answer(xcb_connection_t* connection, Cookie cookie,
-                    Reply* (*fetch)(xcb_connection_t*, Cookie, xcb_generic_error_t**)) {
+XOwned<Reply> answer(xcb_connection_t* connection, Cookie cookie,
+                     Reply* (*fetch)(xcb_connection_t*, Cookie, xcb_generic_error_t**)) {
   xcb_generic_error_t* error = nullptr;
-  Owned<Reply> reply(fetch(connection, cookie, &error));
-  const Owned<xcb_generic_error_t> owned(error);
+  XOwned<Reply> reply(fetch(connection, cookie, &error));
+  const XOwned<xcb_generic_error_t> owned(error);
   if (xcb_connection_has_error(connection) != 0) throw std::runtime_error("the X server has gone");
   return reply;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,6 +17,13 @@
 struct xcb_connection_t;
 
 namespace support {
+
+/// For what a library of X gives away to be freed.
+struct XFreer {
+  void operator()(void* memory) const { std::free(memory); }
+};
+template <typename Memory>
+using XOwned = std::unique_ptr<Memory, XFreer>;
 
 using XWindow = std::uint32_t;
 using XAtom = std::uint32_t;

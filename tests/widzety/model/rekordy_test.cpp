@@ -16,8 +16,8 @@ namespace {
 const base::Uuid pierwszy = *base::Uuid::parse("6f1c2b9e-0d7a-4d0c-9a57-3e1f5b8c2d40");
 const base::Uuid drugi = *base::Uuid::parse("6f1c2b9e-0d7a-4d0c-9a57-3e1f5b8c2d41");
 
-const ZadanieMoje zadanie{pierwszy, 7, "a", absl::FromUnixSeconds(5), "otwarte", "Dom"};
-const SpotkaniePlanowane spotkanie{pierwszy, "a", absl::FromUnixSeconds(5), 30, "Dom"};
+const ZadanieMoje przykladoweZadanie{pierwszy, 7, "a", absl::FromUnixSeconds(5), "otwarte", "Dom"};
+const SpotkaniePlanowane przykladoweSpotkanie{pierwszy, "a", absl::FromUnixSeconds(5), 30, "Dom"};
 const PozycjaSkrzynki pozycja{pierwszy, "a"};
 
 template <typename Rekord>
@@ -38,28 +38,29 @@ Rekord zmieniony(Rekord rekord, Zmiana zmiana) {
 }
 
 TEST(Rekordy, EqualityAndHashTakeEveryFieldOfATask) {
-  sprawdzRozne<ZadanieMoje>(zadanie, {
-                                         zmieniony(zadanie, [](auto& z) { z.id = drugi; }),
-                                         zmieniony(zadanie, [](auto& z) { z.numer = 8; }),
-                                         zmieniony(zadanie, [](auto& z) { z.tytul = "b"; }),
-                                         zmieniony(zadanie, [](auto& z) { z.termin = absl::FromUnixSeconds(6); }),
-                                         zmieniony(zadanie, [](auto& z) { z.termin.reset(); }),
-                                         zmieniony(zadanie, [](auto& z) { z.status = "w_toku"; }),
-                                         zmieniony(zadanie, [](auto& z) { z.projektNazwa = ""; }),
-                                     });
+  sprawdzRozne<ZadanieMoje>(przykladoweZadanie,
+                            {
+                                zmieniony(przykladoweZadanie, [](auto& z) { z.id = drugi; }),
+                                zmieniony(przykladoweZadanie, [](auto& z) { z.numer = 8; }),
+                                zmieniony(przykladoweZadanie, [](auto& z) { z.tytul = "b"; }),
+                                zmieniony(przykladoweZadanie, [](auto& z) { z.termin = absl::FromUnixSeconds(6); }),
+                                zmieniony(przykladoweZadanie, [](auto& z) { z.termin.reset(); }),
+                                zmieniony(przykladoweZadanie, [](auto& z) { z.status = "w_toku"; }),
+                                zmieniony(przykladoweZadanie, [](auto& z) { z.projektNazwa = ""; }),
+                            });
 }
 
 TEST(Rekordy, EqualityAndHashTakeEveryFieldOfAMeeting) {
-  sprawdzRozne<SpotkaniePlanowane>(spotkanie,
-                                   {
-                                       zmieniony(spotkanie, [](auto& s) { s.id = drugi; }),
-                                       zmieniony(spotkanie, [](auto& s) { s.tytul = "b"; }),
-                                       zmieniony(spotkanie, [](auto& s) { s.kiedy += absl::Nanoseconds(1); }),
-                                       zmieniony(spotkanie, [](auto& s) { s.czasTrwaniaMin = 31; }),
-                                       zmieniony(spotkanie, [](auto& s) { s.projektNazwa = "Praca"; }),
-                                       zmieniony(spotkanie, [](auto& s) { s.projektNazwa = ""; }),
-                                       zmieniony(spotkanie, [](auto& s) { s.projektNazwa.reset(); }),
-                                   });
+  sprawdzRozne<SpotkaniePlanowane>(
+      przykladoweSpotkanie, {
+                                zmieniony(przykladoweSpotkanie, [](auto& s) { s.id = drugi; }),
+                                zmieniony(przykladoweSpotkanie, [](auto& s) { s.tytul = "b"; }),
+                                zmieniony(przykladoweSpotkanie, [](auto& s) { s.kiedy += absl::Nanoseconds(1); }),
+                                zmieniony(przykladoweSpotkanie, [](auto& s) { s.czasTrwaniaMin = 31; }),
+                                zmieniony(przykladoweSpotkanie, [](auto& s) { s.projektNazwa = "Praca"; }),
+                                zmieniony(przykladoweSpotkanie, [](auto& s) { s.projektNazwa = ""; }),
+                                zmieniony(przykladoweSpotkanie, [](auto& s) { s.projektNazwa.reset(); }),
+                            });
 }
 
 TEST(Rekordy, EqualityAndHashTakeEveryFieldOfAnInboxItem) {
@@ -70,7 +71,7 @@ TEST(Rekordy, EqualityAndHashTakeEveryFieldOfAnInboxItem) {
 }
 
 TEST(Rekordy, AbsentEqualsOnlyAbsent) {
-  const auto bezTerminu = zmieniony(zadanie, [](auto& z) { z.termin.reset(); });
+  const auto bezTerminu = zmieniony(przykladoweZadanie, [](auto& z) { z.termin.reset(); });
   EXPECT_EQ(bezTerminu, ZadanieMoje(bezTerminu));
   EXPECT_EQ(std::hash<ZadanieMoje>{}(bezTerminu), std::hash<ZadanieMoje>{}(ZadanieMoje(bezTerminu)));
 }
@@ -94,26 +95,26 @@ std::vector<std::string> kroki(const Rekord& rekord) {
 
 TEST(Rekordy, FeedTheirFieldsInOrderWithAMarkerBeforeAnOptionalOne) {
   const std::string id = "uuid " + pierwszy.text();
-  EXPECT_EQ(kroki(zadanie),
+  EXPECT_EQ(kroki(przykladoweZadanie),
             (std::vector<std::string>{id, "integer 7", "text a", "marker 1", "instant 5", "text otwarte", "text Dom"}));
-  EXPECT_EQ(kroki(zmieniony(zadanie, [](auto& z) { z.termin.reset(); })),
+  EXPECT_EQ(kroki(zmieniony(przykladoweZadanie, [](auto& z) { z.termin.reset(); })),
             (std::vector<std::string>{id, "integer 7", "text a", "marker 0", "text otwarte", "text Dom"}));
-  EXPECT_EQ(kroki(spotkanie),
+  EXPECT_EQ(kroki(przykladoweSpotkanie),
             (std::vector<std::string>{id, "text a", "instant 5", "integer 30", "marker 1", "text Dom"}));
-  EXPECT_EQ(kroki(zmieniony(spotkanie, [](auto& s) { s.projektNazwa.reset(); })),
+  EXPECT_EQ(kroki(zmieniony(przykladoweSpotkanie, [](auto& s) { s.projektNazwa.reset(); })),
             (std::vector<std::string>{id, "text a", "instant 5", "integer 30", "marker 0"}));
   EXPECT_EQ(kroki(pozycja), (std::vector<std::string>{id, "text a"}));
 }
 
 TEST(Rekordy, HashDependsOnTheOrderOfTexts) {
-  const auto odwrotnie = zmieniony(zadanie, [](auto& z) { std::swap(z.status, z.projektNazwa); });
-  EXPECT_NE(std::hash<ZadanieMoje>{}(zadanie), std::hash<ZadanieMoje>{}(odwrotnie));
+  const auto odwrotnie = zmieniony(przykladoweZadanie, [](auto& z) { std::swap(z.status, z.projektNazwa); });
+  EXPECT_NE(std::hash<ZadanieMoje>{}(przykladoweZadanie), std::hash<ZadanieMoje>{}(odwrotnie));
 }
 
 TEST(Rekordy, AreValuesThatAListMovesRatherThanCopies) {
   static_assert(std::is_nothrow_move_constructible_v<ZadanieMoje> && std::is_copy_assignable_v<ZadanieMoje>);
   static_assert(std::is_nothrow_move_constructible_v<SpotkaniePlanowane>);
-  std::unordered_set<ZadanieMoje> zbior{zadanie, zadanie};
+  std::unordered_set<ZadanieMoje> zbior{przykladoweZadanie, przykladoweZadanie};
   EXPECT_EQ(zbior.size(), 1U);
 }
 
