@@ -74,7 +74,9 @@ TEST_F(HostCommands, ShowRefusesAnEntryWithoutEndAndTakesLittleMemory) {
                                 " does not hold an entry: more than 64 KiB of white space between two values\n");
   rusage children{};
   getrusage(RUSAGE_CHILDREN, &children);
-  if (!support::sanitized) EXPECT_LT(children.ru_maxrss, 200 * 1024) << "kilobytes";
+  if (!support::sanitized) {
+    EXPECT_LT(children.ru_maxrss, 200 * 1024) << "kilobytes";
+  }
 }
 
 TEST_F(HostCommands, ShowTakesLittleMemoryForTheLargestEntries) {
