@@ -148,6 +148,12 @@ class Fake {
            ::_exit(1);
          }},
         {"stop reading", [] { hang(); }},
+        {"answer before reading",
+         [] {
+           writeRaw(R"({"jsonrpc":"2.0","id":1,"result":{}})"
+                    "\n");
+           hang();
+         }},
         {"hang and ignore signals",
          [] {
            std::signal(SIGTERM, SIG_IGN);
@@ -207,6 +213,16 @@ class Fake {
            fake.write(R"({"jsonrpc":"2.0","id":)" + request.id.dump() +
                       R"(,"result":{"entries":[{"date":"2025-03-14T09:30:00Z","zadania":[)" + tasks +
                       R"(]}],"policy":{"type":"after","date":"2025-03-14T09:45:00Z"}}})");
+         }},
+        {"no widgets",
+         [](Fake& fake, const Request& request) {
+           fake.answer(request, request.method == "widgets" ? json::array() : resultOf(request));
+         }},
+        {"a small widget alone",
+         [](Fake& fake, const Request& request) {
+           json result = resultOf(request);
+           if (request.method == "widgets") result[0]["families"] = {"systemSmall"};
+           fake.answer(request, std::move(result));
          }},
         {"notifications",
          [](Fake&, const Request&) {

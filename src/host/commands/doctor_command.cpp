@@ -147,6 +147,7 @@ Extension examine(ExtensionClient& client, const std::filesystem::path& program,
   }
   if (kind.empty()) {
     finding.what = program.string() + " offers no widget";
+    finding.advice = "Name the extension's program with --extension, or install the widget again.";
     return {finding, {}};
   }
   finding.verdict = Verdict::works;

@@ -219,6 +219,12 @@ TEST_F(Doctor, NamesAnExtensionThatIsMissingOrNone) {
   expectFault(examine("/bin/true"), "fault  extension       the extension ended with status 0", "install");
 }
 
+TEST_F(Doctor, NamesAnExtensionWithoutWidgets) {
+  environment_.set("FAKE_EXTENSION", "no widgets");
+  expectFault(examine(VAMBA_FAKE_EXTENSION), "fault  extension       " VAMBA_FAKE_EXTENSION " offers no widget\n",
+              "--extension");
+}
+
 TEST_F(Doctor, SaysWhichLanguageIsUsedForOneThatTheWidgetDoesNotSpeak) {
   environment_.set("LANGUAGE", "de_DE:en");
   EXPECT_THAT(examine().output, HasSubstr("language        Polish, since the widget does not speak what "

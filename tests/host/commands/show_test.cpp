@@ -143,6 +143,19 @@ TEST_F(HostCommands, ShowWaitsForANonBlockingStandardInput) {
   EXPECT_EQ(host.status(), 0);
 }
 
+TEST_F(HostCommands, NoWidgetOfTheSizeIsStatus1) {
+  behave("no widgets");
+  for (const std::string command : {"show", "timeline", "placeholder"}) {
+    const auto [status, output, errors] = runHost({command});
+    EXPECT_EQ(status, 1) << command;
+    EXPECT_EQ(output, "");
+    EXPECT_EQ(errors, "vamba-host: the extension offers no widget of this size\n");
+  }
+  behave("a small widget alone");
+  EXPECT_EQ(runHost({"show", "--family", "small"}).status, 0);
+  EXPECT_EQ(runHost({"show", "--family", "large"}).errors, "vamba-host: the extension offers no widget of this size\n");
+}
+
 TEST_F(HostCommands, VerboseSaysWhatIsAsked) {
   const auto errors = runHost({"show", "--verbose"}).errors;
   EXPECT_THAT(errors, HasSubstr("vamba-host: starting " VAMBA_FAKE_EXTENSION "\n"));

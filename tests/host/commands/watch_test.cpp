@@ -54,6 +54,29 @@ TEST_F(Watch, ReloadsOnASignal) {
   interrupt(host);
 }
 
+TEST_F(Watch, VerboseSaysWhenTheNextReloadIs) {
+  HostProcess host({"watch", "--format", "json", "--verbose"});
+  host.line();
+  interrupt(host);
+  EXPECT_THAT(host.errors(), HasSubstr("vamba-host: next reload at 20"));
+}
+
+TEST_F(Watch, NoWidgetOfTheSizeIsStatus1) {
+  behave("a small widget alone");
+  HostProcess host({"watch", "--family", "large"});
+  EXPECT_EQ(host.status(), 1);
+  EXPECT_EQ(host.errors(), "vamba-host: the extension offers no widget of this size\n");
+}
+
+TEST_F(Watch, OutputThatFailsIsStatus1) {
+  FILE* const shell = popen("exec " VAMBA_HOST " --extension " VAMBA_FAKE_EXTENSION " watch 2>&1 >/dev/full", "r");
+  std::array<char, 200> text{};
+  const std::string said(text.data(), fread(text.data(), 1, text.size(), shell));
+  const int status = pclose(shell);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << status;
+  EXPECT_EQ(said, "vamba-host: can't write the result: No space left on device\n");
+}
+
 TEST_F(Watch, EndsWhenItsReaderIsGone) {
   for (const char* format : {"text", "json", "waybar", "line"}) {
     HostProcess host({"watch", "--format", format});

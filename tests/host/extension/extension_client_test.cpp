@@ -218,6 +218,17 @@ TEST_F(ExtensionClientTest, GivesUpWhereALargeRequestIsNotRead) {
   EXPECT_EQ(view.error().kind, Kind::timedOut);
 }
 
+TEST_F(ExtensionClientTest, RefusesAnAnswerThatComesBeforeTheQuestionIsRead) {
+  behave("answer before reading");
+  ExtensionClient client(settings());
+  const auto view =
+      client.render("fake", WidgetFamily::systemSmall, R"({"tytul":")" + std::string(1 << 20, 't') + "\"}");
+  ASSERT_FALSE(view);
+  EXPECT_EQ(view.error().kind, Kind::nonsense);
+  EXPECT_EQ(view.error().message, "the extension answered before it had read the question");
+  EXPECT_FALSE(client.running());
+}
+
 TEST_F(ExtensionClientTest, RefusesARequestLongerThanALine) {
   ExtensionClient client(settings());
   const auto view =
