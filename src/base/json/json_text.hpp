@@ -15,8 +15,8 @@ namespace base {
 /// Arrays and objects inside one another beyond this are refused.
 inline constexpr std::size_t maximumNesting = 512;
 
-/// White space between two values beyond this, in bytes, is refused: in its error messages the library holds some of it
-/// fifty times.
+/// White space between two values beyond this, in bytes, is refused: to tell of an error after line ends, the library
+/// takes some thirty bytes for each of them.
 inline constexpr std::size_t longestWhiteSpace = std::size_t{64} << 10;
 
 /// The error where a text holds more values than the caller takes.
