@@ -2,9 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
-#include <cstring>
 #include <fstream>
-#include <memory>
 #include <stdexcept>
 #include <string_view>
 

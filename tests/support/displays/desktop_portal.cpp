@@ -1,6 +1,5 @@
 #include "support/displays/desktop_portal.hpp"
 
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>

@@ -1,6 +1,5 @@
 #include "support/displays/hesitant_manager.hpp"
 
-#include <cstdlib>
 #include <stdexcept>
 #include <vector>
 

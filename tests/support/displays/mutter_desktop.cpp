@@ -4,7 +4,6 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
-#include <string_view>
 
 #include "support/displays/mutter_x_server.hpp"
 #include "support/waiting.hpp"

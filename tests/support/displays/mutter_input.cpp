@@ -1,7 +1,6 @@
 #include "support/displays/mutter_input.hpp"
 
 #include <array>
-#include <memory>
 #include <stdexcept>
 
 #include <linux/input-event-codes.h>

@@ -2,10 +2,8 @@
 
 #include <atomic>
 #include <cerrno>
-#include <cstring>
 #include <memory>
 #include <mutex>
-#include <stdexcept>
 #include <string_view>
 #include <thread>
 #include <utility>

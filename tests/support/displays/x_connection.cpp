@@ -1,6 +1,5 @@
 #include "support/displays/x_connection.hpp"
 
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <stdexcept>
