@@ -1,15 +1,12 @@
 // The device's time zone as the built extension sees it: every way to name one, and the days on which clocks change.
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "base/text/instant.hpp"
 #include "end_to_end/extension_fixture.hpp"
+#include "support/shifted_clock/shifted_clock.hpp"
 
 namespace end_to_end {
 namespace {
-
-namespace fs = std::filesystem;
 
 using testing::ElementsAre;
 
@@ -80,38 +77,8 @@ const std::vector<ClockChange> clockChanges{
     {"Asia/Beirut", "2025-10-25T21:30:00Z", "2025-10-24T21:00:00Z", "2025-10-25T22:00:00Z", "2025-10-26T22:00:00Z"},
 };
 
-/// The sanitizer's run-time library that this program has loaded, which the extension of the same build needs before
-/// any other one; empty in a build without.
-std::string sanitizerLibrary() {
-  std::ifstream maps("/proc/self/maps");
-  for (std::string line; std::getline(maps, line);) {
-    const auto path = line.find('/');
-    if (path == std::string::npos) continue;
-    for (const char* const name : {"/libasan.so", "/libtsan.so"}) {
-      if (line.find(name, path) != std::string::npos) return line.substr(path);
-    }
-  }
-  return {};
-}
-
 class ExtensionClockChangeTest : public ServiceTest {
  protected:
-  /// The library that tells the process another time, and no other monotonic one: time-outs must stay true.
-  void setClock(absl::Time now) {
-    std::string library;
-    for (const auto& each : fs::directory_iterator("/usr/lib")) {
-      if (fs::exists(each.path() / "faketime" / "libfaketimeMT.so.1")) {
-        library = each.path() / "faketime" / "libfaketimeMT.so.1";
-      }
-    }
-    ASSERT_NE(library, "") << "this test needs libfaketimeMT.so.1: apt-get install faketime";
-    const std::string sanitizer = sanitizerLibrary();
-    environment["LD_PRELOAD"] = sanitizer.empty() ? library : sanitizer + ":" + library;
-    environment["FAKETIME_DONT_FAKE_MONOTONIC"] = "1";
-    environment["FAKETIME_FMT"] = "%s";
-    environment["FAKETIME"] = "@" + std::to_string(absl::ToUnixSeconds(now));
-  }
-
   std::vector<std::string> marksOf(const json& tasks, const json& meetings) {
     std::vector<std::string> marks;
     for (const auto& text : textsOf(render(entryWith(tasks, meetings)))) {
@@ -140,8 +107,9 @@ TEST_F(ExtensionClockChangeTest, RowsAreChosenAndMarkedByTheDaysOfTheirZone) {
                                  serverMeeting(8, "dziś na końcu", before(change.nextDayBegins)),
                                  serverMeeting(9, "zaraz", soon), serverMeeting(10, "minęło", before(change.now))}
                                 .dump()});
+    const support::ShiftedClock clock(instant(change.now), change.zone);
+    for (const auto& [name, value] : clock.environment()) environment[name] = value;
     environment["TZ"] = change.zone;
-    setClock(instant(change.now));
     restart();
 
     const json entry = loadEntry();
