@@ -39,7 +39,10 @@ target_compile_options(vamba_compile_options INTERFACE
   -Wno-missing-field-initializers # designated initialisers leave defaulted members out on purpose
   $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> # g++ 12 sees moved-from variants as uninitialised
   $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds> # g++ 12 sees long strings as written over the room of short ones
-  $<$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>:-Wno-subobject-linkage> # files compiled as one are no header with private names
+  $<$<AND:$<CXX_COMPILER_ID:GNU>,$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wno-subobject-linkage> # files compiled as one are no header with private names
+  # What g++ checks better: clang looks into headers of the C and C++ libraries, and across files compiled as one.
+  $<$<CXX_COMPILER_ID:Clang>:-Wno-c99-extensions -Wno-deprecated-declarations -Wno-shadow>
+  $<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp> # the same precompiled headers from the same files, for ccache
   $<$<BOOL:${VAMBA_WARNINGS_AS_ERRORS}>:-Werror>)
 target_link_options(vamba_compile_options INTERFACE -Wl,--as-needed)
 if(NOT VAMBA_SANITIZE)
@@ -69,6 +72,21 @@ if(VAMBA_SANITIZE)
   target_compile_options(vamba_compile_options INTERFACE
     -fsanitize=${VAMBA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(vamba_compile_options INTERFACE -fsanitize=${VAMBA_SANITIZE})
+  target_compile_definitions(vamba_compile_options INTERFACE VAMBA_SANITIZED)
+endif()
+if(VAMBA_SANITIZE MATCHES "address" AND NOT VAMBA_FUZZERS)
+  # AddressSanitizer's runtime is a library of its own, which tests load before those that they add to a program.
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    set(runtime libclang_rt.asan-${CMAKE_SYSTEM_PROCESSOR}.so)
+  else()
+    set(runtime libasan.so)
+  endif()
+  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${runtime}
+    OUTPUT_VARIABLE vamba_address_sanitizer OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    get_filename_component(folder ${vamba_address_sanitizer} DIRECTORY)
+    target_link_options(vamba_compile_options INTERFACE -shared-libasan -Wl,-rpath,${folder})
+  endif()
 endif()
 if(VAMBA_FUZZERS)
   # Coverage feedback from the libraries under test too; each fuzzer links its own main.

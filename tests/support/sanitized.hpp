@@ -3,7 +3,7 @@
 
 namespace support {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef VAMBA_SANITIZED
 inline constexpr bool sanitized = true;
 #else
 inline constexpr bool sanitized = false;

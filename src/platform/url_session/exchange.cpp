@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -144,7 +145,7 @@ bool Exchange::connectionSpeaksHttp2() const {
   const unsigned char* protocol = nullptr;
   unsigned int length = 0;
   SSL_get0_alpn_selected(static_cast<const SSL*>(tls->internals), &protocol, &length);
-  return std::equal(protocol, protocol + length, "h2", "h2" + 2);
+  return std::ranges::equal(std::span(protocol, length), std::string_view("h2"));
 }
 
 std::size_t Exchange::onHeader(char* bytes, std::size_t size, std::size_t count, void* self) {

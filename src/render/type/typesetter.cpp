@@ -157,7 +157,7 @@ std::string Typesetter::visible(const TextNode& text) { return pango_layout_get_
 
 }  // namespace render
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef VAMBA_SANITIZED
 // The font library keeps its data until the process ends, in a way that the leak checker reports.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" __attribute__((weak)) const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }

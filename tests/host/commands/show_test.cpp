@@ -163,9 +163,7 @@ TEST_F(HostCommands, VerboseSaysWhatIsAsked) {
 }
 
 TEST_F(HostCommands, TooFewDescriptorsAreASentenceAndAStatus) {
-#if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "the sanitizers need descriptors of their own to look at an object's type";
-#endif
+  if (support::sanitized) GTEST_SKIP() << "the sanitizers need descriptors of their own to look at an object's type";
   for (const std::string command : {"show", "watch", "gallery"}) {
     for (int descriptors = 3; descriptors < 20; ++descriptors) {
       const std::string shell = "(ulimit -n " + std::to_string(descriptors) +

@@ -26,7 +26,7 @@ void pinFonts() {
 
 }  // namespace render::testing
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef VAMBA_SANITIZED
 // The font library keeps its data until the process ends, in a way that the leak checker reports.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }
