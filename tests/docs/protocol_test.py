@@ -34,8 +34,10 @@ class SignedIn:
 
     def __enter__(self):
         self.folder = tempfile.TemporaryDirectory()
+        # One zone for both, which are in the same day then.
+        environment = dict(os.environ, TZ="Europe/Warsaw")
         self.service = subprocess.Popen([BIN / "vamba-sample-service", "--until-input-ends", *self.options],
-                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+                                        env=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         address, token = (self.service.stdout.readline().rstrip("\n") for _ in range(2))
         items = pathlib.Path(self.folder.name) / "QX4R2M7K9A.pl.ferol.vamba" / "pl.ferol.vamba"
         items.mkdir(parents=True, mode=0o700)
@@ -43,7 +45,7 @@ class SignedIn:
         for name, text in (("adres-api", address), ("token-urzadzenia", token)):
             (items / name).touch(mode=0o600)
             (items / name).write_text(text)
-        return dict(os.environ, VAMBA_KEYCHAIN_DIR=self.folder.name, TZ="Europe/Warsaw", no_proxy="127.0.0.1")
+        return dict(environment, VAMBA_KEYCHAIN_DIR=self.folder.name, no_proxy="127.0.0.1")
 
     def __exit__(self, *_):
         self.service.communicate()
