@@ -6,6 +6,20 @@
 #include <unistd.h>
 
 namespace host {
+namespace {
+
+/// The program beside those in `folder`, else in its usual folder, else where the installation put it, seen from
+/// `folder`. In the usual folder if it is nowhere.
+std::filesystem::path found(std::string_view name, const std::filesystem::path& folder,
+                            const std::filesystem::path& usual, const std::filesystem::path& installed) {
+  std::error_code error;
+  for (const auto& candidate : {folder / name, usual / name, (folder / installed / name).lexically_normal()}) {
+    if (std::filesystem::exists(candidate, error)) return candidate;
+  }
+  return usual / name;
+}
+
+}  // namespace
 
 std::filesystem::path programPath() {
   std::error_code error;
@@ -18,26 +32,16 @@ std::filesystem::path libexecProgram(std::string_view name) {
 
 std::filesystem::path libexecProgram(const std::filesystem::path& folder, std::string_view name,
                                      const std::filesystem::path& installed) {
-  const auto usual = folder.parent_path() / "libexec" / "vamba" / name;
-  std::error_code error;
-  for (const auto& candidate : {folder / name, usual, (folder / installed / name).lexically_normal()}) {
-    if (std::filesystem::exists(candidate, error)) return candidate;
-  }
-  return usual;
+  return found(name, folder, folder.parent_path() / "libexec" / "vamba", installed);
 }
 
 std::filesystem::path hostProgram() { return hostProgram(programPath(), VAMBA_BIN_FROM_LIBEXEC); }
 
 std::filesystem::path hostProgram(const std::filesystem::path& program, const std::filesystem::path& installed) {
-  constexpr const char* name = "vamba-host";
+  constexpr std::string_view name = "vamba-host";
   if (program.filename() == name) return program;
   const auto folder = program.parent_path();
-  const auto usual = folder.parent_path().parent_path() / "bin" / name;
-  std::error_code error;
-  for (const auto& candidate : {folder / name, usual, (folder / installed / name).lexically_normal()}) {
-    if (std::filesystem::exists(candidate, error)) return candidate;
-  }
-  return usual;
+  return found(name, folder, folder.parent_path().parent_path() / "bin", installed);
 }
 
 std::filesystem::path extensionProgram(const CommandLine& line) {
