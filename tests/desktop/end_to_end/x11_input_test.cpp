@@ -247,6 +247,14 @@ TEST_F(InputOnX11, RemovedWidgetComesBackByTheKeyByTheButtonInItsPlaceAndByTheMe
   ASSERT_TRUE(mediumIsRemoved());
   press(keys::enter);
   EXPECT_TRUE(boardsAre({medium, small})) << "the button has the keyboard";
+
+  focus(medium);
+  ASSERT_TRUE(mediumIsRemoved());
+  desktop().input().click(small.centre(), support::MouseButton::right);
+  ASSERT_TRUE(eventually([this] { return menuIsOpen(); }));
+  // The mnemonic of "undo removal".
+  press('c');
+  EXPECT_TRUE(boardsAre({medium, small}));
 }
 
 TEST_F(InputOnX11, RemovedWidgetIsGoneForGoodAfterAWhile) {
@@ -311,6 +319,35 @@ TEST_F(InputOnX11, GalleryOpensByKeyAddsByEnterAndClosesByEscape) {
   EXPECT_TRUE(galleryCloses());
   EXPECT_EQ(areas().size(), 3U);
   EXPECT_EQ(extension_.requests("timeline"), 1U);
+}
+
+TEST_F(InputOnX11, GalleryCanBeClosedAsAnyWindowWhichEndsAProgramWithoutWidgets) {
+  startWithTwo();
+  const auto closeGallery = [this] { desktop().windows().close(windowTitled("Galeria widżetów").value()); };
+  press(keys::insert);
+  awaitGallery();
+  closeGallery();
+  EXPECT_TRUE(galleryCloses());
+  EXPECT_EQ(areas(), (std::vector{medium, small}));
+
+  focus(medium);
+  press(keys::deletion);
+  ASSERT_TRUE(boardsAre({small}));
+  focus(small);
+  press(keys::deletion);
+  awaitGallery();
+  closeGallery();
+  EXPECT_EQ(host().exitStatus(), 0);
+}
+
+TEST_F(InputOnX11, ControlAndQQuitAndKeysWithoutAMeaningDoNothing) {
+  startWithTwo();
+  press('x');
+  press('k', {keys::control});
+  EXPECT_EQ(areas(), (std::vector{medium, small}));
+  press('q', {keys::control});
+  EXPECT_EQ(host().exitStatus(), 0);
+  EXPECT_EQ(placedCount(), 2U);
 }
 
 TEST_F(InputOnX11, TabGoesThroughTheGalleryAsItIsRead) {

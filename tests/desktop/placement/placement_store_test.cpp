@@ -156,6 +156,24 @@ TEST_F(PlacementStoreTest, WritesThroughALinkAlsoWhenItsTargetIsSetAside) {
   EXPECT_EQ(namesIn(path("dotfiles")), (Names{"day.json", "day.json.damaged-1"}));
 }
 
+TEST_F(PlacementStoreTest, SetsADamagedFileAsideAtTheNextSaveIfItCouldNotBefore) {
+  // A name that is too long with anything added to it.
+  const std::string longName(250, 'p');
+  folder_.write(longName, "damaged");
+  std::filesystem::create_symlink(longName, path());
+  PlacementStore store(path());
+  const auto notice = store.load().notice;
+  ASSERT_TRUE(notice);
+  EXPECT_THAT(*notice, HasSubstr(" and could not be renamed: File name too long"));
+  EXPECT_EQ(store.save({samplePlacements()}).error(), "can't write " + path() + ": File name too long");
+  EXPECT_EQ(contentOf(path(longName)), "damaged");
+
+  std::filesystem::rename(path(longName), path());
+  ASSERT_TRUE(store.save({samplePlacements()}));
+  EXPECT_EQ(contentOf(path("placements.json.damaged-1")), "damaged");
+  EXPECT_EQ(load().placements, samplePlacements());
+}
+
 TEST_F(PlacementStoreTest, LosesNothingOnAFullDisk) {
   PlacementStore store(path());
   ASSERT_TRUE(store.save({samplePlacements()}));
