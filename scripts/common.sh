@@ -1,7 +1,9 @@
-# shellcheck shell=bash disable=SC2154 # $root is the caller's
+# shellcheck shell=bash disable=SC2034,SC2154 # $tests_at_once is for the callers, $root is theirs
 # What ./run, ./test and the scripts beside this file share; sourced by them, with $root set to the checkout.
 
 jobs=$(nproc)
+# Tests mostly wait, for displays, servers and clocks.
+tests_at_once=$((2 * jobs))
 export NINJA_STATUS='[%f/%t, %es] '
 export CLICOLOR_FORCE=0
 
