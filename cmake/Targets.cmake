@@ -1,6 +1,6 @@
 # One target a folder. Each function lists its sources and what it may use, so a wrong include fails to link.
 
-# With CMAKE_UNITY_BUILD, which the tests and the sanitizers' builds set, the files of a target are compiled as one, which
+# With CMAKE_UNITY_BUILD, which the tests and some presets set, the files of a target are compiled as one, which
 # takes half the time. These targets have files that use the same private names, so their files are always compiled one by
 # one. A "redefinition" that only such a build reports means that a target belongs here.
 set(vamba_targets_with_private_names_in_common
