@@ -37,6 +37,7 @@ add_library(deps::absl_function_ref ALIAS absl_function_ref)
 
 if(VAMBA_PICTURES)
   vamba_pkg_config_dependency(pangocairo pangocairo)
+  vamba_pkg_config_dependency(harfbuzz harfbuzz)
   vamba_pkg_config_dependency(png libpng)
 endif()
 
