@@ -1,4 +1,5 @@
-# One target a folder. Each function lists its sources and what it may use, so a wrong include fails to link.
+# One target a folder. Each function lists its sources and what it may use; scripts/arrows reports an include that the
+# target does not list.
 
 # With CMAKE_UNITY_BUILD, which the tests and some presets set, the files of a target are compiled as one, which
 # takes half the time. These targets have files that use the same private names, so their files are always compiled one by
@@ -28,12 +29,16 @@ function(vamba_library name)
   vamba_decide_unity(${name})
 endfunction()
 
-# vamba_program(NAME SOURCES file... DEPENDS target...)
-# All programs of a build stand together in its folder bin/.
+# vamba_program(NAME [STARTED_BY_HOST] SOURCES file... DEPENDS target...)
+# Programs are in the build's folder bin/; those that the host starts are in libexec/vamba/, as when installed.
 function(vamba_program name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "STARTED_BY_HOST" "" "SOURCES;DEPENDS" ${ARGN})
+  set(folder bin)
+  if(ARG_STARTED_BY_HOST)
+    set(folder libexec/vamba)
+  endif()
   add_executable(${name} ${ARG_SOURCES})
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/${folder})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src)
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} vamba_compile_options)
   vamba_decide_unity(${name})
