@@ -27,7 +27,7 @@ if((BUILD_TESTING OR VAMBA_BENCHES) AND NOT VAMBA_DESKTOP)
   message(FATAL_ERROR "The tests and benchmarks are of the whole program: turn VAMBA_PICTURES and VAMBA_DESKTOP on")
 endif()
 
-# Programs that can be loaded anywhere, where the compiler does not make them so by itself.
+# Position-independent executables, also where the compiler does not default to them.
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES C CXX)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
@@ -46,14 +46,13 @@ target_compile_options(vamba_compile_options INTERFACE
   $<$<BOOL:${VAMBA_WARNINGS_AS_ERRORS}>:-Werror>)
 target_link_options(vamba_compile_options INTERFACE -Wl,--as-needed)
 if(NOT VAMBA_SANITIZE)
-  # What no one calls is left out of the programs: each page that a start touches is the person's memory.
+  # Unused functions are left out, so that a start touches fewer pages.
   target_compile_options(vamba_compile_options INTERFACE -ffunction-sections -fdata-sections)
   target_link_options(vamba_compile_options INTERFACE -Wl,--gc-sections)
 endif()
 
-# Hardening: what a mistake in the code could do is made as little as compiler and linker can make it. No file names the
-# folder that it was built in, and two builds in two folders give the same bytes: with or without ccache, which may pass
-# the compiler relative paths.
+# Hardening: limit what a memory error can do. No file names the folder that it was built in, and two builds in two
+# folders give the same bytes: with or without ccache, which may pass the compiler relative paths.
 file(RELATIVE_PATH source_from_build ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR}/src)
 target_compile_options(vamba_compile_options INTERFACE
   -fstack-protector-strong -fstack-clash-protection
