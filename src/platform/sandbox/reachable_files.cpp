@@ -31,13 +31,6 @@ constexpr std::array systemPaths{
 constexpr std::array variables{"SSL_CERT_FILE",   "SSL_CERT_DIR", "OPENSSL_CONF", "OPENSSL_MODULES",
                                "OPENSSL_ENGINES", "HOSTALIASES",  "TZDIR"};
 
-/// Whether `path` is `folder` or lies below it.
-bool liesIn(const fs::path& path, const fs::path& folder) {
-  // With a '/' behind each, so that /home/ann2 does not lie in /home/ann.
-  const auto withSlash = [](const fs::path& each) { return (each / "").lexically_normal().native(); };
-  return withSlash(path).starts_with(withSlash(folder));
-}
-
 }  // namespace
 
 std::vector<ReachableFile> filesOfTheSystem() {
@@ -60,19 +53,9 @@ std::vector<ReachableFile> filesOfTheSystem() {
 }
 
 std::vector<ReachableFile> filesOfKeychain(const std::vector<fs::path>& folders) {
-  if (folders.empty()) return {};
-  const char* const home = std::getenv("HOME");
-  const fs::path& items = folders.back();
-  fs::path nearest = items;
-  std::error_code error;
-  while (!fs::exists(nearest, error) && nearest.has_relative_path()) nearest = nearest.parent_path();
-  if (nearest != items && (!nearest.has_relative_path() || (home != nullptr && liesIn(home, nearest)))) return {};
-
   std::vector<ReachableFile> files;
-  for (const auto& folder : folders) {
-    if (folder != items) files.push_back({folder, Right::list});
-  }
-  files.push_back({nearest, Right::readAndRemove});
+  for (const auto& folder : folders) files.push_back({folder, Right::list});
+  if (!files.empty()) files.back().right = Right::readAndRemove;
   return files;
 }
 

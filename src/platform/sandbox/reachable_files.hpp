@@ -21,13 +21,10 @@ struct ReachableFile {
 /// What the C library, the TLS library and the time zones read on this system. Paths that do not exist are among them.
 std::vector<ReachableFile> filesOfTheSystem();
 
-/// The folders of a private keychain, outermost first; the items are in the last one. Where that does not exist yet,
-/// the nearest existing folder above it, so that an item that is stored later is found. The home folder and those above
-/// it never stand in for it.
+/// The folders of a private keychain, outermost first; the items are in the last one. A folder that does not exist when
+/// the rights are given up stays unreachable, for a folder above it may hold files of other programs.
 ///
-///   ~/.local/share/vamba/keychain      {~/.local/share/vamba, list}, {~/.local/share/vamba/keychain, readAndRemove}
-///   only ~/.local/share exists         {~/.local/share, readAndRemove}
-///   only ~ exists                      nothing
+///   ~/.local/share/vamba/keychain    {~/.local/share/vamba, list}, {~/.local/share/vamba/keychain, readAndRemove}
 std::vector<ReachableFile> filesOfKeychain(const std::vector<std::filesystem::path>& folders);
 
 }  // namespace platform

@@ -114,7 +114,7 @@ std::optional<std::string> filterSystemCalls() {
   refuseWriting(filter);
   refuseProcesses(filter);
   refuseSockets(filter);
-  // Characters that a terminal would take for typed ones.
+  // TIOCSTI puts characters into a terminal's input as if they had been typed.
   filter.refuse(SCMP_SYS(ioctl), EPERM, {SCMP_A1(SCMP_CMP_MASKED_EQ, 0xffffffff, TIOCSTI)});
   const int error = filter.load();
   if (error == 0) return std::nullopt;
