@@ -1,5 +1,7 @@
 // How the process starts, serves side by side, and ends.
 #include <csignal>
+#include <filesystem>
+#include <system_error>
 
 #include "end_to_end/extension_fixture.hpp"
 
@@ -25,6 +27,19 @@ TEST_F(ExtensionLifeTest, EndsWithStatusZeroAndSilentlyWhenNothingWasAsked) {
   EXPECT_EQ(extension().exitStatus(), 0);
   EXPECT_EQ(extension().line(), std::nullopt);
   EXPECT_EQ(extension().diagnostics(), "");
+}
+
+TEST_F(ExtensionLifeTest, StartedWithoutAnOutputGivesItsNumberToNoConnection) {
+  folder_.write("start", "#!/bin/sh\nexec " VAMBA_EXTENSION " >&-\n");
+  std::filesystem::permissions(folder_.path("start"), std::filesystem::perms::owner_all);
+  everyAnswer({Stall{}});
+  support::ExtensionUnderTest process(folder_.path("start"), environment);
+  process.ask("timeline", boardParams());
+  ASSERT_TRUE(service.waitForRequests(3));
+  std::error_code error;
+  const auto output = std::filesystem::read_symlink("/proc/" + std::to_string(process.id()) + "/fd/1", error);
+  if (error == std::errc::permission_denied) GTEST_SKIP() << "only root can see the descriptors of a private process";
+  EXPECT_EQ(output, "/dev/null");
 }
 
 TEST_F(ExtensionLifeTest, EndOfInputCancelsALoadAndAnswersTheRest) {

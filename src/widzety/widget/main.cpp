@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "base/descriptors/standard_streams.hpp"
 #include "base/descriptors/uncaught_exception.hpp"
 #include "base/tasks/task_group.hpp"
 #include "platform/calendar/clock.hpp"
@@ -22,6 +23,7 @@ void napiszDlaCzlowieka(std::string_view linia) {
 }  // namespace
 
 int main() {
+  base::fillStandardStreams();
   platform::keepProcessPrivate();
   base::endProcessOnUncaughtException("vamba-widzety");
   platform::returnLargeBlocks();
