@@ -114,6 +114,12 @@ std::string withControlsEscaped(std::string_view text) {
   });
 }
 
+/// Whether the escape is "\\udc00" to "\\udfff", the second half of a pair, which belongs to the escape before it.
+bool beginsLowSurrogate(std::string_view text) {
+  return text.size() >= 4 && text.starts_with("\\u") && (text[2] == 'd' || text[2] == 'D') &&
+         std::string_view("cdefCDEF").contains(text[3]);
+}
+
 }  // namespace
 
 std::expected<json, std::string> parseJson(std::string_view text, std::size_t mostValues) {
@@ -131,25 +137,28 @@ std::expected<json, std::string> parseJson(std::string_view text, std::size_t mo
 }
 
 std::string shortened(std::string_view text, std::size_t longestString, std::size_t longest) {
-  constexpr std::size_t longestEscape = 6;  // "\\u0142"
   using Place = JsonStrings::Place;
   std::string kept;
   JsonStrings strings;
-  std::size_t length = 0;  // of the string so far
-  std::size_t sinceBackslash = 0;
+  std::size_t length = 0;      // of the string so far
+  std::size_t escapeLeft = 0;  // bytes of an escape that are still to come
   bool isCut = false;
   bool isWhiteSpace = false;
-  for (const char byte : text) {
-    if (kept.size() > longest) break;
+  for (std::size_t i = 0; i < text.size() && kept.size() <= longest; ++i) {
+    const char byte = text[i];
     const Place place = strings.place(byte);
     if (place == Place::openingQuote) {
       length = 0;
-      sinceBackslash = longestEscape;
+      escapeLeft = 0;
       isCut = false;
     } else if (place == Place::inside) {
-      sinceBackslash = byte == '\\' ? 0 : sinceBackslash + 1;
-      // A character goes on with bytes of the form 10xxxxxx; a surrogate pair goes on with a backslash.
-      isCut = isCut || (++length > longestString && sinceBackslash >= longestEscape && (byte & 0xc0) != 0x80);
+      const bool beginsCharacter = escapeLeft == 0 && (byte & 0xc0) != 0x80 && !beginsLowSurrogate(text.substr(i));
+      if (escapeLeft > 0) {
+        --escapeLeft;
+      } else if (byte == '\\') {
+        escapeLeft = text.substr(i + 1).starts_with('u') ? 5 : 1;
+      }
+      isCut = isCut || (++length > longestString && beginsCharacter);
       if (isCut) continue;
     }
     const bool follows = std::exchange(isWhiteSpace, place == Place::outside && whiteSpace.contains(byte));

@@ -15,8 +15,8 @@ namespace base {
 /// Arrays and objects inside one another beyond this are refused.
 inline constexpr std::size_t maximumNesting = 512;
 
-/// White space between two values beyond this, in bytes, is refused: to tell of an error after line ends, the library
-/// takes some thirty bytes for each of them.
+/// White space between two values beyond this, in bytes, is refused: the library takes some thirty bytes of memory for
+/// each line end when it reports an error after them.
 inline constexpr std::size_t longestWhiteSpace = std::size_t{64} << 10;
 
 /// The error where a text holds more values than the caller takes.
@@ -28,9 +28,9 @@ inline constexpr std::string_view tooManyValues = "too many values";
 std::expected<nlohmann::json, std::string> parseJson(std::string_view text,
                                                      std::size_t mostValues = std::numeric_limits<std::size_t>::max());
 
-/// The text with one byte of each white space between values, and with only the first bytes of each string that is
-/// longer than `longestString`: that many, and what is needed to end with a whole character and a whole escape. Ends
-/// early once it is longer than `longest`.
+/// Shortens a JSON text without parsing it: keeps one byte of each run of white space between values, and of each
+/// string longer than `longestString` that many bytes and the rest of the last character or escape. Stops once the
+/// result is longer than `longest`.
 std::string shortened(std::string_view text, std::size_t longestString, std::size_t longest);
 
 /// Compact text on one line, without controls below U+0020. Bytes of a string that are not UTF-8 become U+FFFD.

@@ -1,12 +1,11 @@
-// Where the strings of a JSON text stand, found byte by byte: for what must be known of a text before a parser may take
-// memory for it.
+// Finds the strings of a JSON text without parsing it, for checks that run before a parser allocates memory.
 #pragma once
 
 #include <utility>
 
 namespace base {
 
-/// Is given the bytes of a text in turn. What it says of a text that is not JSON means nothing.
+/// Takes the bytes of a text one after another. For a text that is not JSON the results have no meaning.
 class JsonStrings {
  public:
   enum class Place { outside, openingQuote, inside, closingQuote };

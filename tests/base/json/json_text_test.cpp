@@ -103,9 +103,11 @@ TEST(Shortened, KeepsTheFirstBytesOfALongStringAndOneOfWhiteSpace) {
       {"", ""},
       {R"({"abcd": ["abc", "abcdefgh"]})", R"({"abc": ["abc", "abc"]})"},
       {"[ \t\r\n1 ,  \" \t \"  , 12345 ]  ", "[ 1 , \" \t \" , 12345 ] "},
-      {R"("a\"bcdef")", R"("a\"bcde")"},                // until six bytes after the beginning of an escape
-      {R"("\\\\abcdefgh")", R"("\\\\abcde")"},          // the last quote is not escaped
+      {R"("a\"bcdef")", R"("a\"")"},
+      {R"("\\\\abcdefgh")", R"("\\\\")"},               // the last quote is not escaped
       {R"("ab\u0142cdef")", R"("ab\u0142")"},           // a whole escape
+      {R"("\n\n\n\n")", R"("\n\n")"},                   // nothing but escapes
+      {R"("\u4e2d\u6587")", R"("\u4e2d")"},             // the same
       {R"("ab\ud83d\ude00c")", R"("ab\ud83d\ude00")"},  // a whole pair
       {"\"abąść\"", "\"abą\""},                         // a whole character
       {R"("abcdef)", R"("abc)"},                        // a text that is not JSON stays so
