@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/json/json_text.hpp"
 #include "base/text/utf8.hpp"
 #include "protocol/json_rpc/message.hpp"
 
@@ -17,8 +18,7 @@ void require(bool holds) {
   if (!holds) std::abort();
 }
 
-std::string checkedLine(const auto& message) {
-  std::string line = toLine(message);
+std::string checked(std::string line) {
   require(base::isUtf8(line) && std::ranges::none_of(line, [](unsigned char c) { return c < 0x20; }));
   return line;
 }
@@ -26,14 +26,14 @@ std::string checkedLine(const auto& message) {
 void readRequest(std::string_view bytes) {
   const auto request = parseRequest(bytes);
   if (!request) {
-    const auto error = parseResponse(checkedLine(request.error()));
+    const auto error = parseResponse(checked(toLine(request.error())));
     require(error && !error->outcome);
     require(error->outcome.error().code == -32700 || error->outcome.error().code == -32600);
     return;
   }
-  const auto again = parseRequest(checkedLine(*request));
-  require(again && again->id == request->id && again->isNotification == request->isNotification);
-  require(again->method == request->method && again->params == request->params);
+  const std::string params = request->params.is_null() ? "" : base::toText(request->params);
+  const auto again = parseRequest(checked(requestLine(request->id, request->method, params)));
+  require(again && again->id == request->id && again->method == request->method && again->params == request->params);
 }
 
 void readResponse(std::string_view bytes) {
@@ -42,7 +42,7 @@ void readResponse(std::string_view bytes) {
     require(!response.error().empty());
     return;
   }
-  const auto again = parseResponse(checkedLine(*response));
+  const auto again = parseResponse(checked(toLine(*response)));
   require(again && again->id == response->id && again->outcome == response->outcome);
 }
 

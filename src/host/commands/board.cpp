@@ -12,6 +12,7 @@
 #include "host/diagnostics/diagnostics.hpp"
 #include "host/doctor/environment_findings.hpp"
 #include "host/extension/extension_session.hpp"
+#include "protocol/json_rpc/message.hpp"
 
 namespace host {
 namespace {
@@ -30,7 +31,7 @@ std::expected<Entry, CommandFailure> entryInFile(const std::string& name) {
   // As long as an entry may be in an answer of the extension.
   auto text = readAll(name, longestAnswer);
   if (!text) return wrong(text.error());
-  const auto entry = base::parseJson(*std::exchange(text, std::string()), mostValues);
+  const auto entry = base::parseJson(*std::exchange(text, std::string()), protocol::json_rpc::mostValues);
   if (!entry) return wrong((name == "-" ? "standard input" : name) + " does not hold an entry: " + entry.error());
   return entryFrom(*entry);
 }

@@ -54,9 +54,7 @@ ExtensionSession::ExtensionSession(ExtensionProcess process, int interruption, i
 
 ExtensionSession::Answer ExtensionSession::ask(const std::string& method, const std::string& params,
                                                TimePoint deadline) {
-  ++lastId_;
-  const std::string text = R"({"id":)" + std::to_string(lastId_) + R"(,"jsonrpc":"2.0","method":)" +
-                           base::toText(method) + (params.empty() ? "" : R"(,"params":)" + params) + "}\n";
+  const std::string text = protocol::json_rpc::requestLine(++lastId_, method, params) + "\n";
   if (text.size() > protocol::json_rpc::maximumLineLength) {
     return std::unexpected(ExtensionFailure{Kind::refused, "the request is longer than an extension reads"});
   }
@@ -116,7 +114,7 @@ std::optional<ExtensionSession::Answer> ExtensionSession::readAnswer(const std::
     }
     if (read.status != Status::line) return std::unexpected(died("output"));
 
-    auto response = protocol::json_rpc::parseResponse(read.text, mostValues);
+    auto response = protocol::json_rpc::parseResponse(read.text);
     if (!response && response.error() == base::tooManyValues) {
       return std::unexpected(ExtensionFailure{Kind::tooLong, "the extension wrote a line of more than 750,000 values"});
     }
@@ -139,7 +137,7 @@ std::optional<ExtensionSession::Answer> ExtensionSession::readAnswer(const std::
 }
 
 std::expected<void, ExtensionFailure> ExtensionSession::judgeStray(std::string_view line) {
-  const auto notification = protocol::json_rpc::parseRequest(line, mostValues);
+  const auto notification = protocol::json_rpc::parseRequest(line);
   if (!notification || !notification->isNotification) {
     return std::unexpected(nonsense("the extension wrote a line that is not an answer" + quoted(line)));
   }

@@ -20,8 +20,6 @@ namespace host {
 
 /// The longest line that a host reads, in bytes without the line end: a day of real size has some thousands.
 inline constexpr std::size_t longestAnswer = std::size_t{16} << 20;
-/// The most JSON values in it. Each takes up to a hundred bytes of memory, whatever the line's length.
-inline constexpr std::size_t mostValues = 750'000;
 
 class ExtensionSession {
  public:

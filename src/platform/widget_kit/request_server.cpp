@@ -67,7 +67,7 @@ bool RequestServer::serve(std::string_view line) {
     if (cut.size() > longestCutRequest) return refuse("the request is longer than 17 MiB");
     return serve(cut);
   }
-  auto request = protocol::json_rpc::parseRequest(line, mostRequestValues);
+  auto request = protocol::json_rpc::parseRequest(line);
   if (!request) {
     answer(protocol::json_rpc::toLine(std::move(request.error())));
   } else if (!request->isNotification) {  // a notification gets no answer, so none is computed

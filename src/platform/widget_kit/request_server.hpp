@@ -14,15 +14,12 @@
 
 namespace platform {
 
-/// The most JSON values in a request: each takes some hundred bytes of memory, whatever the line's length.
-inline constexpr std::size_t mostRequestValues = 750'000;
-
-/// A request longer than this, in bytes, holds more than the longest entry that a host takes and what stands around it.
-/// Its strings and white space are cut before it is read, and it is refused where that leaves more than
-/// `longestCutRequest`: a text is held six times on its way from a request to the answer.
+/// A longer request, in bytes, holds more than the largest entry that a host accepts. Its strings and white space are
+/// cut before it is parsed, and it is refused if more than `longestCutRequest` remains: each text exists in six copies
+/// between request and answer.
 inline constexpr std::size_t longestWholeRequest = std::size_t{17} << 20;
 inline constexpr std::size_t longestCutRequest = std::size_t{4} << 20;
-/// A host draws no more than half of it.
+/// Twice as much as a host draws of one text.
 inline constexpr std::size_t longestCutString = std::size_t{128} << 10;
 
 /// Requests are handed in one after another; answers of asynchronous ones come from their tasks' threads.

@@ -42,7 +42,7 @@ LineReader::Result LineReader::next() {
 
 LineReader::Result LineReader::takeLine(std::size_t lineEnd) {
   const std::string_view text(storage_.get() + begin_, lineEnd - begin_);
-  begin_ = scanned_ = std::min(lineEnd + 1, end_);
+  begin_ = scanned_ = lineEnd + 1;
   // The read that passed the limit may have brought the line's end too.
   if (text.size() > maximumLength_) return {.status = Status::tooLong};
   return {.status = Status::line, .text = text};

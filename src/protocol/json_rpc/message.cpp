@@ -26,9 +26,7 @@ std::expected<Error, std::string> parseErrorObject(json& value) {
   if (!fits) return std::unexpected("\"code\" is out of range");
   const auto message = value.find("message");
   if (message == value.end() || !message->is_string()) return std::unexpected("\"message\" is not a string");
-  Error error{.code = code->get<int>(), .message = std::move(message->get_ref<std::string&>())};
-  if (const auto data = value.find("data"); data != value.end()) error.data = std::move(*data);
-  return error;
+  return Error{.code = code->get<int>(), .message = std::move(message->get_ref<std::string&>())};
 }
 
 }  // namespace
@@ -37,7 +35,7 @@ Error makeError(ErrorCode code, std::string message) {
   return {.code = static_cast<int>(code), .message = std::move(message)};
 }
 
-std::expected<Request, Response> parseRequest(std::string_view line, std::size_t mostValues) {
+std::expected<Request, Response> parseRequest(std::string_view line) {
   json id;
   const auto refuse = [&id](ErrorCode code, std::string message) {
     return std::unexpected(Response{.id = id, .outcome = std::unexpected(makeError(code, std::move(message)))});
@@ -70,7 +68,7 @@ std::expected<Request, Response> parseRequest(std::string_view line, std::size_t
   return request;
 }
 
-std::expected<Response, std::string> parseResponse(std::string_view line, std::size_t mostValues) {
+std::expected<Response, std::string> parseResponse(std::string_view line) {
   auto parsed = base::parseJson(line, mostValues);
   if (!parsed) return std::unexpected(parsed.error());
   json& object = *parsed;
@@ -88,11 +86,10 @@ std::expected<Response, std::string> parseResponse(std::string_view line, std::s
   return Response{.id = std::move(*id), .outcome = std::unexpected(std::move(*fault))};
 }
 
-std::string toLine(const Request& request) {
-  json object{{"jsonrpc", "2.0"}, {"method", request.method}};
-  if (!request.isNotification) object["id"] = request.id;
-  if (!request.params.is_null()) object["params"] = request.params;
-  return base::toText(object);
+std::string requestLine(const json& id, std::string_view method, std::string_view params) {
+  std::string line = R"({"id":)" + base::toText(id) + R"(,"jsonrpc":"2.0","method":)" + base::toText(method);
+  if (!params.empty()) line.append(R"(,"params":)").append(params);
+  return line + "}";
 }
 
 std::string toLine(Response response) {
@@ -102,7 +99,6 @@ std::string toLine(Response response) {
   } else {
     const Error& error = response.outcome.error();
     object["error"] = json{{"code", error.code}, {"message", error.message}};
-    if (!error.data.is_null()) object["error"]["data"] = error.data;
   }
   return base::toText(object);
 }

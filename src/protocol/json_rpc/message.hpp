@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <expected>
-#include <limits>
 #include <string>
 #include <string_view>
 
@@ -11,19 +10,21 @@
 
 namespace protocol::json_rpc {
 
+/// The most JSON values that either side reads in one line. Each takes some hundred bytes of memory, whatever the
+/// line's length.
+inline constexpr std::size_t mostValues = 750'000;
+
 /// JSON-RPC 2.0, section 5.1.
 enum class ErrorCode : int {
   parseError = -32700,
   invalidRequest = -32600,
   methodNotFound = -32601,
   invalidParams = -32602,
-  internalError = -32603,
 };
 
 struct Error {
   int code;
   std::string message;
-  nlohmann::json data = nullptr;  ///< null: none
 
   bool operator==(const Error&) const = default;
 };
@@ -44,16 +45,15 @@ struct Response {
 
 /// For a line that is not a request the error is the response to send: parseError or invalidRequest, with the request's
 /// id if the line has a usable one.
-/// `mostValues` as of `parseJson`.
-std::expected<Request, Response> parseRequest(std::string_view line,
-                                              std::size_t mostValues = std::numeric_limits<std::size_t>::max());
+std::expected<Request, Response> parseRequest(std::string_view line);
 
-/// The error is a short sentence for a person.
-std::expected<Response, std::string> parseResponse(std::string_view line,
-                                                   std::size_t mostValues = std::numeric_limits<std::size_t>::max());
+/// The error is a short sentence for a person, or `base::tooManyValues`.
+std::expected<Response, std::string> parseResponse(std::string_view line);
 
-/// One line without its line end, always valid UTF-8.
-std::string toLine(const Request& request);
+// Each gives one line without its line end, always valid UTF-8.
+
+/// `params` is JSON text without a line end; empty: none.
+std::string requestLine(const nlohmann::json& id, std::string_view method, std::string_view params);
 /// By value: a result may be large, and is moved into the line's object.
 std::string toLine(Response response);
 /// The line of a response whose result is already written: `result` is JSON text without a line end.
