@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/descriptors/file_descriptor.hpp"
+
 namespace base {
 namespace {
 
@@ -34,15 +36,13 @@ std::expected<std::string, ReadFailure> readToEnd(int descriptor, std::size_t si
 }  // namespace
 
 std::expected<std::string, ReadFailure> readFile(const std::filesystem::path& file, std::size_t sizeLimit) {
-  const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  if (descriptor < 0) {
+  const FileDescriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!descriptor.isOpen()) {
     const int error = errno;
     if (error == ENOENT) return std::unexpected(ReadFailure{ReadFailure::Kind::missing, {}});
     return unusable(std::generic_category().message(error));
   }
-  auto bytes = readToEnd(descriptor, sizeLimit);
-  close(descriptor);
-  return bytes;
+  return readToEnd(descriptor.get(), sizeLimit);
 }
 
 }  // namespace base

@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/descriptors/file_descriptor.hpp"
 #include "base/descriptors/write_all.hpp"
 
 namespace base {
@@ -23,18 +24,16 @@ bool syncAsFarAsPossible(int descriptor) { return fsync(descriptor) == 0 || errn
 
 /// Syncs a rename in the folder. Other processes see the new name already, so a failure is ignored.
 void syncFolder(const std::filesystem::path& folder) {
-  const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return;
-  fsync(descriptor);
-  close(descriptor);
+  const FileDescriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (descriptor.isOpen()) fsync(descriptor.get());
 }
 
 constexpr std::string_view temporaryMark = ".new-";
 
-/// A new file of this process alone. Without one the descriptor is negative and errno is set.
+/// A new file of this process alone. Where there is none, the descriptor is not open and errno is set.
 struct NewFile {
   std::string path;
-  int descriptor = -1;
+  FileDescriptor descriptor;
 };
 
 /// Created with its final permissions, so that the kernel applies the umask.
@@ -43,8 +42,8 @@ NewFile newFileBeside(const std::filesystem::path& target, mode_t rights) {
   constexpr int attempts = 1000;  // a killed process that had this one's id may have left names
   for (int i = 0; i < attempts; ++i) {
     std::string path = start + std::to_string(i);
-    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, rights);
-    if (descriptor >= 0 || errno != EEXIST) return {std::move(path), descriptor};
+    FileDescriptor descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, rights));
+    if (descriptor.isOpen() || errno != EEXIST) return {std::move(path), std::move(descriptor)};
   }
   return {};
 }
@@ -109,13 +108,14 @@ std::expected<void, std::string> replaceFile(const std::filesystem::path& file, 
   if (exists && !S_ISREG(old.st_mode)) return std::unexpected("it is not a regular file");
 
   removeLeftovers(*target);
-  const NewFile fresh = newFileBeside(*target, rights.file);
-  if (fresh.descriptor < 0) return reason(errno);
-  bool done = !writeAll(fresh.descriptor, bytes) && (!exists || takeOver(fresh.descriptor, old)) &&
-              (durability == Durability::fast || syncAsFarAsPossible(fresh.descriptor));
+  NewFile fresh = newFileBeside(*target, rights.file);
+  if (!fresh.descriptor.isOpen()) return reason(errno);
+  const int descriptor = fresh.descriptor.get();
+  bool done = !writeAll(descriptor, bytes) && (!exists || takeOver(descriptor, old)) &&
+              (durability == Durability::fast || syncAsFarAsPossible(descriptor));
   int error = done ? 0 : errno;
   // A network file system may report a failed write only now.
-  if (close(fresh.descriptor) != 0 && done) {
+  if (!fresh.descriptor.close() && done) {
     error = errno;
     done = false;
   }
