@@ -17,7 +17,7 @@ inline void endProcessOnUncaughtException(const char* program) {
   beginning = program;
   // Nothing here may allocate.
   std::set_terminate([] {
-    for (const char* const text : {beginning, ": ended by an error that it cannot go on after; is memory short?\n"}) {
+    for (const char* const text : {beginning, ": ended by an error that it cannot recover from; is memory short?\n"}) {
       [[maybe_unused]] const auto ignored = ::write(STDERR_FILENO, text, std::strlen(text));
     }
     _exit(EXIT_FAILURE);

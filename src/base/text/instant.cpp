@@ -36,7 +36,7 @@ std::optional<absl::CivilDay> takeDay(std::string_view& rest) {
   if (!month || !take(rest, '-')) return std::nullopt;
   const auto dayOfMonth = takeNumber(rest, 2);
   if (!dayOfMonth) return std::nullopt;
-  // A civil day out of range moves on into the next month: what comes back changed was no real day.
+  // absl moves a day out of range into the next month, so a date that comes back changed does not exist.
   const absl::CivilDay day(*year, *month, *dayOfMonth);
   if (day.month() != *month || day.day() != *dayOfMonth) return std::nullopt;
   return day;

@@ -5,8 +5,8 @@
 
 namespace base {
 
-/// Whether `text` is valid: no overlong form, no surrogate, nothing beyond U+10FFFF, no cut sequence. Empty text is
-/// valid.
+/// Whether `bytes` are valid UTF-8: no overlong form, no surrogate, nothing beyond U+10FFFF, no cut sequence. Empty
+/// text is valid.
 bool isUtf8(std::string_view bytes);
 
 /// Takes the first character off `text`, which must not be empty. A byte that begins no character is taken alone, as

@@ -1,13 +1,13 @@
 #include "platform/calendar/device_time_zone.hpp"
 
 #include <array>
-#include <cctype>
 #include <cstdlib>
 #include <ctime>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include <absl/strings/ascii.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -28,11 +28,9 @@ absl::TimeZone zoneOfTheCLibrary() {
 /// names ("localtime", "libc:...", "Fixed/UTC+01:00:00") that the C library does not.
 bool isZoneName(std::string_view name) {
   if (name.empty() || name.front() == '/' || name == "localtime" || name.starts_with("Fixed/")) return false;
-  if (name.find("..") != std::string_view::npos) return false;
   for (const char c : name) {
-    const bool allowed =
-        std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '/' || c == '_' || c == '-' || c == '+';
-    if (!allowed) return false;
+    if (!absl::ascii_isalnum(static_cast<unsigned char>(c)) && c != '/' && c != '_' && c != '-' && c != '+')
+      return false;
   }
   return true;
 }

@@ -1,7 +1,6 @@
 #include "platform/json_decoding/json_decoder.hpp"
 
 #include <algorithm>
-#include <mutex>
 #include <string>
 
 #include <simdjson.h>
@@ -41,15 +40,13 @@ std::size_t valuesIn(std::string_view body) {
          }));
 }
 
-/// Bodies above this size are decoded one after another, whatever the threads, as the parsed form of each takes several
-/// times its size.
+/// Bodies above this size are decoded one after another.
 constexpr std::size_t largeBody = std::size_t{1} << 20;
-std::mutex largeBodies;
 
 }  // namespace
 
 Decoded JsonDecoder::withRoot(std::string_view body, absl::FunctionRef<Decoded(const JsonValue&)> read) const {
-  std::unique_lock oneAtATime(largeBodies, std::defer_lock);
+  std::unique_lock oneAtATime(largeBodies_, std::defer_lock);
   if (body.size() > largeBody) {
     oneAtATime.lock();
     if (valuesIn(body) > mostValuesDecoded) return notJson("it holds too many values");

@@ -1,8 +1,10 @@
-// Decodes JSON bodies (RFC 8259, UTF-8, no byte order mark) into values and records. It holds the date strategy only,
-// so one decoder may be used by any number of threads at once. The records declare their own fields (keyed_record.hpp).
+// Decodes JSON bodies (RFC 8259, UTF-8, no byte order mark) into values and records. One decoder may be used by any
+// number of threads at once; large bodies are then decoded one after another, because the parsed form of each takes
+// several times its size. The records declare their own fields (keyed_record.hpp).
 #pragma once
 
 #include <expected>
+#include <mutex>
 #include <string_view>
 #include <utility>
 
@@ -39,6 +41,7 @@ class JsonDecoder {
   Decoded withRoot(std::string_view body, absl::FunctionRef<Decoded(const JsonValue&)> read) const;
 
   DateStrategy dates_;
+  mutable std::mutex largeBodies_;
 };
 
 }  // namespace platform

@@ -127,7 +127,7 @@ KeychainStatus SecretServiceKeychain::statusOfFailure(const BusFailure& failure,
   const auto status = statusOf(failure);
   if (status == KeychainStatus::timedOut && !deadline.passed()) {
     breaker_.trip();
-    settings_.diagnostics("keychain: the Secret Service does not answer; it is left alone for a while");
+    settings_.diagnostics("keychain: the Secret Service does not answer; it is not asked again for a minute");
   }
   return status;
 }

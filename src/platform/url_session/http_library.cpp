@@ -19,7 +19,7 @@ void wipeAndFree(void* bytes) noexcept {
 }
 
 // std::realloc may move a block and leave its bytes behind.
-void* moveToLarger(void* bytes, std::size_t size) noexcept {
+void* reallocateAndWipe(void* bytes, std::size_t size) noexcept {
   if (bytes == nullptr) return std::malloc(size);
   void* const larger = std::malloc(size);
   if (larger == nullptr) return nullptr;
@@ -30,12 +30,12 @@ void* moveToLarger(void* bytes, std::size_t size) noexcept {
 
 }  // namespace
 
-bool httpLibraryIsReady() {
+bool startHttpLibrary() {
   // Without NO_ATEXIT the TLS library would be torn down at exit before sessions that were constructed earlier, which
   // still have to close their connections.
   static const bool ready = OPENSSL_init_ssl(OPENSSL_INIT_NO_ATEXIT, nullptr) == 1 &&
-                            curl_global_init_mem(CURL_GLOBAL_DEFAULT, std::malloc, wipeAndFree, moveToLarger, strdup,
-                                                 std::calloc) == CURLE_OK;
+                            curl_global_init_mem(CURL_GLOBAL_DEFAULT, std::malloc, wipeAndFree, reallocateAndWipe,
+                                                 strdup, std::calloc) == CURLE_OK;
   return ready;
 }
 

@@ -16,8 +16,7 @@ struct UrlResponse {
 };
 
 struct DataAndResponse {
-  /// The body as it came. Its capacity reaches some bytes past its end, for parsers that read ahead in blocks.
-  std::string data;
+  std::string data;  ///< the body as it came
   UrlResponse response;
 };
 

@@ -10,9 +10,6 @@ namespace {
 // HTTP sets no limit for a header section. Real services stay far below this one.
 constexpr std::size_t longestHeader = std::size_t{1} << 20;
 
-// Parsers that read in blocks may read this far past the end.
-constexpr std::size_t spareCapacity = 64;
-
 // "HTTP/1.1 103 Early Hints" is followed by another header section. 101 is not: it is the answer itself, as no upgrade
 // was asked for.
 bool isProvisional(std::string_view statusLine) {
@@ -50,7 +47,7 @@ bool ResponseCollector::append(std::string_view piece) {
 }
 
 void ResponseCollector::makeRoom(std::optional<std::size_t> expectedLength) {
-  if (expectedLength) body_.reserve(std::min(*expectedLength, longestBody_) + spareCapacity);
+  if (expectedLength) body_.reserve(std::min(*expectedLength, longestBody_));
 }
 
 }  // namespace platform

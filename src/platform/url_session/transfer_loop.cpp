@@ -10,7 +10,7 @@
 namespace platform {
 
 TransferLoop::TransferLoop(LoadQueue& queue, const TransferSettings& settings) : queue_(queue), settings_(settings) {
-  if (httpLibraryIsReady()) multi_.reset(curl_multi_init());
+  if (startHttpLibrary()) multi_.reset(curl_multi_init());
   // Without its wake-up descriptors the loop would never notice a new load.
   if (multi_ && curl_multi_wakeup(multi_.get()) != CURLM_OK) multi_.reset();
   if (multi_) queue_.setWaker([multi = multi_.get()] { curl_multi_wakeup(multi); });

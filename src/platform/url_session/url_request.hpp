@@ -31,7 +31,7 @@ struct UrlRequest {
   CachePolicy cachePolicy = CachePolicy::useProtocolCachePolicy;
 
   /// Longest wait without a byte from the server. Must not be shorter than the session's limit for the whole load,
-  /// which therefore always strikes first.
+  /// which therefore always ends the load first.
   absl::Duration timeoutInterval = absl::Seconds(60);
 
   /// Ends the load if it comes before the session's own limit.

@@ -31,7 +31,7 @@ enum class CookieAcceptPolicy {
 
 struct UrlSessionConfiguration {
   /// Longest wait without a byte from the server. Must not be shorter than the limit for the whole load, which
-  /// therefore always strikes first: the session enforces only that one.
+  /// therefore always ends the load first: the session enforces only that one.
   absl::Duration timeoutIntervalForRequest = absl::Seconds(60);
 
   /// Longest time for a whole load, from the call to the last byte.

@@ -34,7 +34,9 @@ class Completion {
   std::move_only_function<void(Answer)> handler_;
 };
 
-/// The host may call a provider on any thread, and several times at once.
+/// The host may call a provider on any thread and several times at once, and may destroy it as soon as the call
+/// returns: a task that answers later holds copies of what it needs. It runs in the task group that `extensionMain`
+/// waits for.
 template <TimelineEntry Entry>
 class TimelineProvider {
  public:
