@@ -66,3 +66,34 @@ kill "$conky" 2>/dev/null || true
 
 prompt() { bash --norc -c 'PS1=; source "$1"; vamba_prompt' - "$examples/prompt.bash"; }
 eventually prompt prompt
+
+# A host that answers when the test says so, with the status that the test says.
+mkdir "$private/slow"
+mkfifo "$private/answer"
+cat >"$private/slow/vamba-host" <<STUB
+#!/bin/sh
+echo started >>"$private/starts"
+read -r status text <"$private/answer"
+echo "\$text"
+exit "\$status"
+STUB
+chmod +x "$private/slow/vamba-host"
+file=$private/vamba-prompt
+slow_prompt() { PATH=$private/slow:$PATH prompt; }
+untouched_for() { [[ -n $(find "$file" ! -newermt "-$1 minutes") ]] && echo "$line"; }
+
+rm "$file"
+for _ in 1 2; do
+  shown=$(slow_prompt)
+  [[ -z $shown ]] || { echo "the first prompt shows: $shown" >&2; exit 1; }
+done
+echo '0 09:00 Narada' >"$private/answer"
+line='09:00 Narada' eventually prompt slow_prompt
+[[ $(wc -l <"$private/starts") == 1 ]] || { echo 'two prompts start two hosts' >&2; exit 1; }
+
+# After a failure it keeps what it showed, and tries again sooner.
+touch -d '20 minutes ago' "$file"
+slow_prompt >/dev/null
+echo '1 nothing' >"$private/answer"
+eventually 'the file after a failure' untouched_for 13
+line='09:00 Narada' shows prompt "$(slow_prompt)"
