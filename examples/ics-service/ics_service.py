@@ -2,8 +2,8 @@
 """A service for the Vamba day widget over folders of .ics files, as vdirsyncer and calendar programs keep them.
 
 It answers the three resources of docs/service.md on loopback: meetings are the events with a time, tasks the todos with
-a due date, and the inbox is empty. Files are read again at each request. One that cannot be read is named on standard
-error and passed over.
+a due date, and the inbox is empty. A file is read again once it has changed. One that cannot be read is named on
+standard error and passed over.
 """
 
 import argparse
@@ -11,8 +11,10 @@ import datetime
 import hmac
 import http.server
 import json
+import os
 import pathlib
 import secrets
+import stat
 import sys
 import threading
 import uuid
@@ -22,7 +24,7 @@ import icalendar
 import recurring_ical_events
 
 LARGEST_FILE = 16 << 20
-# The widget shows meetings to the end of tomorrow, wherever the device's days begin.
+# Reaches the end of tomorrow in every time zone.
 DAYS_AHEAD = 3
 NAMESPACE = uuid.UUID("5b1f3b52-6f0e-4d0c-9a52-0d8f5f3a7c11")
 # The parser drops a property that it cannot read. Without one of these an event would be shown at a wrong time.
@@ -46,7 +48,8 @@ def instant(value):
 
 
 def written(moment):
-    return moment.strftime("%Y-%m-%dT%H:%M:%SZ")
+    # strftime() does not pad years before 1000.
+    return moment.replace(tzinfo=None).isoformat(timespec="seconds") + "Z"
 
 
 def text(component, name, default=""):
@@ -78,9 +81,11 @@ class Calendar:
     def name_of(folder):
         """As vdirsyncer keeps it, else the folder's own."""
         try:
-            return (folder / "displayname").read_text(encoding="utf-8").strip() or folder.name
+            name = (folder / "displayname").read_text(encoding="utf-8").strip()
         except (OSError, UnicodeDecodeError):
-            return folder.name
+            name = ""
+        # A folder's name can be any bytes, but an answer is UTF-8.
+        return name or os.fsencode(folder.name).decode("utf-8", "replace")
 
     def meetings(self, begin, end):
         for component in self.components:
@@ -125,35 +130,52 @@ class Folders:
 
     def __init__(self, roots, now):
         self.roots, self.now = roots, now
-        self.parsed = {}  # path: (stamp, calendar, or None for a bad file)
-        self.lock = threading.Lock()
+        self.entries = {}  # path: (stamp, calendar, or None for a bad file)
+        self.lock = threading.Lock()  # several requests of the widget run at once
 
-    def calendars(self):
+    def paths(self):
+        """Of all that is named as a calendar. Folders that cannot be read are left out."""
+        found = {pathlib.Path(folder, name) for root in self.roots for folder, _, names in os.walk(root)
+                 for name in names if name.endswith(".ics")}
+        return sorted(found)
+
+    def current_entries(self):
         with self.lock:
-            known, self.parsed = self.parsed, {}
-            for path in sorted({path for root in self.roots for path in root.rglob("*.ics") if path.is_file()}):
+            known, self.entries = self.entries, {}
+            for path in self.paths():
+                entry = (None, None)
                 try:
                     status = path.stat()
-                    stamp = (status.st_mtime_ns, status.st_size, status.st_ino)
-                    if path in known and known[path][0] == stamp:
-                        self.parsed[path] = known[path]
+                    if not stat.S_ISREG(status.st_mode):
+                        continue
+                    entry = ((status.st_mtime_ns, status.st_size, status.st_ino), None)
+                    if path in known and known[path][0] == entry[0]:
+                        self.entries[path] = known[path]
                     else:
-                        self.parsed[path] = (stamp, None)
-                        self.parsed[path] = (stamp, Calendar(path))
+                        self.entries[path] = (entry[0], Calendar(path))
+                except FileNotFoundError:  # removed in the meantime, or a link to nothing
+                    continue
                 except Exception as fault:  # whatever the parser stumbles over
-                    complain(f"{path} is passed over: {fault}")
-            return [(path, calendar) for path, (_, calendar) in self.parsed.items() if calendar]
+                    self.entries[path] = entry
+                    if known.get(path) != entry:
+                        complain(f"{path} is passed over: {fault}")
+            return dict(self.entries)
 
     def collect(self, records_of):
         records = []
-        for path, calendar in self.calendars():
+        for path, entry in self.current_entries().items():
             try:
-                records += records_of(calendar)
+                records += records_of(entry[1]) if entry[1] else []
             except Exception as fault:
-                complain(f"{path} is passed over: {type(fault).__name__}: {fault}")
-                with self.lock:
-                    self.parsed[path] = (self.parsed[path][0], None)
+                self.pass_over(path, entry, fault)
         return records
+
+    def pass_over(self, path, entry, fault):
+        """Unless the file has changed or is gone by now."""
+        with self.lock:
+            if self.entries.get(path) is entry:
+                self.entries[path] = (entry[0], None)
+                complain(f"{path} is passed over: {type(fault).__name__}: {fault}")
 
     def meetings(self):
         begin = self.now()
@@ -205,12 +227,19 @@ def moment(word):
     return parsed.astimezone(datetime.timezone.utc)
 
 
+def port(word):
+    number = int(word)
+    if not 0 <= number <= 65535:
+        raise argparse.ArgumentTypeError("a port is a number from 0 to 65535")
+    return number
+
+
 def main():
     parser = argparse.ArgumentParser(
         description="Answers the widget's three resources from folders of .ics files, on loopback. Prints its address "
         "and the token that it asks for, each on a line, once it listens. Ends on SIGINT or SIGTERM.")
     parser.add_argument("folders", nargs="+", metavar="FOLDER", type=pathlib.Path, help="with .ics files, at any depth")
-    parser.add_argument("--port", type=int, default=0, help="of 127.0.0.1 (default: a free one)")
+    parser.add_argument("--port", type=port, default=0, help="of 127.0.0.1 (default: a free one)")
     parser.add_argument("--now", type=moment, metavar="INSTANT", help="instead of the clock, such as 2025-03-14T08:00:00Z")
     parser.add_argument("--until-input-ends", action="store_true", help="end also when standard input does")
     arguments = parser.parse_args()

@@ -1,6 +1,9 @@
 #!/usr/bin/python3
 """ics_service_test.py SERVICE: the service of examples/ics-service over real files. Its clock is fixed by --now."""
 
+import contextlib
+import importlib.util
+import io
 import json
 import os
 import pathlib
@@ -12,6 +15,7 @@ import urllib.error
 import urllib.request
 
 SERVICE = sys.argv.pop(1)
+sys.dont_write_bytecode = True  # beside the service, in the source tree
 OPENER = urllib.request.build_opener(urllib.request.ProxyHandler({}))
 
 EVENT = """BEGIN:VEVENT
@@ -175,6 +179,56 @@ class IcsService(unittest.TestCase):
             self.assertEqual(service.errors.count(f"ics-service: {self.folder / name} is passed over: "), 1, service.errors)
         self.assertEqual(len(service.errors.splitlines()), len(bad) + 1, service.errors)
 
+    def test_writes_a_year_with_four_digits(self):
+        self.write("work/one.ics", calendar(todo("DUE:00010101T000000Z\nSUMMARY:Dawno")))
+        with Service(self.folder, "2025-03-14T06:00:00Z") as service:
+            self.assertEqual(service.tasks(), [("0001-01-01T00:00:00Z", "Dawno", "otwarte")])
+
+    def test_answers_with_a_folder_whose_name_is_not_text(self):
+        folder = self.folder / os.fsdecode(b"w\xf3r")
+        folder.mkdir()
+        self.write(folder / "one.ics", calendar(todo("DUE:20250314T150000Z\nSUMMARY:Raport")))
+        with Service(self.folder, "2025-03-14T06:00:00Z") as service:
+            self.assertEqual([each["projekt_nazwa"] for each in service.get("/moje/zadania")], ["w\N{REPLACEMENT CHARACTER}r"])
+
+    def test_passes_over_a_file_whose_status_cannot_be_read(self):
+        self.write("work/good.ics", calendar(todo("DUE:20250314T150000Z\nSUMMARY:Raport")))
+        bad = self.folder / "bad.ics"
+        bad.symlink_to("x" * 300)  # longer than a name can be
+        (self.folder / "gone.ics").symlink_to("nowhere")
+        with Service(self.folder, "2025-03-14T06:00:00Z") as service:
+            for _ in range(2):
+                self.assertEqual(service.tasks(), [("2025-03-14T15:00:00Z", "Raport", "otwarte")])
+        self.assertEqual(service.errors.count(f"ics-service: {bad} is passed over: "), 1, service.errors)
+        self.assertEqual(len(service.errors.splitlines()), 1, service.errors)
+
+    def test_judges_a_file_that_changes_during_a_request_by_its_new_content(self):
+        module = self.service_module()
+        folders = module.Folders([self.folder], lambda: module.moment("2025-03-14T06:00:00Z"))
+        good, bad = (calendar(todo(f"DUE:20250314T150000Z\nSUMMARY:{title}")) for title in ("Nowe", "Stare i dłuższe"))
+        self.write("work/one.ics", bad)
+
+        def fails_after(change):
+            def records_of(_):
+                change()
+                folders.current_entries()  # as another request does
+                raise ValueError("no such day")
+            return records_of
+
+        errors = io.StringIO()
+        with contextlib.redirect_stderr(errors):
+            self.assertEqual(folders.collect(fails_after(lambda: self.write("work/one.ics", good))), [])
+            self.assertEqual([task["tytul"] for task in folders.tasks()], ["Nowe"])
+            self.assertEqual(folders.collect(fails_after((self.folder / "work/one.ics").unlink)), [])
+        self.assertEqual(errors.getvalue(), "")
+
+    @staticmethod
+    def service_module():
+        spec = importlib.util.spec_from_file_location("ics_service", SERVICE)
+        module = importlib.util.module_from_spec(spec)
+        spec.loader.exec_module(module)
+        return module
+
     def test_reads_a_file_again_once_it_has_changed(self):
         self.write("work/one.ics", calendar())
         with Service(self.folder, "2025-03-14T06:00:00Z") as service:
@@ -190,7 +244,9 @@ class IcsService(unittest.TestCase):
             self.assertEqual(service.status_of("/elsewhere"), 404)
 
     def test_refuses_a_wrong_command_line(self):
-        for arguments in (["/nowhere"], [str(self.folder), "--now", "2025-03-14"], [str(self.folder), "--port", "x"], []):
+        folder = str(self.folder)
+        for arguments in (["/nowhere"], [folder, "--now", "2025-03-14"], [folder, "--port", "x"],
+                          [folder, "--port", "65536"], [folder, "--port", "-1"], []):
             run = subprocess.run([SERVICE, *arguments], capture_output=True, text=True, stdin=subprocess.DEVNULL)
             self.assertEqual(run.returncode, 2, run.stderr)
 
