@@ -134,9 +134,9 @@ void Pass::verticalStack(Measured& result, const protocol::VStackNode& stack, co
   if (std::isfinite(offer.height)) {
     const double height = summedHeights(children) + summedGaps(children);
     if (height > offer.height + tolerance) {
-      cutAtBottom(children, offer);
+      cutAtBottom(children, {offer.width, offer.height, Axis::vertical, leadingColumn});
     } else {
-      growDown(children, {offer.width, offer.height - height, offer.axis});
+      growDown(children, {offer.width, offer.height - height, Axis::vertical, leadingColumn});
     }
   }
   for (const auto& child : children) result.size.width = std::max(result.size.width, child.size.width);
@@ -171,7 +171,7 @@ void Pass::growDown(std::vector<Measured>& children, const Offer& spare) {
       continue;
     }
     const double gap = child.gap;
-    child = node(*child.node, {spare.width, child.size.height + share, Axis::vertical});
+    child = node(*child.node, {spare.width, child.size.height + share, Axis::vertical, spare.leadingColumn});
     child.gap = gap;
   }
 }
@@ -187,7 +187,7 @@ void Pass::cutAtBottom(std::vector<Measured>& children, const Offer& offer) {
       // cut, so that the board is not empty.
       const bool row = std::holds_alternative<protocol::HStackNode>(child.node->kind) || child.text.lines == 1;
       if (room > 0 && (!row || kept.empty())) {
-        child = node(*child.node, {offer.width, room, Axis::vertical});
+        child = node(*child.node, {offer.width, room, Axis::vertical, offer.leadingColumn});
         child.gap = gap;
         if (child.present && child.size.height <= room + tolerance) kept.push_back(std::move(child));
       }

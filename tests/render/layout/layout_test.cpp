@@ -152,6 +152,29 @@ TEST(Layout, EqualRowsAreEquallyHighInPixels) {
   }
 }
 
+/// A row with a narrow number and a column of two nodes, above a row with a wide number.
+View narrowAndWideRow(View below) {
+  const StackStyle<VerticalAlignment> aligned{.alignment = VerticalAlignment::firstTextBaseline, .spacing = 6};
+  return VStack({.spacing = 0}, {HStack(aligned, {Text("1"), VStack({.spacing = 0}, {Text("a"), std::move(below)})}),
+                                 HStack(aligned, {Text("1234"), Text("b")})});
+}
+
+TEST(Layout, LeadingColumnIsKeptByARowThatGrows) {
+  EXPECT_EQ(layoutOf(narrowAndWideRow(Spacer(0)), {{100, 50}}), R"(board 100x50
+text 0,0 24x10 baseline 8 1
+text 30,0 6x10 baseline 8 a
+text 0,40 24x10 baseline 48 1234
+text 30,40 6x10 baseline 48 b
+)");
+}
+
+TEST(Layout, LeadingColumnIsKeptByARowThatIsCut) {
+  EXPECT_EQ(layoutOf(narrowAndWideRow(Text("c")), {{100, 15}}), R"(board 100x15 cut
+text 0,0 24x10 baseline 8 1
+text 30,0 6x10 baseline 8 a
+)");
+}
+
 TEST(Layout, LeadingColumnsOfRowsShareOneWidthUpToAQuarter) {
   const auto row = [](const std::string& lead, const std::string& text) {
     return HStack({.alignment = VerticalAlignment::firstTextBaseline, .spacing = 6}, {Text(lead), Text(text)});
