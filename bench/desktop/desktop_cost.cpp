@@ -136,7 +136,7 @@ void onX(const Programs& programs, const bench::Command& extension) {
   const std::string configuration = desktop.bus().path("conky.conf");
   std::ofstream(configuration)
       << "conky.config = { own_window = true, own_window_type = 'normal', update_interval = 1,\n"
-         "  minimum_width = 480, minimum_height = 240, use_xft = true, font = 'Inter:size=10',\n"
+         "  minimum_width = 480, minimum_height = 320, use_xft = true, font = 'Inter:size=10',\n"
          "  double_buffer = true }\n"
          "conky.text = [[\nVamba  4 do decyzji\n09:00 Narada redakcyjna\n10:30 Konsultacje\n"
          "#41 Rozliczenie delegacji\n#57 Odpowiedzi recenzentom\n]]\n";
@@ -151,7 +151,7 @@ void onWayland(const Programs& programs, const bench::Command& extension) {
   support::SwayDesktop desktop;
   const std::string configuration = desktop.bus().path("waybar.json");
   std::ofstream(configuration)
-      << R"({"layer":"bottom","height":240,"modules-left":["custom/day"],"custom/day":{"format":"09:00 Narada redakcyjna"}})";
+      << R"({"layer":"bottom","height":320,"modules-left":["custom/day"],"custom/day":{"format":"09:00 Narada redakcyjna"}})";
   std::printf("Wayland, %d s each\n", programs.seconds);
   const auto environment = withService(desktop.environment(), extension, programs);
   auto talkative = environment;

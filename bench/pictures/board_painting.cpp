@@ -33,22 +33,25 @@ protocol::Node view() {
   return widok.body(NoonInUtc(), widzety::Jezyk::pl);
 }
 
-/// A surface of 960 by 480 pixels, two for each point.
-struct Canvas {
-  render::OwnedSurface surface{cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 960, 480)};
-  render::OwnedCairo cairo;
+constexpr double pixelsAPoint = 2;
+constexpr render::Size board = render::mediumFamily.size;
 
-  Canvas() {
-    cairo_surface_set_device_scale(surface.get(), 2, 2);
-    cairo.reset(cairo_create(surface.get()));
-  }
+/// A surface as large as the board.
+struct Canvas {
+  render::OwnedSurface surface{cairo_image_surface_create(
+      CAIRO_FORMAT_ARGB32, static_cast<int>(board.width* pixelsAPoint), static_cast<int>(board.height* pixelsAPoint))};
+  render::OwnedCairo cairo{cairo_create(surface.get())};
 };
 
 void viewLayoutAndPainting(benchmark::State& state) {
   const Canvas canvas;
   for (auto _ : state) {
-    const auto tree = view();
-    if (!render::paint(canvas.cairo.get(), tree, {})) state.SkipWithError("not painted");
+    auto drawing = render::prepare(view(), {});
+    if (!drawing) {
+      state.SkipWithError("not painted");
+      break;
+    }
+    render::paint(canvas.cairo.get(), *drawing, {.form = render::mediumFamily, .pixels = pixelsAPoint});
   }
 }
 BENCHMARK(viewLayoutAndPainting)->Unit(benchmark::kMillisecond)->MinWarmUpTime(0.2);
@@ -60,12 +63,13 @@ BENCHMARK(viewAlone)->Unit(benchmark::kMillisecond);
 
 void fileOfThePicture(benchmark::State& state) {
   const auto tree = view();
-  for (auto _ : state) benchmark::DoNotOptimize(render::drawPng(tree, {.scale = 2}));
+  for (auto _ : state) benchmark::DoNotOptimize(render::drawPng(tree, {.scale = pixelsAPoint}));
 }
 BENCHMARK(fileOfThePicture)->Unit(benchmark::kMillisecond)->MinWarmUpTime(0.2);
 
 void floorOneLineOfText(benchmark::State& state) {
   const Canvas canvas;
+  cairo_scale(canvas.cairo.get(), pixelsAPoint, pixelsAPoint);
   for (auto _ : state) {
     const render::OwnedLayout layout(pango_cairo_create_layout(canvas.cairo.get()));
     const render::OwnedFontDescription font(pango_font_description_from_string("Inter 15px"));

@@ -8,7 +8,7 @@
 
 int main() {
   constexpr int width = 480;
-  constexpr int height = 240;
+  constexpr int height = 320;
   cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height);
   cairo_t* cairo = cairo_create(surface);
   cairo_set_source_rgb(cairo, 1, 1, 1);

@@ -163,22 +163,4 @@ class Painter {
 
 void paint(cairo_t* cairo, Drawing& drawing, const PaintStyle& style) { Painter(cairo, drawing, style).board(); }
 
-std::expected<void, PictureError> paint(cairo_t* cairo, const protocol::Node& tree, const PictureOptions& options) {
-  auto drawing = prepare(tree, options);
-  if (!drawing) return std::unexpected(drawing.error());
-  cairo_matrix_t matrix;
-  cairo_get_matrix(cairo, &matrix);
-  double deviceX = 1;
-  double deviceY = 1;
-  cairo_surface_get_device_scale(cairo_get_group_target(cairo), &deviceX, &deviceY);
-  const double pixels = matrix.xx * deviceX;
-  if (!(pixels > 0)) return std::unexpected(PictureError::scaleOutOfRange);
-  cairo_save(cairo);
-  cairo_scale(cairo, 1 / pixels, 1 / pixels);
-  paint(cairo, *drawing,
-        {options.form, pixels, options.appearance, options.redaction, LetterPaint::outlines, options.accent});
-  cairo_restore(cairo);
-  return {};
-}
-
 }  // namespace render

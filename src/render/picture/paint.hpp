@@ -2,7 +2,6 @@
 // as windows.
 #pragma once
 
-#include <expected>
 #include <optional>
 
 #include <cairo.h>
@@ -28,8 +27,5 @@ struct PaintStyle {
 
 /// Paints in device pixels at the surface's origin, over the existing content.
 void paint(cairo_t* cairo, Drawing& drawing, const PaintStyle& style);
-
-/// Lays the tree out and paints it with one point for each unit of `cairo`. `options.scale` is ignored.
-std::expected<void, PictureError> paint(cairo_t* cairo, const protocol::Node& tree, const PictureOptions& options);
 
 }  // namespace render

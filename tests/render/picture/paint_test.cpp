@@ -13,12 +13,13 @@ namespace {
 
 using namespace render::testing;
 
-TEST(Paint, OnASurfaceOfHighDensityIsThePictureAtThatScale) {
+TEST(Paint, WithSeveralPixelsAPointIsThePictureAtThatScale) {
   const auto tree = board(sampleContent(State::full, Language::polish, 12), Family::medium);
   const OwnedSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 960, 640));
-  cairo_surface_set_device_scale(surface.get(), 2, 2);
   const OwnedCairo cairo(cairo_create(surface.get()));
-  ASSERT_TRUE(paint(cairo.get(), tree, {}));
+  auto drawing = prepare(tree, {});
+  ASSERT_TRUE(drawing);
+  paint(cairo.get(), *drawing, {.form = mediumFamily, .pixels = 2});
   cairo_surface_flush(surface.get());
 
   const auto expected = readPng(*drawPng(tree, {.scale = 2}));
@@ -40,7 +41,9 @@ TEST(Paint, LeavesTheCallersStateAsItWas) {
   const OwnedSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 480, 240));
   const OwnedCairo cairo(cairo_create(surface.get()));
   cairo_scale(cairo.get(), 0.5, 0.5);
-  ASSERT_TRUE(paint(cairo.get(), board(sampleContent(State::empty, Language::polish, 1), Family::medium), {}));
+  auto drawing = prepare(board(sampleContent(State::empty, Language::polish, 1), Family::medium), {});
+  ASSERT_TRUE(drawing);
+  paint(cairo.get(), *drawing, {.form = mediumFamily});
   cairo_matrix_t matrix;
   cairo_get_matrix(cairo.get(), &matrix);
   EXPECT_EQ(matrix.xx, 0.5);
