@@ -52,7 +52,7 @@ class Svg {
       svg_.element("path").attribute("d", rounded(box, boardRadius(options_.form) * options_.scale));
       svg_.colour("fill", palette_.background).close();
     }
-    svg_.element("g").attribute("font-family", "Inter, sans-serif").open();
+    svg_.element("g").attribute("font-family", fontFamilies).open();
     for (const auto& item : drawing_.board.items) {
       std::visit([this](const auto& placed) { this->item(placed); }, item);
     }
@@ -68,10 +68,7 @@ class Svg {
   static std::string rounded(const Rect& device, double radius) {
     std::string data;
     const auto point = [&](char command, const Point& at) {
-      if (command != ' ')
-        data += command;
-      else
-        data += ' ';
+      data += command;
       appendNumber(data, at.x);
       data += ' ';
       appendNumber(data, at.y);

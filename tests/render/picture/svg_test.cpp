@@ -41,7 +41,7 @@ TEST(Svg, HoldsItsTextsAsTextInReadingOrder) {
   const auto svg = svgOf(board(shortBoard(), Family::medium));
   EXPECT_THAT(textsOf(svg), ElementsAre("Vamba", "3 do decyzji", "09:30", "Narada <b>zespołu</b> & inni", "Pracownia",
                                         "jutro", "#12", "Wysłać wniosek", "Wdrożenie", "zaległe"));
-  EXPECT_EQ(svg.named("g").front().attribute("font-family"), "Inter, sans-serif");
+  EXPECT_EQ(svg.named("g").front().attribute("font-family"), "Inter,sans-serif");
 }
 
 TEST(Svg, IsReadAloudByItsTitleAndDescription) {
