@@ -1,5 +1,8 @@
 #include "base/text/utf8.hpp"
 
+#include <algorithm>
+#include <cstddef>
+
 #include <utf8proc.h>
 
 namespace base {
@@ -29,18 +32,19 @@ bool isUtf8(std::string_view bytes) {
 }
 
 char32_t takeCharacter(std::string_view& text) {
+  const auto byte = static_cast<unsigned char>(text.front());
+  return takeValidCharacter(text).value_or(byte);
+}
+
+std::optional<char32_t> takeValidCharacter(std::string_view& text) {
   // Most of a text is ASCII.
   if (const auto byte = static_cast<unsigned char>(text.front()); byte < 0x80) {
     text.remove_prefix(1);
     return byte;
   }
   const Character character = characterInFront(text);
-  if (character.length <= 0) {
-    const auto byte = static_cast<unsigned char>(text.front());
-    text.remove_prefix(1);
-    return byte;
-  }
-  text.remove_prefix(static_cast<std::size_t>(character.length));
+  text.remove_prefix(static_cast<std::size_t>(std::max<utf8proc_ssize_t>(character.length, 1)));
+  if (character.length <= 0) return std::nullopt;
   return static_cast<char32_t>(character.codePoint);
 }
 

@@ -5,6 +5,8 @@
 
 #include <utf8proc.h>
 
+#include "base/text/utf8.hpp"
+
 namespace render::terminal {
 namespace {
 
@@ -18,17 +20,7 @@ constexpr std::string_view ellipsis = "…";
 const utf8proc_property_t& properties(char32_t c) { return *utf8proc_get_property(static_cast<utf8proc_int32_t>(c)); }
 
 /// Removes one code point from the front and returns it; an invalid byte gives U+FFFD.
-char32_t takeFirst(std::string_view& text) {
-  utf8proc_int32_t c = 0;
-  const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
-  const auto length = utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(std::min<std::size_t>(text.size(), 4)), &c);
-  if (length <= 0) {
-    text.remove_prefix(1);
-    return replacement;
-  }
-  text.remove_prefix(static_cast<std::size_t>(length));
-  return static_cast<char32_t>(c);
-}
+char32_t takeFirst(std::string_view& text) { return base::takeValidCharacter(text).value_or(replacement); }
 
 void append(std::string& text, char32_t c) {
   std::array<utf8proc_uint8_t, 4> bytes{};
@@ -40,12 +32,10 @@ bool overridesDirection(char32_t c) { return (c >= 0x202A && c <= 0x202E) || (c 
 
 bool isTag(char32_t c) { return c >= 0xE0020 && c <= 0xE007F; }  // tags spell the region in flags such as Scotland's
 
-bool isNoncharacter(char32_t c) { return (c & 0xFFFE) == 0xFFFE || (c >= 0xFDD0 && c <= 0xFDEF); }
-
 /// The code point shown for `c`; none if it is left out.
 std::optional<char32_t> shownFor(char32_t c) {
   if (c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r' || c == 0x85) return U' ';
-  if (overridesDirection(c) || isNoncharacter(c)) return replacement;
+  if (overridesDirection(c) || base::isNoncharacter(c)) return replacement;
   switch (properties(c).category) {
     case UTF8PROC_CATEGORY_CC:
       return replacement;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
+
+#include "base/text/control_characters.hpp"
+#include "base/text/utf8.hpp"
 
 namespace render {
 namespace {
@@ -12,38 +14,9 @@ constexpr std::size_t mostInText = 16384;  ///< characters
 constexpr std::string_view replacement = "\uFFFD";
 constexpr std::string_view ellipsis = "\u2026";
 
-struct Character {
-  char32_t code = 0;
-  std::size_t bytes = 1;
-  bool valid = false;
-};
-
-/// The first character of `text`; an invalid byte is one invalid character.
-Character firstCharacter(std::string_view text) {
-  const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned char lead = byteAt(0);
-  if (lead < 0x80) return {lead, 1, true};
-  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC2 || lead > 0xF4 || text.size() < length) return {};
-  char32_t code = static_cast<char32_t>(lead) & (0x7FU >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byteAt(i) & 0xC0U) != 0x80U) return {};
-    code = (code << 6U) | (static_cast<char32_t>(byteAt(i)) & 0x3FU);
-  }
-  constexpr char32_t leastOf[] = {0, 0, 0x80, 0x800, 0x10000};
-  const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-  if (code < leastOf[length] || code > 0x10FFFF || surrogate) return {};
-  return {code, length, true};
-}
-
 bool endsLine(char32_t code) {
   return (code >= 0x0A && code <= 0x0D) || code == 0x85 || code == 0x2028 || code == 0x2029;
 }
-
-bool isControl(char32_t code) { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
-
-/// Code points that never stand for a character. XML forbids some of them.
-bool isNoncharacter(char32_t code) { return (code & 0xFFFEU) == 0xFFFE || (code >= 0xFDD0 && code <= 0xFDEF); }
 
 }  // namespace
 
@@ -56,18 +29,17 @@ std::string visibleText(std::string_view text, int maxLines) {
       visible += ellipsis;
       break;
     }
-    const auto character = firstCharacter(text);
-    const auto bytes = text.substr(0, character.bytes);
-    text.remove_prefix(character.bytes);
-    if (!character.valid || isNoncharacter(character.code)) {
+    const std::string_view before = text;
+    const auto character = base::takeValidCharacter(text);
+    if (!character || base::isNoncharacter(*character)) {
       visible += replacement;
-    } else if (endsLine(character.code)) {
-      if (character.code == '\r' && text.starts_with('\n')) text.remove_prefix(1);
+    } else if (endsLine(*character)) {
+      if (*character == '\r' && text.starts_with('\n')) text.remove_prefix(1);
       visible += maxLines == 1 ? " " : lineSeparator;
-    } else if (character.code == '\t') {
+    } else if (*character == '\t') {
       visible += ' ';
-    } else if (!isControl(character.code)) {
-      visible += bytes;
+    } else if (!base::isControl(*character)) {
+      visible += before.substr(0, before.size() - text.size());
     }
   }
   return visible;

@@ -74,5 +74,27 @@ TEST(Utf8, AgreesWithTheStandardsTableOnEveryStartOfTwoAndOnManyLongerOnes) {
   }
 }
 
+TEST(Utf8, TakesCharactersAndTheBytesThatBeginNone) {
+  const std::string_view text = "aż\xc5\U0001F468";
+  std::string_view valid = text;
+  EXPECT_EQ(takeValidCharacter(valid), U'a');
+  EXPECT_EQ(takeValidCharacter(valid), U'ż');
+  EXPECT_EQ(takeValidCharacter(valid), std::nullopt);
+  EXPECT_EQ(takeValidCharacter(valid), U'\U0001F468');
+  EXPECT_EQ(valid, "");
+
+  std::string_view rest = text.substr(3);
+  EXPECT_EQ(takeCharacter(rest), 0xC5U);
+  EXPECT_EQ(takeCharacter(rest), U'\U0001F468');
+}
+
+TEST(Utf8, KnowsTheCodePointsThatAreNoCharacters) {
+  int count = 0;
+  for (char32_t code = 0; code <= 0x10FFFF; ++code) count += isNoncharacter(code) ? 1 : 0;
+  EXPECT_EQ(count, 66);  // The Unicode Standard, 23.7
+  for (const char32_t code : {0xFDD0U, 0xFDEFU, 0xFFFEU, 0xFFFFU, 0x10FFFFU}) EXPECT_TRUE(isNoncharacter(code));
+  for (const char32_t code : {0xFDCFU, 0xFDF0U, 0xFFFDU, 0x10000U}) EXPECT_FALSE(isNoncharacter(code));
+}
+
 }  // namespace
 }  // namespace base
