@@ -73,11 +73,6 @@ void eachText(const Node& node, const Visit& visit) {
   }
 }
 
-std::string wordsOf(const TextNode& text) {
-  if (const auto* verbatim = std::get_if<Verbatim>(&text.content)) return verbatim->text;
-  return protocol::asWritten(std::get<LocalizedKey>(text.content));
-}
-
 /// Reads the texts in their order: what follows a meeting's time belongs to it, up to the next row.
 class BoardReader {
  public:
@@ -101,13 +96,13 @@ class BoardReader {
   void readRow(const TextNode& text) {
     if (text.role == TextRole::time) {
       inFirstMeeting_ = !findings_.firstMeeting;
-      if (inFirstMeeting_) findings_.firstMeeting = Meeting{.time = wordsOf(text), .title = {}, .day = {}};
+      if (inFirstMeeting_) findings_.firstMeeting = Meeting{.time = protocol::asWritten(text), .title = {}, .day = {}};
     } else if (isKey(text, "#%lld")) {
       inFirstMeeting_ = false;
       ++findings_.taskRows;
     } else if (auto& meeting = findings_.firstMeeting; inFirstMeeting_ && meeting) {
-      if (text.role == TextRole::title) meeting->title = wordsOf(text);
-      if (text.role == TextRole::day) meeting->day = wordsOf(text);
+      if (text.role == TextRole::title) meeting->title = protocol::asWritten(text);
+      if (text.role == TextRole::day) meeting->day = protocol::asWritten(text);
     }
   }
 

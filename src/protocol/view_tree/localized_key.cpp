@@ -44,4 +44,9 @@ std::string withArguments(std::string_view format, std::span<const std::int64_t>
 
 std::string asWritten(const LocalizedKey& key) { return key.value.value_or(withArguments(key.key, key.arguments)); }
 
+std::string asWritten(const TextNode& text) {
+  if (const auto* verbatim = std::get_if<Verbatim>(&text.content)) return verbatim->text;
+  return asWritten(std::get<LocalizedKey>(text.content));
+}
+
 }  // namespace protocol

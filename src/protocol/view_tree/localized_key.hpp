@@ -24,4 +24,7 @@ std::optional<std::string_view> wordingOf(std::string_view key, std::string_view
 /// What a host shows if it does not know the key: the sender's own text, else the key with its arguments.
 std::string asWritten(const LocalizedKey& key);
 
+/// The text of a node: verbatim, or its key as written.
+std::string asWritten(const TextNode& text);
+
 }  // namespace protocol

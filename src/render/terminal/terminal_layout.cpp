@@ -51,11 +51,6 @@ std::vector<int> gapsOf(const Box& row) {
   return gaps;
 }
 
-std::string textOf(const protocol::TextNode& text) {
-  if (const auto* key = std::get_if<protocol::LocalizedKey>(&text.content)) return protocol::asWritten(*key);
-  return std::get<protocol::Verbatim>(text.content).text;
-}
-
 /// The leading text of a row if its digits are to line up with those of other rows, such as a time or a number.
 Box* leadingFigure(Box& row) {
   const auto* stacked = stack<protocol::HStackNode>(row);
@@ -105,7 +100,7 @@ Box measuredAt(const protocol::Node& node, Capsules capsules, int depth) {
       box.headline |= child.headline;
     }
   } else if (const auto* text = std::get_if<protocol::TextNode>(&node.kind)) {
-    box.text = shown(textOf(*text));
+    box.text = shown(protocol::asWritten(*text));
     box.ideal = box.text.width;
     box.headline = text->font == protocol::TextStyle::headline;
   } else if (const auto* spacer = std::get_if<protocol::SpacerNode>(&node.kind)) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "protocol/view_tree/localized_key.hpp"
 #include "render/type/type_style.hpp"
 #include "render/type/visible_text.hpp"
 
@@ -28,11 +29,6 @@ OwnedFontDescription describe(const TypeStyle& style) {
   pango_font_description_set_absolute_size(description.get(), style.size * PANGO_SCALE);
   pango_font_description_set_weight(description.get(), static_cast<PangoWeight>(style.weight));
   return description;
-}
-
-const std::string& contentOf(const TextNode& text) {
-  if (const auto* verbatim = std::get_if<protocol::Verbatim>(&text.content)) return verbatim->text;
-  return std::get<protocol::LocalizedKey>(text.content).key;
 }
 
 TextExtent extentOf(PangoLayout* layout) {
@@ -87,7 +83,7 @@ Typesetter::Shaped& Typesetter::shaped(const TextNode& text) {
   if (entry.layout != nullptr) return entry;
   entry.layout.reset(pango_layout_new(context_.get()));
   auto* layout = entry.layout.get();
-  const auto visible = visibleText(contentOf(text), text.lineLimit.value_or(unlimitedLines));
+  const auto visible = visibleText(protocol::asWritten(text), text.lineLimit.value_or(unlimitedLines));
   pango_layout_set_text(layout, visible.data(), static_cast<int>(visible.size()));
   pango_layout_set_font_description(layout, describe(typeStyle(text)).get());
   pango_layout_set_wrap(layout, PANGO_WRAP_WORD_CHAR);

@@ -18,6 +18,8 @@ TEST(LocalizedKey, HasWordingsInThreeLanguages) {
 TEST(LocalizedKey, ShowsTheSendersTextWhereThereIsOne) {
   EXPECT_EQ(asWritten({"new key %lld", {3}, "three of the new"}), "three of the new");
   EXPECT_EQ(asWritten({"new key %lld", {3}, std::nullopt}), "new key 3");
+  EXPECT_EQ(asWritten(TextNode{.content = LocalizedKey{"new key %lld", {3}, std::nullopt}}), "new key 3");
+  EXPECT_EQ(asWritten(TextNode{.content = Verbatim{"%lld as it stands"}}), "%lld as it stands");
 }
 
 TEST(LocalizedKey, TakesItsArgumentsInOrder) {

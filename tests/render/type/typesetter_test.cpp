@@ -36,6 +36,14 @@ std::string fontOf(Typesetter& setter, const Node& node) {
   return name.get();
 }
 
+TEST(Typesetter, ShowsAKeyThatWasNotReplacedWithItsArguments) {
+  const Node without = Text(LocalizedKey{"%lld do decyzji", {3}, std::nullopt});
+  const Node with = Text(LocalizedKey{"%lld do decyzji", {3}, "Spręsti: 3"});
+  auto setter = typesetter();
+  EXPECT_EQ(setter.visible(textOf(without)), "3 do decyzji");
+  EXPECT_EQ(setter.visible(textOf(with)), "Spręsti: 3");
+}
+
 TEST(Typesetter, StylesComeInTheirOwnSizesAndRealWeights) {
   auto setter = typesetter();
   const struct {
