@@ -88,12 +88,12 @@ Palette palette(Appearance appearance, const std::optional<Colour>& accent) {
 Palette palette(Appearance appearance, const std::optional<Colour>& accent, Backdrop backdrop) {
   if (backdrop == Backdrop::solid) return palette(appearance, accent);
   Palette colours = palette(appearance);
-  const bool dark = appearance == Appearance::dark;
   constexpr double shade = 0.75;
   colours.background.opacity = shade;
-  // Of all that can be behind the shade, this is nearest to the texts.
-  const Colour worst = blended(colours.background, dark ? white : black);
-  const Colour end = dark ? white : black;
+  // The backdrop with the least contrast to the texts: black behind a light board, white behind a dark one. It is
+  // also the colour that the texts are moved towards.
+  const Colour end = appearance == Appearance::dark ? white : black;
+  const Colour worst = blended(colours.background, end);
   for (Colour* text : {&colours.primary, &colours.secondary, &colours.tertiary, &colours.redRole}) {
     *text = movedUntil(*text, end, [&](const Colour& moved) { return contrast(moved, worst) >= leastContrast; });
   }

@@ -10,8 +10,8 @@
 
 namespace render {
 
-/// The widest boards in columns: for the small family, and for the others. A wider board would only put more space
-/// between a row's title and its badge.
+/// The widest boards in columns: `smallBoard` for the small family, `wideBoard` for the others. A wider board would
+/// only add blanks between the header's word and its badge.
 inline constexpr int wideBoard = 60;
 inline constexpr int smallBoard = 34;
 

@@ -9,7 +9,7 @@ namespace {
 
 using protocol::ForegroundStyle;
 
-/// SGR parameters (ECMA-48) for an ink; empty for plain text. The greys and the blue have a contrast of about 4 or more
+/// SGR parameters (ECMA-48) for an ink; empty for plain text. The grey and the blue have a contrast of about 4 or more
 /// both on black and on white.
 std::string parametersOf(const Ink& ink) {
   std::string parameters;

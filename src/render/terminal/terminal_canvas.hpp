@@ -33,7 +33,7 @@ class Canvas {
   /// ignored, so lines always keep their width.
   void put(int x, int y, std::string text, int width, const Ink& ink);
 
-  /// Fills a rectangle behind the text that is put there with the same fill.
+  /// Fills a rectangle. Text that is put on it must have the same fill in its ink.
   void fill(int x, int y, int width, int height, protocol::ForegroundStyle style);
 
   /// All rows, each ended by '\n'.
