@@ -40,7 +40,8 @@ Desktop::Desktop(Parts parts, host::ExtensionSettings extension)
               [this](protocol::WidgetFamily family) { return sizeOf(family); }),
       firstWidgetWanted_(places_.empty() && (parts_.placements.firstStart || parts_.placements.notice)),
       boards_(language_),
-      keyboard_(parts_.way, windows_, places_),
+      keyboard_(
+          parts_.way, windows_, [this] { return allWindows(); }, places_),
       gallery_(texts_, {.add = [this](protocol::WidgetFamily family) { add(family); },
                         .undoRemoval = [this] { undoRemoval(); },
                         .closed = [this] { galleryClosed(); }}),
@@ -82,8 +83,8 @@ void Desktop::monitorsChanged() {
   for (const auto& [monitor, handle] : monitors_) {
     const auto& [identity, area, primary] = monitor;
     parts_.journal.sayIfVerbose(absl::StrCat("monitor ", identity.make, " ", identity.model, " ", identity.serial,
-                                             " at ", identity.connector, ": ", area.width, "x", area.height, "+",
-                                             area.x, "+", area.y));
+                                              " at ", identity.connector, ": ", area.width, "x", area.height, "+",
+                                              area.x, "+", area.y));
     values.push_back(monitor);
   }
   places_.setMonitors(std::move(values));
@@ -168,7 +169,7 @@ void Desktop::heard(const host::ReloadPlanned& planned) {
   reloadsChanged();
 }
 
-/// Also where nothing has changed: the lines name a date once their day is over.
+/// Called with each report of the feed, since the lines have to show a date once their day is over.
 void Desktop::reloadsChanged() {
   const std::string tooltip = reloadTooltip(texts_, reloads_, absl::Now());
   for (const auto& [id, window] : windows_) {
@@ -181,9 +182,7 @@ void Desktop::heard(const host::ExtensionFailure& failure) {
 }
 
 void Desktop::keepAboveShownDesktop(bool shown) {
-  for (const auto& [id, window] : windows_) {
-    if (window) window->keepAboveShownDesktop(shown);
-  }
+  for (auto* const window : allWindows()) window->keepAboveShownDesktop(shown);
 }
 
 void Desktop::setLook(const BoardLook& look) {
@@ -309,6 +308,19 @@ void Desktop::destroyLater(std::unique_ptr<BoardWindow> window) {
   if (!window) return;
   window->hide();
   MainLoop::postWhenIdle([doomed = std::shared_ptr<BoardWindow>(std::move(window))] {});
+  // It is destroyed before it could report that it has lost the focus.
+  keyboard_.activeChanged();
+}
+
+std::vector<BoardWindow*> Desktop::allWindows() const {
+  std::vector<BoardWindow*> all;
+  for (const auto& [id, window] : windows_) {
+    if (window) all.push_back(window.get());
+  }
+  for (const auto& removed : removed_) {
+    if (removed.window) all.push_back(removed.window.get());
+  }
+  return all;
 }
 
 void Desktop::placesChanged() {
@@ -338,7 +350,13 @@ void Desktop::reload() {
   feed_.post([](host::Feed& feed) { feed.reload(); });
 }
 
+void Desktop::open(std::uint32_t time) {
+  keyboard_.makeWay();
+  parts_.opening.open(widget_.opens, time);
+}
+
 void Desktop::openGallery() {
+  keyboard_.makeWay();
   parts_.journal.sayIfVerbose("the gallery opens");
   if (!gallery_.isOpen()) {
     feed_.post([this](host::Feed& feed) {
@@ -353,7 +371,6 @@ void Desktop::focusBoards() {
 }
 
 void Desktop::galleryClosed() {
-  // That was the last window.
   if (places_.empty() && removed_.empty() && !firstWidgetWanted_) quit();
 }
 

@@ -12,10 +12,10 @@
 #include "desktop/placement/widget_places.hpp"
 #include "desktop/program/boards.hpp"
 #include "desktop/program/gallery.hpp"
-#include "desktop/program/journal.hpp"
 #include "desktop/program/keyboard_focus.hpp"
 #include "desktop/program/login_start.hpp"
 #include "desktop/program/main_loop.hpp"
+#include "desktop/program/journal.hpp"
 #include "desktop/program/opening.hpp"
 #include "desktop/windows/board_commands.hpp"
 #include "desktop/windows/board_window.hpp"
@@ -43,7 +43,7 @@ class Desktop final : public BoardCommands {
   /// Shows the placed widgets. The first start places a medium one.
   void begin();
 
-  /// What the desktop asks for. The person's settings go before it.
+  /// The look that the desktop's settings ask for. The person's own settings override it.
   void setLook(const BoardLook& look);
   /// For a compositor whose "show desktop" covers the bottom layer.
   void keepAboveShownDesktop(bool shown);
@@ -61,7 +61,7 @@ class Desktop final : public BoardCommands {
   void resize(int id, protocol::WidgetFamily family) override;
   void remove(int id) override;
   void undoRemoval() override;
-  void open(std::uint32_t time) override { parts_.opening.open(widget_.opens, time); }
+  void open(std::uint32_t time) override;
   void reload() override;
   void zoom(int id, int percent) override;
   void choose(const DesktopSettings& settings) override;
@@ -82,6 +82,7 @@ class Desktop final : public BoardCommands {
 
   Size sizeOf(protocol::WidgetFamily family) const;
   void add(protocol::WidgetFamily family);
+  /// Without a board, an undo button or the gallery, nobody could use the program.
   void galleryClosed();
   void reloadsChanged();
   void applyLook();
@@ -95,7 +96,9 @@ class Desktop final : public BoardCommands {
   void feedFamilies();
   void undo(int removal);
   void finish(int removal);
-  static void destroyLater(std::unique_ptr<BoardWindow> window);
+  void destroyLater(std::unique_ptr<BoardWindow> window);
+  /// Also those of the removed copies that can still be brought back.
+  std::vector<BoardWindow*> allWindows() const;
 
   /// A copy that can still be brought back. It is no longer among the places, so a program that ends has removed it.
   struct Removed {
@@ -120,8 +123,8 @@ class Desktop final : public BoardCommands {
   std::optional<MonitorChanges> monitorChanges_;
   bool monitorsPending_ = false;
   KeyboardFocus::Windows windows_;
-  KeyboardFocus keyboard_;
   std::vector<Removed> removed_;
+  KeyboardFocus keyboard_;
   int removals_ = 0;
   Gallery gallery_;
   std::vector<protocol::WidgetFamily> fedFamilies_;  ///< the sizes that the feed was last asked for

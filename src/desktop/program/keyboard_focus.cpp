@@ -1,7 +1,6 @@
 #include "desktop/program/keyboard_focus.hpp"
 
 #include <algorithm>
-#include <utility>
 
 #include "desktop/program/main_loop.hpp"
 
@@ -17,12 +16,13 @@ bool KeyboardFocus::begin() {
 
 void KeyboardFocus::next(int id, Turn turn) {
   const auto order = places_.readingOrder();
-  const auto found = std::ranges::find(order, id);
-  if (found == order.end()) return;
-  const auto count = order.size();
-  const auto index = static_cast<std::size_t>(found - order.begin());
+  if (order.empty()) return;
   // A board that was only clicked is at the bottom, and the next one may be covered.
   bringToFront();
+  const auto found = std::ranges::find(order, id);
+  if (found == order.end()) return focus(order.front());
+  const auto count = order.size();
+  const auto index = static_cast<std::size_t>(found - order.begin());
   focus(order[(index + (turn == Turn::forward ? 1 : count - 1)) % count]);
 }
 
@@ -30,9 +30,13 @@ void KeyboardFocus::end() {
   if (!inFront_) return;
   sendBack();
   if (previous_.restore(gtk_get_current_event_time())) return;
-  for (const auto& [id, window] : windows_) {
-    if (window && window->isActive()) window->giveUpKeyboard();
+  for (auto* const window : allWindows_()) {
+    if (window->isActive()) window->giveUpKeyboard();
   }
+}
+
+void KeyboardFocus::makeWay() {
+  if (inFront_) sendBack();
 }
 
 void KeyboardFocus::activeChanged() {
@@ -49,34 +53,33 @@ void KeyboardFocus::activeChanged() {
 
 void KeyboardFocus::bringToFront() {
   if (inFront_) return;
-  if (!anyIsActive()) previous_.remember();
-  inFront_ = true;
-  for (const auto& [id, window] : windows_) {
-    if (window) window->bringToFront();
+  // A board that was clicked is active: the window that was remembered before may have been left long ago.
+  if (anyIsActive()) {
+    previous_.forget();
+  } else {
+    previous_.remember();
   }
+  inFront_ = true;
+  for (auto* const window : allWindows_()) window->bringToFront();
 }
 
 void KeyboardFocus::sendBack() {
   inFront_ = false;
   awaited_ = false;
-  focused_.reset();
-  for (const auto& [id, window] : windows_) {
-    if (window) window->sendBack();
-  }
+  for (auto* const window : allWindows_()) window->sendBack();
 }
 
 void KeyboardFocus::focus(int id) {
-  const auto window = windows_.find(id);
-  if (window == windows_.end() || !window->second) return;
-  const auto before = std::exchange(focused_, id);
-  awaited_ = !window->second->isActive();
-  window->second->focus();
-  if (!before || *before == id) return;
-  if (const auto last = windows_.find(*before); last != windows_.end() && last->second) last->second->releaseFocus();
+  const auto found = windows_.find(id);
+  if (found == windows_.end() || !found->second) return;
+  BoardWindow& focused = *found->second;
+  awaited_ = !focused.isActive();
+  focused.focus();
+  for (auto* const window : allWindows_()) {
+    if (window != &focused) window->releaseFocus();
+  }
 }
 
-bool KeyboardFocus::anyIsActive() const {
-  return std::ranges::any_of(windows_, [](const auto& each) { return each.second && each.second->isActive(); });
-}
+bool KeyboardFocus::anyIsActive() const { return std::ranges::any_of(allWindows_(), &BoardWindow::isActive); }
 
 }  // namespace desktop

@@ -1,9 +1,11 @@
 // The use of boards by keyboard alone: they come to the front, Tab goes from one to the next, Escape sends them back.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
-#include <optional>
+#include <utility>
+#include <vector>
 
 #include "desktop/placement/widget_places.hpp"
 #include "desktop/windows/board_commands.hpp"
@@ -16,16 +18,22 @@ class KeyboardFocus {
  public:
   using Windows = std::map<int, std::unique_ptr<BoardWindow>>;
 
-  KeyboardFocus(DisplayWay way, const Windows& windows, const WidgetPlaces& places)
-      : windows_(windows), places_(places), previous_(way) {}
+  /// `windows` are those of the placed copies, by id. `allWindows` also returns those of removed copies that can still
+  /// be brought back: they come to the front and go back with the others.
+  KeyboardFocus(DisplayWay way, const Windows& windows, std::function<std::vector<BoardWindow*>()> allWindows,
+                const WidgetPlaces& places)
+      : windows_(windows), allWindows_(std::move(allWindows)), places_(places), previous_(way) {}
 
   /// Brings all boards to the front and focuses the first one in reading order. False if there is no board.
   bool begin();
+  /// Focuses the board after or before this one in reading order. The first one comes after a removed board.
   void next(int id, Turn turn);
   /// Sends the boards back and activates the window that was active before.
   void end();
-  /// To be called when a board has gained or lost the focus. Once a window of another program has it, the boards go
-  /// back.
+  /// Sends the boards back, and with them the keyboard, for a window that is about to open.
+  void makeWay();
+  /// To be called when a board has gained or lost the focus, or a window with the focus was destroyed. Once a window of
+  /// another program has it, the boards go back.
   void activeChanged();
 
  private:
@@ -35,11 +43,11 @@ class KeyboardFocus {
   bool anyIsActive() const;
 
   const Windows& windows_;
+  std::function<std::vector<BoardWindow*>()> allWindows_;
   const WidgetPlaces& places_;
   PreviousFocus previous_;
   bool inFront_ = false;
-  std::optional<int> focused_;  ///< the board that was given the focus last
-  bool awaited_ = false;        ///< it has not got the focus yet
+  bool awaited_ = false;  ///< the board that was given the focus last has not got it yet
 };
 
 }  // namespace desktop

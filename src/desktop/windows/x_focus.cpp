@@ -44,8 +44,8 @@ void focusOnX(GdkWindow* window, guint32 time) {
   request.xclient.window = gdk_x11_window_get_xid(window);
   request.xclient.message_type = gdk_x11_get_xatom_by_name("_NET_ACTIVE_WINDOW");
   request.xclient.format = 32;
-  constexpr long byThePerson = 2;
-  request.xclient.data.l[0] = byThePerson;
+  constexpr long pager = 2;
+  request.xclient.data.l[0] = pager;
   request.xclient.data.l[1] = static_cast<long>(time);
   gdk_window_raise(window);
   XSendEvent(gdk_x11_get_default_xdisplay(), gdk_x11_get_default_root_xwindow(), False,
@@ -63,7 +63,9 @@ bool PreviousFocus::restore(guint32 time) {
   // None if it has been closed.
   const OwnedObject<GdkWindow> known(gdk_x11_window_foreign_new_for_display(display, window));
   if (!known) return false;
+  gdk_x11_display_error_trap_push(display);  // it may be closed meanwhile
   focusOnX(known.get(), time);
+  gdk_x11_display_error_trap_pop_ignored(display);
   return true;
 }
 

@@ -7,8 +7,8 @@
 
 namespace desktop {
 
-/// Raises the window and gives it the focus. Window managers refuse requests of applications soon after a key press in
-/// another window, so this is a direct request of the person, as those of pagers are. `time` is the server's.
+/// Raises the window and gives it the focus. Window managers may refuse an application's request soon after a key press
+/// in another window, so the request names a pager as its source (EWMH, source indication 2). `time` is the server's.
 void focusOnX(GdkWindow* window, guint32 time);
 
 /// The window that had the focus before the boards took it. Does nothing on Wayland, where compositors give the focus
@@ -18,6 +18,7 @@ class PreviousFocus {
   explicit PreviousFocus(DisplayWay way) : way_(way) {}
 
   void remember();
+  void forget() { window_ = 0; }
   /// Focuses the remembered window and forgets it. False if there was none. `time` is that of the event that caused it.
   bool restore(guint32 time);
 

@@ -25,6 +25,24 @@ class InputOnWayland : public OnSway {
       desktop().input().moveTo(point);
     }
   }
+  /// Two widgets that a second start with --focus has brought to the front. The small one is the first and has the
+  /// keyboard.
+  void startInFront() {
+    place(display(), {keptMedium, keptSmall});
+    start();
+    ASSERT_TRUE(host().says("a new timeline is shown")) << host().said();
+    settings_.arguments = {"desktop", "--focus"};
+    startAgain();
+    ASSERT_TRUE(hasRing(small.place)) << host().said();
+  }
+  /// Whether a board comes to have a focus ring, which is blue, two points within the edge.
+  bool hasRing(ScreenPoint board) {
+    return eventually([&] {
+      const auto pixel =
+          desktop().screenshot().at(static_cast<unsigned>(board.x + 2), static_cast<unsigned>(board.y + 75));
+      return pixel.blue > pixel.red + 60;
+    });
+  }
   bool galleryIsOpen() { return !desktop().windowsOf(host().id()).empty(); }
 
   const ShownBoard medium{"medium", {200, 300}};
@@ -154,14 +172,6 @@ TEST_F(InputOnWayland, FocusBringsTheBoardsToTheFrontTabGoesRoundAndEscapeSendsT
     for (const auto& board : boards) paint(expected, exported(board.family), board.place);
     return comesToShowWithAFocusRing(expected, name);
   };
-  // The ring is blue, two points within the edge.
-  const auto hasRing = [&](ScreenPoint board) {
-    return eventually([&] {
-      const auto pixel =
-          desktop().screenshot().at(static_cast<unsigned>(board.x + 2), static_cast<unsigned>(board.y + 75));
-      return pixel.blue > pixel.red + 60;
-    });
-  };
   EXPECT_TRUE(inFront({medium, small}, "in-front")) << host().said();
   // An arrow key shows which board has the focus. The small one is the first in reading order.
   EXPECT_TRUE(hasRing(small.place));
@@ -177,6 +187,28 @@ TEST_F(InputOnWayland, FocusBringsTheBoardsToTheFrontTabGoesRoundAndEscapeSendsT
   EXPECT_TRUE(inFront({{"medium", {180, 300}}, small}, "first-moved-back"));
   press(keys::escape);
   EXPECT_TRUE(comesToShow(covered, "covered-again"));
+  press(keys::f5);
+  EXPECT_EQ(window.firstLine(), "key F5");
+}
+
+TEST_F(InputOnWayland, GalleryGetsTheKeyboardOfABoardInFront) {
+  startInFront();
+  press(keys::insert);
+  ASSERT_TRUE(eventually([this] { return galleryIsOpen(); })) << host().said();
+  // Enter adds the focused preview's widget.
+  press(keys::enter);
+  EXPECT_TRUE(eventually([this] { return !kept(2).is_null(); })) << host().said();
+}
+
+TEST_F(InputOnWayland, EscapeFromARemovedBoardInFrontGivesTheKeyboardBack) {
+  auto window = sampleWindow(display(), {"Red", "#ff0000"});
+  startInFront();
+  press(keys::deletion);
+  ASSERT_TRUE(eventually([this] { return kept(1).is_null(); })) << kept(1);
+  press(keys::escape);
+  auto covered = screenWith({});
+  std::ranges::fill(covered.pixels, support::Pixel{255, 0, 0, 255});
+  EXPECT_TRUE(comesToShow(covered, "covered-after-removal"));
   press(keys::f5);
   EXPECT_EQ(window.firstLine(), "key F5");
 }

@@ -35,6 +35,14 @@ class KeyboardOnX11 : public OnX11 {
     const auto centre = area.centre();
     return desktop().screenshot().at(static_cast<unsigned>(centre.x), static_cast<unsigned>(centre.y));
   }
+  /// Removes the first board, which was just focused.
+  void removeTheFirst() {
+    ASSERT_TRUE(focusComesTo(small));
+    desktop().input().key(keys::deletion);
+    ASSERT_TRUE(boardsAre({medium}));
+    ASSERT_TRUE(eventually([this] { return undoWindow().has_value(); }));
+  }
+  std::optional<support::XWindow> undoWindow() { return windowTitled("Cofnij usunięcie"); }
   bool boardsAreCovered() {
     return eventually([this] { return middleOf(medium) == red && middleOf(small) == red; });
   }
@@ -93,6 +101,40 @@ TEST_F(KeyboardOnX11, BoardsGoBackWhenAnotherWindowGetsTheFocus) {
   EXPECT_TRUE(focusComesTo(small));
   desktop().input().click({100, 100});
   EXPECT_TRUE(boardsAreCovered());
+}
+
+TEST_F(KeyboardOnX11, EscapeFromARemovedBoardSendsItBackWithTheOthers) {
+  startBelowAWindow();
+  startAgainWithFocus();
+  removeTheFirst();
+  desktop().input().key(keys::escape);
+  EXPECT_TRUE(boardsAreCovered()) << host().said();
+  startAgainWithFocus();
+  EXPECT_TRUE(boardsAreInFront()) << host().said();
+}
+
+TEST_F(KeyboardOnX11, TabFromARemovedBoardFocusesTheFirstOfTheOthers) {
+  startBelowAWindow();
+  startAgainWithFocus();
+  removeTheFirst();
+  desktop().input().key(keys::tab);
+  EXPECT_TRUE(focusComesTo(medium));
+}
+
+TEST_F(KeyboardOnX11, RemovedBoardGoesBackWithTheOthersWhenAnotherWindowGetsTheFocus) {
+  startBelowAWindow();
+  startAgainWithFocus();
+  removeTheFirst();
+  desktop().input().click({100, 100});
+  EXPECT_TRUE(boardsAreCovered()) << host().said();
+}
+
+TEST_F(KeyboardOnX11, BoardsGoBackWhenTheFocusedRemovedBoardIsGoneForGood) {
+  startBelowAWindow();
+  startAgainWithFocus();
+  removeTheFirst();
+  EXPECT_TRUE(eventually([this] { return !undoWindow(); }));
+  EXPECT_TRUE(boardsAreCovered()) << host().said();
 }
 
 TEST_F(KeyboardOnX11, StartWithFocusFocusesTheFirstBoard) {
