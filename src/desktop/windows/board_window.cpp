@@ -1,7 +1,6 @@
 #include "desktop/windows/board_window.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <iterator>
 #include <utility>
@@ -54,10 +53,31 @@ bool pointerIsPressed() {
   return (static_cast<unsigned>(state) & buttons) != 0;
 }
 
-/// Whether the key moves, resizes or removes a board, which a locked one does not obey.
+/// The size that the key gives a board.
+std::optional<protocol::WidgetFamily> familyOf(guint key) {
+  switch (key) {
+    case GDK_KEY_1:
+    case GDK_KEY_KP_1:
+      return protocol::WidgetFamily::systemSmall;
+    case GDK_KEY_2:
+    case GDK_KEY_KP_2:
+      return protocol::WidgetFamily::systemMedium;
+    case GDK_KEY_3:
+    case GDK_KEY_KP_3:
+      return protocol::WidgetFamily::systemLarge;
+    default:
+      return std::nullopt;
+  }
+}
+
+/// Whether the key moves, resizes or removes a board. A locked board ignores such keys.
 bool changesPlaces(guint key) {
-  constexpr std::array others{GDK_KEY_Delete, GDK_KEY_KP_Delete, GDK_KEY_1, GDK_KEY_2, GDK_KEY_3};
-  return directionOf(key).has_value() || std::ranges::find(others, static_cast<int>(key)) != others.end();
+  return directionOf(key) || familyOf(key) || key == GDK_KEY_Delete || key == GDK_KEY_KP_Delete;
+}
+
+/// Most keyboards need Shift for the plus.
+bool isControl(guint modifiers, guint key) {
+  return modifiers == GDK_CONTROL_MASK || (modifiers == (GDK_CONTROL_MASK | GDK_SHIFT_MASK) && key == GDK_KEY_plus);
 }
 
 }  // namespace
@@ -312,31 +332,36 @@ void BoardWindow::forgetMove() {
 }
 
 gboolean BoardWindow::keyPressed(GdkEventKey* event) {
-  if (undoButton_ != nullptr && event->keyval != GDK_KEY_z) return FALSE;
+  const guint key = gdk_keyval_to_lower(event->keyval);  // Caps Lock may be on
   const guint modifiers = event->state & static_cast<guint>(gtk_accelerator_get_default_mod_mask());
-  if (drag_ && event->keyval == GDK_KEY_Escape) {
+  if (drag_ && key == GDK_KEY_Escape) {
     endDrag();
     surface_.place(place_);
     return TRUE;
   }
-  if (const auto turn = turnOf(event->keyval, modifiers)) {
+  if (const auto turn = turnOf(key, modifiers)) {
     commands_.focusNext(id_, *turn);
     return TRUE;
   }
-  if (modifiers == GDK_CONTROL_MASK) return controlKeyPressed(event->keyval);
-  if (modifiers != 0 || (commands_.locked() && changesPlaces(event->keyval))) return FALSE;
-  if (const auto direction = directionOf(event->keyval)) {
+  // Other keys are the undo button's.
+  if (undoButton_ != nullptr && key != GDK_KEY_z && key != GDK_KEY_Escape) return FALSE;
+  if (isControl(modifiers, key)) return controlKeyPressed(key);
+  if (modifiers != 0 || (commands_.locked() && changesPlaces(key))) return FALSE;
+  if (const auto direction = directionOf(key)) {
     commands_.step(id_, *direction);
     return TRUE;
   }
-  switch (event->keyval) {
+  if (const auto family = familyOf(key)) {
+    commands_.resize(id_, *family);
+    return TRUE;
+  }
+  switch (key) {
     case GDK_KEY_Delete:
     case GDK_KEY_KP_Delete:
       commands_.remove(id_);
       return TRUE;
     case GDK_KEY_Insert:
-    case GDK_KEY_plus:
-    case GDK_KEY_KP_Add:
+    case GDK_KEY_KP_Insert:
       commands_.openGallery();
       return TRUE;
     case GDK_KEY_Return:
@@ -350,15 +375,6 @@ gboolean BoardWindow::keyPressed(GdkEventKey* event) {
       return TRUE;
     case GDK_KEY_F5:
       commands_.reload();
-      return TRUE;
-    case GDK_KEY_1:
-      commands_.resize(id_, protocol::WidgetFamily::systemSmall);
-      return TRUE;
-    case GDK_KEY_2:
-      commands_.resize(id_, protocol::WidgetFamily::systemMedium);
-      return TRUE;
-    case GDK_KEY_3:
-      commands_.resize(id_, protocol::WidgetFamily::systemLarge);
       return TRUE;
     default:
       return FALSE;

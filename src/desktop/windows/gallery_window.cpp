@@ -13,7 +13,7 @@ namespace {
 constexpr int margin = 16;
 constexpr int spacing = 12;
 
-/// Flat tiles in any theme. Previews are round themselves, so that a tile is a little more so.
+/// Flat tiles in any theme. A tile's corners are slightly rounder than those of the preview within it.
 constexpr const char* tileStyle = R"(
 .vamba-tile { padding: 6px; border: 2px solid transparent; border-radius: 14px; outline-width: 0;
               background: none; box-shadow: none; }
@@ -21,6 +21,8 @@ constexpr const char* tileStyle = R"(
 .vamba-tile:active { background: alpha(currentColor, 0.18); }
 .vamba-tile:focus { border-color: @theme_selected_bg_color; }
 )";
+
+constexpr int tileFrame = 2 * (6 + 2);  // padding and border of tileStyle
 
 /// Once for the program.
 void useTileStyle() {
@@ -67,7 +69,7 @@ void add(GtkWidget* box, GtkWidget* child) { gtk_box_pack_start(GTK_BOX(box), ch
 GalleryWindow::GalleryWindow(const Texts& texts, Actions actions)
     : texts_(texts), actions_(std::move(actions)), window_(gtk_window_new(GTK_WINDOW_TOPLEVEL)) {
   gtk_window_set_title(GTK_WINDOW(window_), texts.galleryTitle);
-  gtk_window_set_icon_name(GTK_WINDOW(window_), "vamba");
+  gtk_window_set_icon_name(GTK_WINDOW(window_), "pl.ferol.vamba.Desktop");
   gtk_window_set_resizable(GTK_WINDOW(window_), FALSE);
   gtk_window_set_position(GTK_WINDOW(window_), GTK_WIN_POS_CENTER);
   connect<&GalleryWindow::keyPressed>(window_, "key-press-event", this);
@@ -160,8 +162,9 @@ void GalleryWindow::fit() {
     across += size.width;
     down = std::max(down, size.height);
   }
-  // A heading that is wider than the tiles makes the window no wider than they do.
-  const double tilesAside = 2 * margin + (spacing + 16) * static_cast<double>(previews_.size());
+  // The heading is above the previews and does not limit their width. Only the margins, gaps and frames of the tiles
+  // do.
+  const double tilesAside = 2 * margin + (spacing + tileFrame) * static_cast<double>(previews_.size());
   constexpr double usual = 0.75;
   constexpr double smallest = 0.25;
   resizePreviews(
@@ -205,7 +208,7 @@ void GalleryWindow::present() {
 
 gboolean GalleryWindow::keyPressed(GdkEventKey* event) {
   const guint modifiers = event->state & static_cast<guint>(gtk_accelerator_get_default_mod_mask());
-  if (event->keyval == GDK_KEY_z && modifiers == GDK_CONTROL_MASK) {
+  if (gdk_keyval_to_lower(event->keyval) == GDK_KEY_z && modifiers == GDK_CONTROL_MASK) {
     actions_.undoRemoval();
     return TRUE;
   }

@@ -28,10 +28,13 @@ inline constexpr std::uint32_t right = 0xff53;
 inline constexpr std::uint32_t down = 0xff54;
 inline constexpr std::uint32_t insert = 0xff63;
 inline constexpr std::uint32_t menu = 0xff67;
+inline constexpr std::uint32_t numLock = 0xff7f;
+inline constexpr std::uint32_t keypadEnd = 0xff9c;  // 1 with Num Lock
 inline constexpr std::uint32_t f5 = 0xffc2;
 inline constexpr std::uint32_t f10 = 0xffc7;
 inline constexpr std::uint32_t shift = 0xffe1;
 inline constexpr std::uint32_t control = 0xffe3;
+inline constexpr std::uint32_t capsLock = 0xffe5;
 inline constexpr std::uint32_t deletion = 0xffff;
 }  // namespace keys
 

@@ -80,6 +80,23 @@ TEST_F(MenuOnX11, ZoomIsThePersonsForEachWidgetAndStays) {
   EXPECT_TRUE(boardsAre({{200, 300 + mediumHeight - 256, 384, 256}})) << "80 % is the smallest";
 }
 
+TEST_F(MenuOnX11, KeysWorkWithShiftForThePlusWithCapsLockAndOnTheKeypad) {
+  startWithKeyboard();
+  press('=', {keys::control, keys::shift});
+  EXPECT_TRUE(boardsAre({zoomed}));
+  press('0', {keys::control});
+  EXPECT_TRUE(boardsAre({board}));
+  press(keys::capsLock);
+  press('l', {keys::control});
+  EXPECT_TRUE(comesToBeKept("locked", true));
+  press('l', {keys::control});
+  EXPECT_TRUE(comesToBeKept("locked", false));
+  press(keys::numLock);
+  press(keys::keypadEnd);
+  EXPECT_TRUE(eventually([this] { return placedWidget(display(), 0)["family"] == "systemSmall"; }))
+      << placements(display());
+}
+
 TEST_F(MenuOnX11, LockedWidgetsCanNeitherBeDraggedNorMovedOrRemovedByKeysAlsoAfterARestart) {
   startWithKeyboard();
   press('l', {keys::control});
