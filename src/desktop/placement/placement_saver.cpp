@@ -20,10 +20,12 @@ PlacementSaver::~PlacementSaver() {
   changed_.notify_one();
 }
 
-void PlacementSaver::save(DesktopState state) {
+void PlacementSaver::save(const DesktopState& state) {
   {
     const std::scoped_lock lock(mutex_);
-    unsaved_ = std::move(state);
+    if (wanted_ == state) return;
+    wanted_ = state;
+    unsaved_ = true;
     due_ = std::chrono::steady_clock::now() + rest;
   }
   changed_.notify_one();
@@ -35,10 +37,13 @@ void PlacementSaver::run() {
     changed_.wait(lock, [this] { return ending_ || unsaved_; });
     // Each further change moves the due time.
     while (!ending_ && std::chrono::steady_clock::now() < due_) changed_.wait_until(lock, due_);
-    if (const auto state = std::exchange(unsaved_, std::nullopt)) {
+    if (std::exchange(unsaved_, false)) {
+      const DesktopState state = *wanted_;
       lock.unlock();
-      if (const auto saved = store_.save(*state); !saved) failed_(saved.error());
+      const auto saved = store_.save(state);
+      if (!saved) failed_(saved.error());
       lock.lock();
+      if (!saved && !unsaved_) wanted_.reset();
     } else if (ending_) {
       return;
     }

@@ -22,7 +22,8 @@ class PlacementSaver {
   PlacementSaver(const PlacementSaver&) = delete;
   PlacementSaver& operator=(const PlacementSaver&) = delete;
 
-  void save(DesktopState state);
+  /// Writes nothing if the state equals the one that was saved last or is about to be.
+  void save(const DesktopState& state);
 
  private:
   void run();
@@ -31,7 +32,8 @@ class PlacementSaver {
   std::function<void(const std::string&)> failed_;
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::optional<DesktopState> unsaved_;
+  std::optional<DesktopState> wanted_;  ///< saved or about to be; none if that has failed
+  bool unsaved_ = false;
   std::chrono::steady_clock::time_point due_;
   bool ending_ = false;
   std::jthread thread_;  // last, since it uses the other members

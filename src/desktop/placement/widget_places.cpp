@@ -90,7 +90,7 @@ std::optional<int> WidgetPlaces::restore(const Placed& placed, std::size_t posit
 
 bool WidgetPlaces::nameKind(const std::string& kind) {
   bool named = false;
-  for (const auto& placed : std::vector(all().begin(), all().end())) {
+  for (const auto& placed : all()) {
     if (!placed.kind.empty()) continue;
     placements_.setKind(placed.id, kind);
     named = true;

@@ -38,7 +38,8 @@ class WidgetPlaces {
   /// other copy.
   Point landing(int id, Point wanted, Snapping snapping) const;
 
-  // Each returns whether it changed anything. A copy that would cover another goes to the nearest free place.
+  // Each returns whether the copy could be changed. `moveTo` and `step` return true even where the copy lands at the
+  // place it had. A copy that would cover another goes to the nearest free place.
   bool add(const std::string& kind, protocol::WidgetFamily family);
   bool moveTo(int id, Point origin);
   bool step(int id, Direction direction);

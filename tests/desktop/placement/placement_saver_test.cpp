@@ -54,6 +54,33 @@ TEST_F(PlacementSaverTest, WritesNothingThatDidNotChange) {
   EXPECT_FALSE(std::filesystem::exists(file_));
 }
 
+TEST_F(PlacementSaverTest, WritesTheSameStateOnlyOnce) {
+  {
+    PlacementSaver saver{PlacementStore(file_), [](const std::string&) {}};
+    saver.save({copies(1)});
+    ASSERT_TRUE(support::eventually([&] { return std::filesystem::exists(file_); }));
+    std::filesystem::remove(file_);
+    saver.save({copies(1)});
+  }
+  EXPECT_FALSE(std::filesystem::exists(file_));
+}
+
+TEST_F(PlacementSaverTest, WritesTheSameStateAgainAfterAFailure) {
+  folder_.write("vamba", "not a folder");
+  std::atomic failures = 0;
+  {
+    PlacementSaver saver{PlacementStore(file_), [&](const std::string&) { ++failures; }};
+    saver.save({copies(1)});
+    ASSERT_TRUE(support::eventually([&] { return failures == 1; }));
+    std::filesystem::remove(folder_.path("vamba"));
+    support::eventually([&] {
+      saver.save({copies(1)});
+      return std::filesystem::exists(file_);
+    });
+  }
+  EXPECT_EQ(kept(), 1U);
+}
+
 TEST_F(PlacementSaverTest, TellsWhyItCouldNotSave) {
   folder_.write("vamba", "not a folder");
   {
