@@ -35,7 +35,7 @@ Desktop::Desktop(Parts parts, host::ExtensionSettings extension)
       language_(host::userLanguage()),
       texts_(textsFor(language_)),
       settings_(parts_.placements.settings),
-      loginStart_(parts_.journal),
+      loginStart_(parts_.messages),
       places_(std::move(parts_.placements.placements),
               [this](protocol::WidgetFamily family) { return sizeOf(family); }),
       firstWidgetWanted_(places_.empty() && (parts_.placements.firstStart || parts_.placements.notice)),
@@ -44,7 +44,7 @@ Desktop::Desktop(Parts parts, host::ExtensionSettings extension)
           parts_.way, windows_, [this] { return allWindows(); }, places_),
       gallery_(texts_, {.add = [this](protocol::WidgetFamily family) { add(family); },
                         .undoRemoval = [this] { undoRemoval(); },
-                        .closed = [this] { galleryClosed(); }}),
+                        .closed = [this] { quitIfNothingIsLeft(); }}),
       feed_(
           std::move(extension),
           [this](host::FeedNews news) {
@@ -82,7 +82,7 @@ void Desktop::monitorsChanged() {
   std::vector<Monitor> values;
   for (const auto& [monitor, handle] : monitors_) {
     const auto& [identity, area, primary] = monitor;
-    parts_.journal.sayIfVerbose(absl::StrCat("monitor ", identity.make, " ", identity.model, " ", identity.serial,
+    parts_.messages.sayIfVerbose(absl::StrCat("monitor ", identity.make, " ", identity.model, " ", identity.serial,
                                               " at ", identity.connector, ": ", area.width, "x", area.height, "+",
                                               area.x, "+", area.y));
     values.push_back(monitor);
@@ -161,7 +161,7 @@ void Desktop::heard(const host::FeedBoards& boards) {
   const bool loaded = boards.origin == host::BoardOrigin::load;
   if (loaded && boards.holds == host::BoardHolds::day) reloads_.last = absl::Now();
   reloadsChanged();
-  if (loaded) parts_.journal.sayIfVerbose("a new timeline is shown");
+  if (loaded) parts_.messages.sayIfVerbose("a new timeline is shown");
 }
 
 void Desktop::heard(const host::ReloadPlanned& planned) {
@@ -178,7 +178,7 @@ void Desktop::reloadsChanged() {
 }
 
 void Desktop::heard(const host::ExtensionFailure& failure) {
-  if (std::exchange(lastFailure_, failure.message) != failure.message) parts_.journal.say(failure.message);
+  if (std::exchange(lastFailure_, failure.message) != failure.message) parts_.messages.say(failure.message);
 }
 
 void Desktop::keepAboveShownDesktop(bool shown) {
@@ -300,7 +300,7 @@ void Desktop::finish(int removal) {
   if (found == removed_.end()) return;
   destroyLater(std::move(found->window));
   removed_.erase(found);
-  if (!gallery_.isOpen()) galleryClosed();
+  if (!gallery_.isOpen()) quitIfNothingIsLeft();
 }
 
 /// One of the window's own handlers may be running, so it is hidden now and destroyed after they have returned.
@@ -357,7 +357,7 @@ void Desktop::open(std::uint32_t time) {
 
 void Desktop::openGallery() {
   keyboard_.makeWay();
-  parts_.journal.sayIfVerbose("the gallery opens");
+  parts_.messages.sayIfVerbose("the gallery opens");
   if (!gallery_.isOpen()) {
     feed_.post([this](host::Feed& feed) {
       MainLoop::post([this, boards = feed.previews()] { gallery_.showPreviews(boards, language_, boards_.look()); });
@@ -370,7 +370,7 @@ void Desktop::focusBoards() {
   if (!keyboard_.begin()) openGallery();
 }
 
-void Desktop::galleryClosed() {
+void Desktop::quitIfNothingIsLeft() {
   if (places_.empty() && removed_.empty() && !firstWidgetWanted_) quit();
 }
 

@@ -15,7 +15,7 @@
 #include "desktop/program/keyboard_focus.hpp"
 #include "desktop/program/login_start.hpp"
 #include "desktop/program/main_loop.hpp"
-#include "desktop/program/journal.hpp"
+#include "desktop/program/messages.hpp"
 #include "desktop/program/opening.hpp"
 #include "desktop/windows/board_commands.hpp"
 #include "desktop/windows/board_window.hpp"
@@ -28,7 +28,7 @@ class Desktop final : public BoardCommands {
  public:
   struct Parts {
     MainLoop& loop;
-    const Journal& journal;
+    const Messages& messages;
     const Opening& opening;
     DisplayWay way;
     LoadedPlacements placements;
@@ -83,7 +83,7 @@ class Desktop final : public BoardCommands {
   Size sizeOf(protocol::WidgetFamily family) const;
   void add(protocol::WidgetFamily family);
   /// Without a board, an undo button or the gallery, nobody could use the program.
-  void galleryClosed();
+  void quitIfNothingIsLeft();
   void reloadsChanged();
   void applyLook();
   void monitorsSettleSoon();

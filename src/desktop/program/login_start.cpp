@@ -12,9 +12,7 @@
 namespace desktop {
 namespace {
 
-std::optional<std::filesystem::path> configFolder() {
-  return base::userConfigFolder([](const char* name) -> const char* { return std::getenv(name); });
-}
+std::optional<std::filesystem::path> configFolder() { return base::userConfigFolder(std::getenv); }
 
 }  // namespace
 
@@ -29,15 +27,15 @@ bool LoginStart::isOn() const {
 void LoginStart::set(bool on) {
   const auto folder = configFolder();
   if (!folder)
-    return journal_.say("neither XDG_CONFIG_HOME nor HOME names a folder, so the widgets can't start at login");
+    return messages_.say("neither XDG_CONFIG_HOME nor HOME names a folder, so the widgets can't start at login");
   // Waits for a change that is under way.
-  change_ = std::jthread([folder = *folder, on, &journal = journal_] {
+  change_ = std::jthread([folder = *folder, on, &messages = messages_] {
     host::Systemd systemd;
     host::Autostart autostart(folder, systemd);
     if (on) {
-      if (const auto done = autostart.on(host::hostProgram()); !done) journal.say(done.error());
+      if (const auto done = autostart.on(host::hostProgram()); !done) messages.say(done.error());
     } else {
-      if (const auto done = autostart.off(); !done) journal.say(done.error());
+      if (const auto done = autostart.off(); !done) messages.say(done.error());
     }
   });
 }

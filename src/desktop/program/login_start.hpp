@@ -3,22 +3,22 @@
 
 #include <thread>
 
-#include "desktop/program/journal.hpp"
+#include "desktop/program/messages.hpp"
 
 namespace desktop {
 
 class LoginStart {
  public:
-  explicit LoginStart(const Journal& journal) : journal_(journal) {}
+  explicit LoginStart(const Messages& messages) : messages_(messages) {}
 
   /// Off if it can't be told.
   bool isOn() const;
 
-  /// Turns it on or off, on a thread, since the service manager is asked for it. A failure is said in the journal.
+  /// Turns it on or off, on a thread, since the service manager is asked for it. A message says why that failed.
   void set(bool on);
 
  private:
-  const Journal& journal_;
+  const Messages& messages_;
   std::jthread change_;
 };
 

@@ -17,13 +17,19 @@ struct ErrorRelease {
   void operator()(GError* error) const { g_error_free(error); }
 };
 
+/// The application that opens such addresses; null if there is none.
+OwnedObject<GAppInfo> applicationFor(const std::string& address) {
+  const auto scheme = address.substr(0, address.find(':'));
+  return OwnedObject<GAppInfo>(g_app_info_get_default_for_uri_scheme(scheme.c_str()));
+}
+
 }  // namespace
 
 /// One click: its targets are tried one after the other, each asynchronously. It deletes itself at the end.
 class Opening::Attempt {
  public:
-  Attempt(const Journal& journal, std::vector<host::OpenTarget> targets, OwnedObject<GAppLaunchContext> context)
-      : journal_(journal), targets_(std::move(targets)), context_(std::move(context)) {}
+  Attempt(const Messages& messages, std::vector<host::OpenTarget> targets, OwnedObject<GAppLaunchContext> context)
+      : messages_(messages), targets_(std::move(targets)), context_(std::move(context)) {}
 
   /// The systemd unit of the widgets restricts what they may do, and a program that they start would inherit that: no
   /// browser runs so. There, the user's service manager starts it instead.
@@ -37,7 +43,7 @@ class Opening::Attempt {
       const auto& target = attempt->targets_[attempt->next_++];
       GAppLaunchContext* const context = attempt->context_.get();
       if (target.kind == host::OpenTarget::Kind::url && isRestricted()) {
-        return startByManager(std::move(attempt), nullptr, {"open", target.name});
+        return startByManager(std::move(attempt), applicationFor(target.name).get(), {"open", target.name});
       }
       if (target.kind == host::OpenTarget::Kind::url) {
         g_app_info_launch_default_for_uri_async(target.name.c_str(), context, nullptr, &Attempt::addressOpened,
@@ -58,11 +64,15 @@ class Opening::Attempt {
   }
 
  private:
-  /// `systemd-run ... gio WORD...`, which ends when the program has been started.
+  /// `systemd-run ... gio WORD...`, which ends when the program has been started. `application` gets a startup id, by
+  /// which its window may come to the front; it may be null.
   static void startByManager(std::unique_ptr<Attempt> attempt, GAppInfo* application,
                              const std::vector<std::string>& words) {
     std::vector<std::string> command{"systemd-run", "--user", "--collect", "--quiet"};
-    if (char* const id = g_app_launch_context_get_startup_notify_id(attempt->context_.get(), application, nullptr)) {
+    char* const id = application == nullptr
+                         ? nullptr
+                         : g_app_launch_context_get_startup_notify_id(attempt->context_.get(), application, nullptr);
+    if (id != nullptr) {
       for (const char* name : {"DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN"}) {
         command.push_back(std::string("--setenv=") + name + "=" + id);
       }
@@ -108,22 +118,22 @@ class Opening::Attempt {
   }
 
   void sayFailure() const {
-    if (!failures_.empty()) return journal_.say(failures_);
-    journal_.say(targets_.empty() ? "the widget does not say what a click opens"
-                                  : targets_.front().name + " is not installed, so a click opens nothing");
+    if (!failures_.empty()) return messages_.say(failures_);
+    messages_.say(targets_.empty() ? "the widget does not say what a click opens"
+                                   : targets_.front().name + " is not installed, so a click opens nothing");
   }
 
-  const Journal& journal_;
+  const Messages& messages_;
   std::vector<host::OpenTarget> targets_;
   std::size_t next_ = 0;
   OwnedObject<GAppLaunchContext> context_;
   std::string failures_;
 };
 
-Opening::Opening(const Journal& journal) : journal_(journal) {
+Opening::Opening(const Messages& messages) : messages_(messages) {
   for (const char* name : {"GDK_BACKEND", "GDK_GL"}) {
     const char* const value = std::getenv(name);
-    changedVariables_[name] = value == nullptr ? std::nullopt : std::optional<std::string>(value);
+    changedVariables_.emplace_back(name, value == nullptr ? std::nullopt : std::optional<std::string>(value));
   }
 }
 
@@ -138,7 +148,7 @@ void Opening::open(std::vector<host::OpenTarget> targets, guint32 time) const {
       g_app_launch_context_unsetenv(context.get(), name);
     }
   }
-  Attempt::tryNext(std::make_unique<Attempt>(journal_, std::move(targets), std::move(context)));
+  Attempt::tryNext(std::make_unique<Attempt>(messages_, std::move(targets), std::move(context)));
 }
 
 }  // namespace desktop

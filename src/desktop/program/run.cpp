@@ -16,6 +16,7 @@
 #include "desktop/windows/display_way.hpp"
 #include "desktop/windows/toolkit_look.hpp"
 #include "host/command_line/programs.hpp"
+#include "host/diagnostics/diagnostics.hpp"
 #include "render/type/fatal_messages.hpp"
 #include "render/type/typesetter.hpp"
 
@@ -26,10 +27,10 @@ std::unexpected<host::CommandFailure> failure(const char* message) {
   return std::unexpected(host::CommandFailure{host::exit_status::noAnswer, message});
 }
 
-std::optional<PlacementStore> placementStore(const Journal& journal) {
-  const auto file = placementsFile([](const char* name) -> const char* { return std::getenv(name); });
+std::optional<PlacementStore> placementStore(const Messages& messages) {
+  const auto file = placementsFile(std::getenv);
   if (!file) {
-    journal.say("neither XDG_CONFIG_HOME nor HOME is set; where widgets are placed is not kept");
+    messages.say("neither XDG_CONFIG_HOME nor HOME is set; where widgets are placed is not kept");
     return std::nullopt;
   }
   return PlacementStore(*file);
@@ -70,24 +71,24 @@ class Look {
 }  // namespace
 
 host::CommandResult run(const host::CommandLine& line) {
-  const Journal journal(line.verbose);
+  const Messages messages(line.verbose);
   const auto way = chooseDisplayWay();
   if (line.command == host::Command::doctor) {
     std::puts(std::string(describe(way)).c_str());
     return {};
   }
   if (way == DisplayWay::none) return failure("no display is reachable; vamba-host show shows the day without one");
-  const Opening opening(journal);
+  const Opening opening(messages);
   useDisplayWay(way);
-  journal.sayIfVerbose("the display: " + std::string(describe(way)));
+  messages.sayIfVerbose("the display: " + std::string(describe(way)));
 
   render::endWithStatusOnFatalMessages("vamba-host");
   render::beginLoadingFonts();  // while the toolkit and the extension start
   // Times, numbers and the host's texts are formatted without a C locale.
   gtk_disable_setlocale();
   if (gtk_init_check(nullptr, nullptr) == FALSE) return failure("the display can't be opened");
-  sayWhenServerGoes(way, [] {
-    std::fputs("vamba-host: the display has gone\n", stderr);
+  onXServerLost(way, [] {
+    host::say(host::Priority::error, "the display has gone");
     // Xlib does not allow its error handler to return.
     _exit(host::exit_status::noAnswer);
   });
@@ -104,8 +105,8 @@ host::CommandResult run(const host::CommandLine& line) {
   });
   switch (instance.claim(line.focus ? Request::focus : Request::gallery)) {
     case SingleInstance::Claim::told:
-      journal.say(line.focus ? "the widgets are on the desktop already; they come to the front"
-                             : "the widgets are on the desktop already; their gallery opens");
+      messages.say(line.focus ? "the widgets are on the desktop already; they come to the front"
+                              : "the widgets are on the desktop already; their gallery opens");
       return {};
     case SingleInstance::Claim::refused:
       return failure("the widgets are on the desktop already, and there is no session bus to reach them by");
@@ -113,19 +114,19 @@ host::CommandResult run(const host::CommandLine& line) {
       break;
   }
 
-  auto store = placementStore(journal);
+  auto store = placementStore(messages);
   auto loaded = store ? store->load() : LoadedPlacements{.firstStart = true};
-  if (loaded.notice) journal.say(*loaded.notice);
+  if (loaded.notice) messages.say(*loaded.notice);
   if (line.atLogin && loaded.placements.empty() && !loaded.firstStart && !loaded.notice) {
-    journal.sayIfVerbose("no widget is placed, so nothing is started at login");
+    messages.sayIfVerbose("no widget is placed, so nothing is started at login");
     return {};
   }
   std::optional<PlacementSaver> saver;
-  if (store) saver.emplace(*std::move(store), [&journal](const std::string& why) { journal.say(why); });
+  if (store) saver.emplace(*std::move(store), [&messages](const std::string& why) { messages.say(why); });
 
   MainLoop loop;
   Desktop desktop({.loop = loop,
-                   .journal = journal,
+                   .messages = messages,
                    .opening = opening,
                    .way = way,
                    .placements = std::move(loaded),

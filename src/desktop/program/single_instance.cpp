@@ -19,14 +19,14 @@ base::FileDescriptor openLock(const std::filesystem::path& file) {
   return base::FileDescriptor(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
 }
 
-/// The file is never removed: a start that has opened it before could lock it in vain.
+/// The file is never removed: another start may already have opened it, and would then lock a file that no later start
+/// sees.
 base::FileDescriptor lockFile() {
-  const auto variable = [](const char* name) -> const char* { return std::getenv(name); };
-  const char* const runtime = variable("XDG_RUNTIME_DIR");
+  const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
   if (runtime != nullptr && *runtime == '/') {
     if (auto lock = openLock(std::filesystem::path(runtime) / "vamba-desktop.lock"); lock.isOpen()) return lock;
   }
-  const auto placements = placementsFile(variable);
+  const auto placements = placementsFile(std::getenv);
   if (!placements || !base::makeFolders(placements->parent_path())) return {};
   return openLock(placements->parent_path() / "desktop.lock");
 }

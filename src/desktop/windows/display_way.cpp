@@ -47,7 +47,7 @@ Compositor askCompositor() {
 }  // namespace
 
 DisplayWay chooseDisplayWay() {
-  // A backend that is forced by the environment is respected.
+  // GDK_BACKEND=x11 is respected. Any other value is replaced by `useDisplayWay`.
   const char* const forced = std::getenv("GDK_BACKEND");
   const bool xForced = forced != nullptr && std::string_view(forced) == "x11";
   const auto compositor = xForced ? Compositor::absent : askCompositor();
@@ -63,9 +63,9 @@ void useDisplayWay(DisplayWay way) {
   setenv("GDK_GL", "disable", 0);
 }
 
-void sayWhenServerGoes(DisplayWay way, LastWords lastWords) {
+void onXServerLost(DisplayWay way, void (*handler)()) {
   if (way != DisplayWay::x11) return;
-  static const LastWords kept = lastWords;
+  static void (*const kept)() = handler;
   XSetIOErrorHandler([](Display* /*display*/) noexcept {
     kept();
     return 0;

@@ -20,10 +20,9 @@ DisplayWay chooseDisplayWay();
 /// Sets the environment variables that make the toolkit use it. Must be called before any thread is started.
 void useDisplayWay(DisplayWay way);
 
-/// Called when the connection to the X server is lost, which ends the program. The toolkit itself prints a message for
-/// Wayland, but none for X11. To be set after the toolkit has started; must not return.
-using LastWords = void (*)();
-void sayWhenServerGoes(DisplayWay way, LastWords lastWords);
+/// Calls `handler` when the connection to the X server is lost. It must not return. On Wayland the toolkit prints a
+/// message itself. To be called after the toolkit has started.
+void onXServerLost(DisplayWay way, void (*handler)());
 
 /// Whether the toolkit, which has started on Wayland, is connected to KWin.
 bool compositorIsKwin();

@@ -48,6 +48,12 @@ void keepApplicationsAway(const SessionBus::Environment& variables) {
 support::ChildProcess start(const SessionBus::Environment& display, const HostSettings& settings,
                             std::vector<std::string> arguments, const std::string& errors) {
   arguments.insert(arguments.begin(), {VAMBA_HOST, "--extension", settings.extension});
+  if (settings.asService) {
+    arguments.insert(arguments.begin(), {"/bin/sh", "-c",
+                                         "export SYSTEMD_EXEC_PID=$$ JOURNAL_STREAM=$(stat -Lc %d:%i /proc/$$/fd/2); "
+                                         "exec \"$@\"",
+                                         "sh"});
+  }
   auto variables = hostEnvironment(display);
   for (const auto& [name, value] : settings.variables) variables[name] = value;
   keepApplicationsAway(variables);

@@ -44,6 +44,8 @@ struct HostSettings {
   support::SessionBus::Environment variables = {};
   /// Variables to remove.
   std::vector<std::string> without = {};
+  /// Sets SYSTEMD_EXEC_PID and JOURNAL_STREAM as systemd does for the main process of a service.
+  bool asService = false;
 };
 
 /// What a host that was told to be verbose says for each load that brought a board.

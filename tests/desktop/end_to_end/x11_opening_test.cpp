@@ -1,4 +1,5 @@
 // What a click on a board opens: a desktop entry that is installed, else an address in the default browser.
+#include <cstdlib>
 #include <fstream>
 
 #include "desktop/end_to_end/x11_fixture.hpp"
@@ -43,6 +44,14 @@ class OpeningOnX11 : public OnX11 {
     std::ofstream(file, std::ios::binary) << content;
   }
 
+  /// Has the host run as the service of the widgets, with a stand-in for `systemd-run` that adds its arguments to the
+  /// file "opened".
+  void runAsService() {
+    write(folder_.path("bin/systemd-run"), "#!/bin/sh\necho \"$*\" >>" + opened() + "\n");
+    fs::permissions(folder_.path("bin/systemd-run"), fs::perms::owner_all);
+    settings_.asService = true;
+    settings_.variables["PATH"] = folder_.path("bin") + ":" + std::getenv("PATH");
+  }
   /// Starts with one medium board that knows what to open.
   void startLoaded() {
     start();
@@ -83,6 +92,32 @@ TEST_F(OpeningOnX11, ClickOpensTheAddressInTheBrowserWhereTheApplicationIsNotIns
   ASSERT_TRUE(comesToOpen(1));
   EXPECT_THAT(openings()[0], StartsWith("browser <https://day.example.org/> <> "));
   EXPECT_THAT(openings()[0], HasSubstr("_TIME"));
+}
+
+TEST_F(OpeningOnX11, ServiceHasTheServiceManagerOpenTheAddressWithAStartupId) {
+  installBrowser("browser");
+  runAsService();
+  startLoaded();
+  desktop().input().click(firstPlace().centre());
+  ASSERT_TRUE(comesToOpen(1));
+  EXPECT_THAT(openings()[0], StartsWith("--user --collect --quiet --setenv=DESKTOP_STARTUP_ID="));
+  EXPECT_THAT(openings()[0], HasSubstr("_TIME"));
+  EXPECT_THAT(openings()[0], HasSubstr(" --setenv=XDG_ACTIVATION_TOKEN="));
+  EXPECT_THAT(openings()[0], EndsWith(" gio open https://day.example.org/"));
+  EXPECT_THAT(host().said(), Not(HasSubstr("CRITICAL")));
+  // The journal reads priorities from lines.
+  EXPECT_THAT(host().said(), HasSubstr("<7>vamba-host: a new timeline is shown\n"));
+}
+
+TEST_F(OpeningOnX11, ServiceHasTheServiceManagerStartTheInstalledApplication) {
+  install("org.example.Day");
+  runAsService();
+  startLoaded();
+  desktop().input().click(firstPlace().centre());
+  ASSERT_TRUE(comesToOpen(1));
+  EXPECT_THAT(openings()[0], HasSubstr("--setenv=DESKTOP_STARTUP_ID="));
+  EXPECT_THAT(openings()[0],
+              EndsWith(" gio launch " + display().at("XDG_DATA_HOME") + "/applications/org.example.Day.desktop"));
 }
 
 TEST_F(OpeningOnX11, EnterOnAFocusedBoardAndTheFirstItemOfTheMenuOpenIt) {
