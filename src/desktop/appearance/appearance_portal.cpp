@@ -147,7 +147,7 @@ class AppearancePortal::Conversation {
     // Both values are reported together, so that boards are drawn once. If one is late, the other is reported without
     // it.
     if (open_ == 0) return tell();
-    constexpr guint moment = 50;
+    constexpr guint moment = 50;  // milliseconds
     if (answer != nullptr && telling_ == 0) telling_ = g_timeout_add(moment, &Conversation::tellNow, this);
   }
 

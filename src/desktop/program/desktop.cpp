@@ -119,7 +119,7 @@ void Desktop::arrangeWindows() {
 
 SurfacePlace Desktop::surfacePlace(const Rect& rect, std::size_t monitor) const {
   const auto& [known, handle] = monitors_[monitor];
-  return {.monitor = handle,
+  return {.monitor = handle.get(),
           .size = rect.size(),
           .origin = rect.origin(),
           .onMonitor = {rect.x - known.area.x, rect.y - known.area.y}};

@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <optional>
 
 #include <gtk/gtk.h>
@@ -41,7 +40,6 @@ std::optional<PlacementStore> placementStore(const Messages& messages) {
 class Look {
  public:
   explicit Look(Desktop& desktop) : desktop_(desktop) {
-    onToolkitLookChange(apply_);
     apply();
     // Asked asynchronously: the bus may have to start the portal first.
     const auto bus = sessionBusToAsk();
@@ -64,7 +62,7 @@ class Look {
 
   Desktop& desktop_;
   DesktopAppearance asked_;
-  std::function<void()> apply_ = [this] { apply(); };
+  ToolkitLookChanges toolkitChanges_{[this] { apply(); }};
   std::optional<AppearancePortal> portal_;
 };
 
@@ -86,6 +84,9 @@ host::CommandResult run(const host::CommandLine& line) {
   render::beginLoadingFonts();  // while the toolkit and the extension start
   // Times, numbers and the host's texts are formatted without a C locale.
   gtk_disable_setlocale();
+  // The name of the desktop entry, by which shells match the windows to it.
+  g_set_prgname("pl.ferol.vamba.Desktop");
+  g_set_application_name("Vamba");
   if (gtk_init_check(nullptr, nullptr) == FALSE) return failure("the display can't be opened");
   onXServerLost(way, [] {
     host::say(host::Priority::error, "the display has gone");

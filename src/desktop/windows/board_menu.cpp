@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <utility>
 
 #include <absl/strings/str_cat.h>
@@ -109,8 +110,11 @@ struct Items {
   GtkWidget* zooms() const {
     GtkWidget* const menu = gtk_menu_new();
     Choice choice(menu);
-    for (const int percent : zoomSteps) {
-      // The keys go to the next step; the one for the usual size can be shown.
+    // The placements file may hold another zoom than those offered.
+    std::set<int> offered(zoomSteps.begin(), zoomSteps.end());
+    offered.insert(state.zoom);
+    for (const int percent : offered) {
+      // Ctrl++ and Ctrl+- go to the next step. Only 100 % has a key of its own to show.
       const Shortcut shortcut = percent == 100 ? Shortcut{GDK_KEY_0, GDK_CONTROL_MASK} : Shortcut{};
       choice.add(absl::StrCat(percent, " %").c_str(), shortcut, state.zoom == percent,
                  [&commands = commands, id = id, percent] { commands.zoom(id, percent); });

@@ -8,7 +8,8 @@
 
 namespace desktop {
 
-/// At the pointer for an event of it, else at the board. The menu lives until it is closed; what it calls outlives it.
+/// Opens the menu at the pointer if `event` is a pointer event, or at the board if it is null. `commands` and `texts`
+/// must outlive the menu.
 void popUpBoardMenu(GtkWidget* board, int id, BoardCommands& commands, const Texts& texts, const GdkEvent* event);
 
 }  // namespace desktop

@@ -85,7 +85,7 @@ std::vector<DisplayedMonitor> displayedMonitors(DisplayWay way) {
     all.push_back({.monitor = {.identity = identity,
                                .area = {area.x, area.y, area.width, area.height},
                                .primary = gdk_monitor_is_primary(handle) != FALSE},
-                   .handle = handle});
+                   .handle = OwnedObject<GdkMonitor>(GDK_MONITOR(g_object_ref(handle)))});
   }
   return all;
 }

@@ -8,12 +8,13 @@
 
 #include "desktop/placement/monitor.hpp"
 #include "desktop/windows/display_way.hpp"
+#include "desktop/windows/gobject.hpp"
 
 namespace desktop {
 
 struct DisplayedMonitor {
   Monitor monitor;
-  GdkMonitor* handle = nullptr;  ///< owned by the display, valid until its monitors change
+  OwnedObject<GdkMonitor> handle;  ///< a reference, since windows are placed anew only some time after an unplug
 };
 
 /// The monitors in the display's order. X11 identifies a monitor by its EDID (VESA E-EDID 1.4, section 3), Wayland by

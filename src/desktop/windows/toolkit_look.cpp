@@ -1,8 +1,11 @@
 #include "desktop/windows/toolkit_look.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include <gtk/gtk.h>
+
+#include "desktop/windows/gobject.hpp"
 
 namespace desktop {
 namespace {
@@ -58,12 +61,14 @@ void useAppearance(render::Appearance appearance) {
   preferTheme(appearance == render::Appearance::dark);
 }
 
-void onToolkitLookChange(std::function<void()>& changed) {
-  const auto call = +[](GObject* /*settings*/, GParamSpec* /*property*/, gpointer called) noexcept {
-    (*static_cast<std::function<void()>*>(called))();
-  };
-  g_signal_connect(gtk_settings_get_default(), "notify::gtk-theme-name", G_CALLBACK(call), &changed);
-  g_signal_connect(gdk_screen_get_default(), "notify::resolution", G_CALLBACK(call), &changed);
+ToolkitLookChanges::ToolkitLookChanges(std::function<void()> changed) : changed_(std::move(changed)) {
+  connect<&ToolkitLookChanges::settingChanged>(gtk_settings_get_default(), "notify::gtk-theme-name", this);
+  connect<&ToolkitLookChanges::settingChanged>(gdk_screen_get_default(), "notify::resolution", this);
+}
+
+ToolkitLookChanges::~ToolkitLookChanges() {
+  g_signal_handlers_disconnect_by_data(gtk_settings_get_default(), this);
+  g_signal_handlers_disconnect_by_data(gdk_screen_get_default(), this);
 }
 
 }  // namespace desktop

@@ -3,6 +3,8 @@
 
 #include <functional>
 
+#include <glib-object.h>
+
 #include "render/colour/palette.hpp"
 
 namespace desktop {
@@ -20,7 +22,18 @@ ToolkitLook toolkitLook();
 /// Draws menus and the gallery in this appearance.
 void useAppearance(render::Appearance appearance);
 
-/// Calls `changed` whenever one of the settings behind `toolkitLook` changes, for the life of the process.
-void onToolkitLookChange(std::function<void()>& changed);
+/// Calls `changed` whenever one of the settings behind `toolkitLook` changes.
+class ToolkitLookChanges {
+ public:
+  explicit ToolkitLookChanges(std::function<void()> changed);
+  ~ToolkitLookChanges();
+  ToolkitLookChanges(const ToolkitLookChanges&) = delete;
+  ToolkitLookChanges& operator=(const ToolkitLookChanges&) = delete;
+
+ private:
+  void settingChanged(GParamSpec* /*property*/) { changed_(); }
+
+  std::function<void()> changed_;
+};
 
 }  // namespace desktop
