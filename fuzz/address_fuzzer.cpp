@@ -2,21 +2,18 @@
 // URL with a plain host name leads libcurl to the host and port that the session sees.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 
 #include <curl/curl.h>
 
 #include "platform/url/url.hpp"
+#include "require.hpp"
 
 namespace {
 
+using fuzz::require;
 using platform::Url;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 struct FreeText {
   void operator()(char* text) const { curl_free(text); }

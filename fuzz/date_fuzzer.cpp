@@ -2,21 +2,15 @@
 // reader of RFC 3339 agrees; without one Warsaw's calendar shows the date.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "base/text/instant.hpp"
 #include "platform/calendar/calendar.hpp"
+#include "require.hpp"
 #include "widzety/model/data_serwera.hpp"
 
-namespace {
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
-
-}  // namespace
+using fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const absl::TimeZone warsaw = widzety::strefaDatySerwera();

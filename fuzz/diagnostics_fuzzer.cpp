@@ -2,7 +2,6 @@
 // than the relay's limit. The first byte chooses the cut.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -11,12 +10,11 @@
 
 #include "base/text/control_characters.hpp"
 #include "host/extension/diagnostics_relay.hpp"
+#include "require.hpp"
 
 namespace {
 
-void require(bool holds) {
-  if (!holds) std::abort();
-}
+using fuzz::require;
 
 struct Pipe {
   int ends[2];

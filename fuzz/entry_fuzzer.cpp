@@ -1,22 +1,19 @@
 // Any JSON as the entry that a host passes to `render`. An entry that is accepted reads back equal after it is written,
 // and its view in each size is the same after its conversion to JSON and back.
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 #include "base/json/json_text.hpp"
 #include "platform/calendar/clock.hpp"
 #include "protocol/view_tree/node_json.hpp"
+#include "require.hpp"
 #include "widzety/timeline/wpis_json.hpp"
 #include "widzety/view/widok_dnia.hpp"
 
 namespace {
 
+using fuzz::require;
 using Form = platform::EntryForm<widzety::Wpis>;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 class OneMoment final : public platform::Clock {
  public:

@@ -9,13 +9,12 @@
 #include "platform/calendar/calendar.hpp"
 #include "platform/calendar/device_time_zone.hpp"
 #include "platform/languages/preferred_languages.hpp"
+#include "require.hpp"
 #include "widzety/texts/jezyk.hpp"
 
 namespace {
 
-void require(bool holds) {
-  if (!holds) std::abort();
-}
+using fuzz::require;
 
 void checkLanguages() {
   const auto languages = platform::preferredLanguages();

@@ -1,7 +1,6 @@
 // Header fields and a response of any bytes. No request header becomes two fields on the wire, and a response is
 // collected completely or refused as too large.
 #include <cstdint>
-#include <cstdlib>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,14 +8,12 @@
 
 #include "platform/url_session/request_headers.hpp"
 #include "platform/url_session/response_collector.hpp"
+#include "require.hpp"
 
 namespace {
 
 using namespace platform;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
+using fuzz::require;
 
 /// The pieces between the bytes 0xFF.
 std::vector<std::string> piecesOf(std::string_view bytes) {

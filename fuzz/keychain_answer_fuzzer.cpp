@@ -1,23 +1,20 @@
 // Any answer of the keychain: the first byte is its status, the rest the item's bytes. Only a found item in UTF-8
 // becomes a token, with exactly its bytes, and it is sent in one header field or not at all.
 #include <cstdint>
-#include <cstdlib>
 #include <optional>
 #include <string_view>
 
 #include "base/text/utf8.hpp"
 #include "platform/keychain/keychain.hpp"
 #include "platform/url_session/request_headers.hpp"
+#include "require.hpp"
 #include "widzety/api/pek_kluczy.hpp"
 
 namespace {
 
+using fuzz::require;
 using platform::KeychainResult;
 using platform::KeychainStatus;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 /// Gives the same answer to every question.
 class OneAnswer final : public platform::Keychain {

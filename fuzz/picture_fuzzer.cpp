@@ -1,7 +1,6 @@
 // Any view tree that an extension may send is painted as a whole file of each kind, the same at each try. The first
 // byte chooses the painter, the form and the appearance; the rest is a tree as JSON, or else the bytes of a title.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -10,14 +9,12 @@
 #include "any_tree.hpp"
 #include "protocol/view_tree/builders.hpp"
 #include "render/picture/picture.hpp"
+#include "require.hpp"
 
 namespace {
 
 using namespace protocol;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
+using fuzz::require;
 
 bool isWellFormed(const std::string& markup) {
   const GMarkupParser parser{};

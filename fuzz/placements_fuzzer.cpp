@@ -8,14 +8,12 @@
 #include <nlohmann/json.hpp>
 
 #include "desktop/placement/placement_document.hpp"
+#include "require.hpp"
 
 namespace {
 
 using namespace desktop;
-
-void hold(bool condition) {
-  if (!condition) std::abort();
-}
+using fuzz::require;
 
 bool withinBounds(const Placed& placed) {
   const Point& inset = placed.place.inset;
@@ -29,21 +27,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   const auto document = readPlacements(text);
   const std::string fresh = writePlacements({}, text);
-  hold(readPlacements(fresh).value().placements.empty());
+  require(readPlacements(fresh).value().placements.empty());
   if (!document) return 0;
   const Placements& placements = document->placements;
-  hold(placements.all().size() + document->dropped <= mostCopies);
-  for (const Placed& placed : placements.all()) hold(withinBounds(placed) && placements.find(placed.id) == &placed);
+  require(placements.all().size() + document->dropped <= mostCopies);
+  for (const Placed& placed : placements.all()) require(withinBounds(placed) && placements.find(placed.id) == &placed);
 
   const std::string written = writePlacements({placements, document->settings}, text);
   const auto again = readPlacements(written);
-  hold(again && again->placements == placements && again->settings == document->settings && again->dropped == 0);
-  hold(writePlacements({again->placements, again->settings}, written) == written);
+  require(again && again->placements == placements && again->settings == document->settings && again->dropped == 0);
+  require(writePlacements({again->placements, again->settings}, written) == written);
 
   const auto before = nlohmann::json::parse(text);
   const auto after = nlohmann::json::parse(written);
   for (const auto& [key, value] : before.items()) {
-    if (key != "widgets" && key != "version") hold(after.at(key) == value);
+    if (key != "widgets" && key != "version") require(after.at(key) == value);
   }
   return 0;
 }

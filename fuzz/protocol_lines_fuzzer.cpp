@@ -2,21 +2,18 @@
 // is refused is answered with a well-formed error, and what is written is one line of UTF-8.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "base/json/json_text.hpp"
 #include "base/text/utf8.hpp"
 #include "protocol/json_rpc/message.hpp"
+#include "require.hpp"
 
 namespace {
 
 using namespace protocol::json_rpc;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
+using fuzz::require;
 
 std::string checked(std::string line) {
   require(base::isUtf8(line) && std::ranges::none_of(line, [](unsigned char c) { return c < 0x20; }));

@@ -8,7 +8,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <string>
@@ -21,16 +20,14 @@
 
 #include "base/descriptors/file_descriptor.hpp"
 #include "platform/keychain/secret_service_keychain.hpp"
+#include "require.hpp"
 
 namespace {
 
+using fuzz::require;
 using platform::KeychainKey;
 using platform::KeychainStatus;
 using namespace std::chrono_literals;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 struct Plan {
   bool framed;

@@ -2,7 +2,6 @@
 // the records hold what another JSON library reads.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -10,13 +9,12 @@
 
 #include "platform/json_decoding/slow_json_grammar.hpp"
 #include "platform/json_decoding/test_types.hpp"
+#include "require.hpp"
 #include "widzety/model/dekodowanie.hpp"
 
 namespace {
 
-void require(bool holds) {
-  if (!holds) std::abort();
-}
+using fuzz::require;
 
 /// The text under a key that must be there.
 const std::string& text(const nlohmann::json& json, const char* key) {

@@ -1,7 +1,6 @@
 // Any view tree as a line for a status bar: one line of JSON whose texts hold no control characters except the
 // tooltip's line ends, and whose markup is well formed.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -11,14 +10,12 @@
 #include "base/text/control_characters.hpp"
 #include "host/status_line/status_line.hpp"
 #include "protocol/view_tree/builders.hpp"
+#include "require.hpp"
 
 namespace {
 
 using namespace protocol;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
+using fuzz::require;
 
 Node treeOf(std::string_view bytes) {
   if (auto tree = fuzz::treeFromJson(bytes)) return *std::move(tree);
