@@ -1,7 +1,6 @@
 // From the start of the extension to its answered timeline, beside programs that fetch the same three addresses as
 // whole processes: curl alone, and two that select and sort the day as well. Two programs run in turn, so that what
 // else the machine does affects both alike. Medians and ratios are printed, never a verdict.
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -10,17 +9,12 @@
 #include <utility>
 #include <vector>
 
+#include "median.hpp"
 #include "service_under_measure.hpp"
 #include "trusted_store.hpp"
 
 namespace bench {
 namespace {
-
-double median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
 
 struct Series {
   std::vector<double> extensionWall, clientWall, extensionCpu, clientCpu, ratios;

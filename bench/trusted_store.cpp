@@ -1,13 +1,13 @@
 #include "trusted_store.hpp"
 
 #include <fstream>
-#include <iterator>
 #include <system_error>
 
 #include <sched.h>
 #include <sys/mount.h>
 #include <unistd.h>
 
+#include "support/file_content.hpp"
 #include "support/tool.hpp"
 
 namespace bench {
@@ -16,14 +16,9 @@ namespace {
 // Where Debian's libcurl and OpenSSL look.
 constexpr const char* systemsStore = "/etc/ssl/certs";
 
-std::string contents(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 std::string subjectHash(const std::string& certificate, const std::filesystem::path& scratch) {
   support::runTool("openssl", "openssl", {"x509", "-noout", "-hash", "-in", certificate}, scratch.string());
-  return contents(scratch).substr(0, 8);
+  return support::contentOf(scratch).substr(0, 8);
 }
 
 }  // namespace
@@ -38,7 +33,7 @@ TrustedStore::TrustedStore(std::filesystem::path folder, const std::vector<std::
     int number = 0;
     while (fs::exists(folder_ / (hash + "." + std::to_string(number)))) ++number;
     fs::copy_file(authority, folder_ / (hash + "." + std::to_string(number)));
-    std::ofstream(bundle(), std::ios::binary | std::ios::app) << contents(authority);
+    std::ofstream(bundle(), std::ios::binary | std::ios::app) << support::contentOf(authority);
     fs::remove(folder_ / "hash.txt");
   }
 }

@@ -11,6 +11,7 @@
 #include <functional>
 #include <thread>
 
+#include "median.hpp"
 #include "service_under_measure.hpp"
 #include "support/displays/sway_desktop.hpp"
 #include "support/displays/x_desktop.hpp"
@@ -19,6 +20,7 @@
 namespace {
 
 using bench::Clock;
+using bench::median;
 using bench::WatchedProgram;
 using support::SessionBus;
 
@@ -33,11 +35,6 @@ struct Programs {
 
 double msBetween(Clock::time_point begin, Clock::time_point end) {
   return std::chrono::duration<double, std::milli>(end - begin).count();
-}
-
-double median(std::vector<double> values) {
-  std::ranges::sort(values);
-  return values[values.size() / 2];
 }
 
 /// A desktop's variables with those that the extension needs to find its service.

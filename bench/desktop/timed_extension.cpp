@@ -1,28 +1,15 @@
 // Stands between a host and its extension and writes to standard error when the answer to a timeline passes by: "the
-// timeline is answered". Arguments: the extension. It costs the host a few microseconds a line.
-#include <csignal>
-#include <cstdio>
-#include <string>
+// timeline is answered". The variable TIMED_EXTENSION names the extension. It costs the host a few microseconds a line.
+#include <cstdlib>
 #include <string_view>
 
 #include <poll.h>
 #include <unistd.h>
 
-namespace {
+#include "base/descriptors/write_all.hpp"
 
-bool writeAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const auto count = write(descriptor, bytes.data(), bytes.size());
-    if (count <= 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-  const char* const program = argc > 1 ? argv[1] : std::getenv("TIMED_EXTENSION");
+int main() {
+  const char* const program = std::getenv("TIMED_EXTENSION");
   int toExtension[2];
   int fromExtension[2];
   if (program == nullptr || pipe(toExtension) != 0 || pipe(fromExtension) != 0) return 2;
@@ -42,8 +29,10 @@ int main(int argc, char** argv) {
       const auto count = read(fromExtension[0], buffer, sizeof buffer);
       if (count <= 0) return 0;
       const std::string_view bytes(buffer, static_cast<std::size_t>(count));
-      if (bytes.find("\"policy\"") != std::string_view::npos) writeAll(STDERR_FILENO, "the timeline is answered\n");
-      if (!writeAll(STDOUT_FILENO, bytes)) return 0;
+      if (bytes.find("\"policy\"") != std::string_view::npos) {
+        base::writeAll(STDERR_FILENO, "the timeline is answered\n");
+      }
+      if (base::writeAll(STDOUT_FILENO, bytes)) return 0;
     }
     if (both[0].revents != 0) {
       const auto count = read(STDIN_FILENO, buffer, sizeof buffer);
@@ -51,7 +40,7 @@ int main(int argc, char** argv) {
         close(toExtension[1]);
         both[0].fd = -1;
       } else {
-        writeAll(toExtension[1], {buffer, static_cast<std::size_t>(count)});
+        base::writeAll(toExtension[1], {buffer, static_cast<std::size_t>(count)});
       }
     }
   }

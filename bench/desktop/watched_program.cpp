@@ -2,7 +2,6 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -13,23 +12,19 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/file_content.hpp"
+
 namespace bench {
 namespace {
 
 using std::chrono::milliseconds;
+using support::contentOf;
 
 std::vector<char*> pointers(const std::vector<std::string>& texts) {
   std::vector<char*> all;
   for (const auto& text : texts) all.push_back(const_cast<char*>(text.c_str()));
   all.push_back(nullptr);
   return all;
-}
-
-std::string wholeFile(const std::filesystem::path& file) {
-  std::ifstream stream(file);
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
 }
 
 /// The number after `name` in a file of lines "name: number".
@@ -112,12 +107,12 @@ Use WatchedProgram::use() const {
   Use use;
   const double msATick = 1000.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
   for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(process_) + "/task")) {
-    const std::string status = wholeFile(thread.path() / "status");
+    const std::string status = contentOf(thread.path() / "status");
     use.wakeUps[thread.path().filename()] =
         numberAfter(status, "voluntary_ctxt_switches") + numberAfter(status, "nonvoluntary_ctxt_switches");
   }
   // The fields after the name, which ends with the last parenthesis (proc(5)).
-  const std::string stat = wholeFile("/proc/" + std::to_string(process_) + "/stat");
+  const std::string stat = contentOf("/proc/" + std::to_string(process_) + "/stat");
   std::istringstream fields(stat.substr(stat.rfind(')') + 2));
   std::string skipped;
   for (int i = 0; i < 11; ++i) fields >> skipped;
@@ -129,14 +124,14 @@ Use WatchedProgram::use() const {
 }
 
 double WatchedProgram::pssMb() const {
-  return static_cast<double>(numberAfter(wholeFile("/proc/" + std::to_string(process_) + "/smaps_rollup"), "Pss:")) /
+  return static_cast<double>(numberAfter(contentOf("/proc/" + std::to_string(process_) + "/smaps_rollup"), "Pss:")) /
          1024;
 }
 
 std::size_t WatchedProgram::children() const {
   std::size_t count = 0;
   for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(process_) + "/task")) {
-    std::istringstream ids(wholeFile(thread.path() / "children"));
+    std::istringstream ids(contentOf(thread.path() / "children"));
     for (std::string id; ids >> id;) ++count;
   }
   return count;
