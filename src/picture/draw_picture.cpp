@@ -31,7 +31,7 @@ render::Picture draw(host::Format format, const protocol::Node& view, const rend
 
 }  // namespace
 
-host::Drawing drawPicture(const host::Board& board, const host::CommandLine& line) {
+host::DrawnBoard drawPicture(const host::Board& board, const host::CommandLine& line) {
   const auto options = optionsFor(board, line);
   const auto view = host::fitted(board.view, host::userLanguage(),
                                  [&](const protocol::Node& tree) { return render::fits(tree, options); });

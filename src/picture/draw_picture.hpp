@@ -5,6 +5,6 @@
 
 namespace picture {
 
-host::Drawing drawPicture(const host::Board& board, const host::CommandLine& line);
+host::DrawnBoard drawPicture(const host::Board& board, const host::CommandLine& line);
 
 }  // namespace picture

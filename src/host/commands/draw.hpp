@@ -21,12 +21,12 @@ struct Board {
 };
 
 /// The bytes to write, or why there are none, as a sentence without its full stop.
-using Drawing = std::expected<std::string, std::string>;
+using DrawnBoard = std::expected<std::string, std::string>;
 
 /// Draws the board in the line's format.
-using Draw = absl::FunctionRef<Drawing(const Board& board, const CommandLine& line)>;
+using Draw = absl::FunctionRef<DrawnBoard(const Board& board, const CommandLine& line)>;
 
 /// Text, JSON and the forms for status bars.
-Drawing drawText(const Board& board, const CommandLine& line);
+DrawnBoard drawText(const Board& board, const CommandLine& line);
 
 }  // namespace host

@@ -7,7 +7,7 @@
 
 namespace host {
 
-Drawing drawText(const Board& board, const CommandLine& line) {
+DrawnBoard drawText(const Board& board, const CommandLine& line) {
   switch (line.format) {
     case Format::json:
       return base::toPrintableText(toJson(board.view)) + "\n";
