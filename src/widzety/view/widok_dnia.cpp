@@ -4,6 +4,7 @@
 #include <span>
 
 #include "widzety/texts/tlumaczenia.hpp"
+#include "widzety/view/klucz_hosta.hpp"
 #include "widzety/view/wiersze.hpp"
 
 namespace widzety {

@@ -1,7 +1,7 @@
 #include "widzety/view/wiersze.hpp"
 
-#include "protocol/view_tree/localized_key.hpp"
 #include "widzety/texts/tlumaczenia.hpp"
+#include "widzety/view/klucz_hosta.hpp"
 
 namespace widzety {
 namespace {
@@ -74,12 +74,6 @@ View wiersz(View kolumnaWiodaca, Children kolumnaTekstu) {
 }
 
 }  // namespace
-
-LocalizedKey kluczHosta(std::string klucz, std::vector<std::int64_t> argumenty, Jezyk jezyk) {
-  const auto wording = wordingOf(klucz, wartoscSurowa(jezyk)).value_or(klucz);
-  std::string tekst = withArguments(wording, argumenty);
-  return {.key = std::move(klucz), .arguments = std::move(argumenty), .value = std::move(tekst)};
-}
 
 View wierszSpotkania(const SpotkaniePlanowane& spotkanie, const ChwilaRysowania& chwila) {
   return wiersz(godzina(spotkanie.kiedy, chwila.kalendarz), {

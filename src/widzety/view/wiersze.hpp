@@ -9,17 +9,14 @@
 
 namespace widzety {
 
-/// What rows are drawn for: times and marks are of the moment of drawing, not of the entry.
+/// Size, time, zone and language of one rendering. Marks such as "jutro" depend on the time of rendering, not on the
+/// entry's date.
 struct ChwilaRysowania {
   protocol::WidgetFamily rozmiar;
   absl::Time teraz;
   platform::Calendar kalendarz;
   Jezyk jezyk;
 };
-
-/// A key of the host's localised texts, with the text in the given language beside it for hosts that do not know the
-/// key.
-protocol::LocalizedKey kluczHosta(std::string klucz, std::vector<std::int64_t> argumenty, Jezyk jezyk);
 
 /// "09:05 Narada zespołu", marked "jutro" when it is not today.
 protocol::View wierszSpotkania(const SpotkaniePlanowane& spotkanie, const ChwilaRysowania& chwila);
