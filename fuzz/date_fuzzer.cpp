@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const std::string written = base::formatInstant(*instant);
   require(base::parseInstant(written) == *instant);
-  require(widzety::wczytajDate(written) == *instant);
+  require(widzety::wczytajDate(written, warsaw) == *instant);
   constexpr std::size_t dateLength = 10;
   if (size > dateLength) {
     require(base::parseInstant(text) == *instant);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -56,9 +57,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const bool isJson = decoder.decode<platform::Anything>(body).has_value();
   require(isJson == platform::isJsonBySlowGrammar(body, 512));
 
-  const auto zadania = widzety::dekodujZadania(decoder, body);
-  const auto spotkania = widzety::dekodujSpotkania(decoder, body);
-  const auto skrzynka = widzety::dekodujSkrzynke(decoder, body);
+  const auto zadania = decoder.decode<std::vector<widzety::ZadanieMoje>>(body);
+  const auto spotkania = decoder.decode<std::vector<widzety::SpotkaniePlanowane>>(body);
+  const auto skrzynka = decoder.decode<widzety::Skrzynka>(body);
   require(isJson || (!zadania && !spotkania && !skrzynka));
   if (!isJson) return 0;
 

@@ -33,8 +33,4 @@ std::expected<absl::Time, platform::DecodingError> wczytajDate(std::string_view 
                                                  .description = "Nie rozpoznaję daty: " + std::string(tekst)});
 }
 
-std::expected<absl::Time, platform::DecodingError> wczytajDate(std::string_view tekst) {
-  return wczytajDate(tekst, strefaDatySerwera());
-}
-
 }  // namespace widzety

@@ -11,7 +11,7 @@
 
 namespace widzety {
 
-/// The zone in which a calendar date alone begins: Europe/Warsaw. On a system without that zone it is the device's.
+/// The zone in which a date without a time starts: Europe/Warsaw, or the device's zone where the system lacks it.
 absl::TimeZone strefaDatySerwera();
 
 /// Reads the whole text by the first of these forms that fits:
@@ -22,6 +22,5 @@ absl::TimeZone strefaDatySerwera();
 /// no date, so that every entry can be written: 0000-01-01 begins in Warsaw in the year before. The error is
 /// data-corrupted, "Nie rozpoznaję daty: " and the text as it came.
 std::expected<absl::Time, platform::DecodingError> wczytajDate(std::string_view tekst, absl::TimeZone strefaDaty);
-std::expected<absl::Time, platform::DecodingError> wczytajDate(std::string_view tekst);
 
 }  // namespace widzety

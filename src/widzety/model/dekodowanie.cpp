@@ -55,19 +55,4 @@ platform::JsonDecoder zrobDekoder() {
       [strefa = strefaDatySerwera()](std::string_view tekst) { return wczytajDate(tekst, strefa); });
 }
 
-std::expected<std::vector<ZadanieMoje>, platform::DecodingError> dekodujZadania(const platform::JsonDecoder& dekoder,
-                                                                                std::string_view tresc) {
-  return dekoder.decode<std::vector<ZadanieMoje>>(tresc);
-}
-
-std::expected<std::vector<SpotkaniePlanowane>, platform::DecodingError> dekodujSpotkania(
-    const platform::JsonDecoder& dekoder, std::string_view tresc) {
-  return dekoder.decode<std::vector<SpotkaniePlanowane>>(tresc);
-}
-
-std::expected<Skrzynka, platform::DecodingError> dekodujSkrzynke(const platform::JsonDecoder& dekoder,
-                                                                 std::string_view tresc) {
-  return dekoder.decode<Skrzynka>(tresc);
-}
-
 }  // namespace widzety

@@ -2,10 +2,6 @@
 // The bodies come from the service client, which also keeps the one decoder of the process.
 #pragma once
 
-#include <expected>
-#include <string_view>
-#include <vector>
-
 #include "platform/json_decoding/json_decoder.hpp"
 #include "widzety/model/rekordy.hpp"
 
@@ -18,17 +14,5 @@ platform::Decoded decodeInto(const platform::JsonValue& wartosc, Skrzynka& skrzy
 
 /// A decoder for the service's bodies: dates by wczytajDate(), their zone looked up once, here.
 platform::JsonDecoder zrobDekoder();
-
-// The three resources. One element that does not decode fails the whole list; no partial list survives.
-
-/// "/moje/zadania": an array of tasks.
-std::expected<std::vector<ZadanieMoje>, platform::DecodingError> dekodujZadania(const platform::JsonDecoder& dekoder,
-                                                                                std::string_view tresc);
-/// "/spotkania-planowane": an array of meetings.
-std::expected<std::vector<SpotkaniePlanowane>, platform::DecodingError> dekodujSpotkania(
-    const platform::JsonDecoder& dekoder, std::string_view tresc);
-/// "/skrzynka": one inbox.
-std::expected<Skrzynka, platform::DecodingError> dekodujSkrzynke(const platform::JsonDecoder& dekoder,
-                                                                 std::string_view tresc);
 
 }  // namespace widzety

@@ -19,9 +19,9 @@ constexpr std::string_view identyfikator = "6f1c2b9e-0d7a-4d0c-9a57-3e1f5b8c2d40
 
 absl::Time chwila(std::string_view tekst) { return base::parseInstant(tekst).value(); }
 
-auto zadania(std::string_view tresc) { return dekodujZadania(zrobDekoder(), tresc); }
-auto spotkania(std::string_view tresc) { return dekodujSpotkania(zrobDekoder(), tresc); }
-auto skrzynka(std::string_view tresc) { return dekodujSkrzynke(zrobDekoder(), tresc); }
+auto zadania(std::string_view tresc) { return zrobDekoder().decode<std::vector<ZadanieMoje>>(tresc); }
+auto spotkania(std::string_view tresc) { return zrobDekoder().decode<std::vector<SpotkaniePlanowane>>(tresc); }
+auto skrzynka(std::string_view tresc) { return zrobDekoder().decode<Skrzynka>(tresc); }
 
 /// A task's object with one of its pairs replaced; an empty replacement leaves the pair out.
 std::string obiekt(std::string_view klucz, std::string_view para,

@@ -13,8 +13,10 @@ TEST(StrefaDatySerwera, IsTheDevicesWhereTheSystemKnowsNoWarsaw) {
   absl::TimeZone warszawa;
   ASSERT_FALSE(absl::LoadTimeZone("Europe/Warsaw", &warszawa));
 
-  EXPECT_EQ(wczytajDate("2025-07-01").value(), absl::FromCivil(absl::CivilHour(2025, 7, 1, 5), absl::UTCTimeZone()));
-  EXPECT_EQ(wczytajDate("2025-07-01T00:00:00Z").value(),
+  const absl::TimeZone strefa = strefaDatySerwera();
+  EXPECT_EQ(wczytajDate("2025-07-01", strefa).value(),
+            absl::FromCivil(absl::CivilHour(2025, 7, 1, 5), absl::UTCTimeZone()));
+  EXPECT_EQ(wczytajDate("2025-07-01T00:00:00Z", strefa).value(),
             absl::FromCivil(absl::CivilDay(2025, 7, 1), absl::UTCTimeZone()));
 }
 
