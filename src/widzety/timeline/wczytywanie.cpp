@@ -97,7 +97,7 @@ Wpis wczytajWpis(const Otoczenie& otoczenie, std::stop_token stop) try {
           .spotkania = wybierzSpotkania(std::move(*spotkania), teraz, kalendarz),
           .doDecyzji = std::ssize(skrzynka->zadania)};
 } catch (const std::exception& blad) {  // no thread or no memory could be had
-  otoczenie.diagnostyka(blad.what());
+  otoczenie.diagnostyka(std::string("no memory or thread for the load: ") + blad.what());
   return {.date = otoczenie.zegar.now(), .blad = tlumacz("Nie udało się odświeżyć.", biezacyJezyk())};
 }
 

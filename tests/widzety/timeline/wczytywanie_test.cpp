@@ -68,7 +68,8 @@ TEST_F(WczytajWpis, LetsNoRequestWaitForOneThatHasNoMemory) {
   // The first read is the check for a token; then each of the three requests reads token and address.
   for (int odczyt = 1; odczyt <= 7; ++odczyt) {
     serwis_.keychain.runOutOfMemoryAt(odczyt);
-    oczekujZdania(wczytaj(), "Nie udało się odświeżyć.");
+    const auto linie = liniePo([this] { oczekujZdania(wczytaj(), "Nie udało się odświeżyć."); });
+    EXPECT_THAT(linie, ElementsAre("no memory or thread for the load: std::bad_alloc"));
   }
 }
 
