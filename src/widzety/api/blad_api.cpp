@@ -23,8 +23,7 @@ struct Opis {
 struct Przyczyna {
   std::string operator()(const BladApi::Serwer& serwer) const {
     if (serwer.status != 0) return "the service answered with status " + std::to_string(serwer.status);
-    return serwer.tresc.starts_with("Zły adres") ? "the service's address is not a URL"
-                                                 : "the answer has no HTTP status";
+    return serwer.tresc.starts_with(zlyAdres) ? "the service's address is not a URL" : "the answer has no HTTP status";
   }
   std::string operator()(const BladApi::Siec& siec) const { return siec.blad.description; }
   std::string operator()(const BladApi::BrakPoswiadczenia&) const { return "no device token in the keychain"; }

@@ -1,9 +1,10 @@
-// What can go wrong on the way to the service and back, each fault with the one sentence that a person is shown for it.
+// The errors of server access, each with the sentence that the user is shown.
 #pragma once
 
 #include <concepts>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "platform/url_session/load_result.hpp"
@@ -16,6 +17,9 @@ template <typename Blad>
 concept BladZOpisem = requires(const Blad& blad) {
   { blad.opis() } -> std::same_as<std::string>;
 };
+
+/// The `tresc` of an address that is no URL begins with this; the address follows.
+inline constexpr std::string_view zlyAdres = "Zły adres: ";
 
 class BladApi {
  public:

@@ -14,7 +14,7 @@ std::expected<platform::UrlRequest, BladApi> KlientApi::przygotuj(std::string_vi
   if (!token || token->empty()) return std::unexpected(BladApi::brakPoswiadczenia());
 
   auto url = platform::Url::parse(adresBazowy().append(sciezka));
-  if (!url) return std::unexpected(BladApi::serwer(0, "Zły adres: " + adresBazowy()));
+  if (!url) return std::unexpected(BladApi::serwer(0, std::string(zlyAdres) + adresBazowy()));
 
   platform::UrlRequest zapytanie{.url = std::move(*url),
                                  .cachePolicy = platform::CachePolicy::useProtocolCachePolicy,
