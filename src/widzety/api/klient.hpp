@@ -28,9 +28,8 @@ class KlientApi {
   explicit KlientApi(PekKluczy pek, base::Deadline termin = base::Deadline::never()) : pek_(pek), termin_(termin) {}
 
   /// Fetches `sciezka` (which begins with "/") below the effective base address and decodes the body as `Wynik`. Reads
-  /// the keychain anew. On 401 the device token is deleted. Blocks; a stop ends the transfer, which comes out as
-  /// `siec`. `poOdczycie` is called once, after the keychain was read, whatever came of that, and before anything is
-  /// sent.
+  /// the keychain anew. On 401 the device token is deleted. Blocks; a stop ends the transfer, which is then reported as
+  /// `siec`. Calls `poOdczycie` once after reading the keychain, even if that failed, and before it sends anything.
   template <typename Wynik>
   std::expected<Wynik, BladPobrania> pobierz(
       std::string_view sciezka, std::stop_token stop, const std::function<void()>& poOdczycie = [] {}) const {

@@ -1,4 +1,5 @@
-// The widget's answers to its host: the sample entry at once, a loaded day when it is there, and when to ask again.
+// Answers the host's requests: placeholder and preview at once, snapshot and timeline after loading, with the next
+// reload date.
 #pragma once
 
 #include "platform/widget_kit/timeline_provider.hpp"

@@ -10,7 +10,7 @@
 
 namespace widzety {
 
-/// The objects it refers to live as long as the process.
+/// Refers to objects that must outlive it and its copies.
 struct Otoczenie {
   const platform::Clock& zegar;
   platform::Keychain& magazyn;

@@ -27,7 +27,7 @@ json spotkanieJako(const SpotkaniePlanowane& spotkanie) {
   return out;
 }
 
-/// Appends the elements of an array. Each is a tree of values only while it is written.
+/// Appends the elements of an array, one JSON value at a time, so that a long list never exists as a tree.
 template <typename Rekord>
 void dopisz(std::string& out, const std::vector<Rekord>& rekordy, json (*jako)(const Rekord&)) {
   for (const Rekord& rekord : rekordy) {

@@ -15,8 +15,8 @@ namespace widzety {
 std::vector<ZadanieMoje> wybierzZadania(std::vector<ZadanieMoje> zadania, absl::Time teraz,
                                         const platform::Calendar& kalendarz);
 
-/// The meetings from now to the end of tomorrow, earliest first; those at one instant keep the service's order. One
-/// that has begun is gone, even while it runs.
+/// The meetings from now to the end of tomorrow, earliest first; those at one instant keep the service's order. A
+/// meeting that has begun is dropped, even if it is still running.
 std::vector<SpotkaniePlanowane> wybierzSpotkania(std::vector<SpotkaniePlanowane> spotkania, absl::Time teraz,
                                                  const platform::Calendar& kalendarz);
 

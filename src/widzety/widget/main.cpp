@@ -34,8 +34,8 @@ int main() {
                                     .diagnostics = napiszDlaCzlowieka});
   base::TaskGroup taski;
   const widzety::PakietWidzetow pakiet({zegar, magazyn, taski, napiszDlaCzlowieka});
-  // Gives up every right that a load does not need. What became of it is said only when asked, in lines that the host's
-  // `doctor` reads: no person can change what a kernel lacks.
+  // Gives up every right that a load does not need. The outcome is reported only with VAMBA_VERBOSE, in lines that
+  // `vamba-host doctor` reads; a user can do nothing about a restriction that the kernel lacks.
   const auto ograniczProces = [&magazyn] {
     auto pliki = platform::filesOfTheSystem();
     for (auto& plik : platform::filesOfKeychain(magazyn.folders())) pliki.push_back(std::move(plik));
