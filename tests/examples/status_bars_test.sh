@@ -4,7 +4,7 @@ set -euo pipefail
 examples=$1
 export PATH=$2:$PATH
 private=$(mktemp -d)
-trap 'tmux -L "vamba-$$" kill-server 2>/dev/null || true; rm -rf -- "$private"' EXIT
+trap 'for bar in "vamba-$$" "vamba-titled-$$"; do tmux -L "$bar" kill-server 2>/dev/null || true; done; rm -rf -- "$private"' EXIT
 export HOME=$private XDG_RUNTIME_DIR=$private VAMBA_KEYCHAIN_DIR=$private/keys LANGUAGE=en LC_ALL=C.UTF-8 TMUX_TMPDIR=$private
 unset TMUX DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS
 line='Sign in to the Vamba app.'
@@ -53,9 +53,18 @@ kill "$blocks" 2>/dev/null || true
 needs tmux tmux
 # On a terminal of its own: only an attached client has a status line.
 export server=vamba-$$ configuration=$examples/tmux.conf
-script -qfc 'stty cols 200 rows 24; TERM=xterm exec tmux -L "$server" -f "$configuration" new-session "sleep 1000"' \
-  "$private/terminal" >/dev/null 2>&1 </dev/null &
+start_tmux() {
+  script -qfc 'stty cols 200 rows 24; TERM=xterm exec tmux -L "$server" -f "$configuration" new-session "sleep 1000"' \
+    "$1" >/dev/null 2>&1 </dev/null &
+}
+start_tmux "$private/terminal"
 eventually tmux cat "$private/terminal"
+# A title is no format.
+mkdir "$private/titled"
+printf '#!/bin/sh\necho "09:00 C# #S #{version} #[fg=red]Narada"\n' >"$private/titled/vamba-host"
+chmod +x "$private/titled/vamba-host"
+server=vamba-titled-$$ PATH=$private/titled:$PATH start_tmux "$private/titled/terminal"
+line='09:00 C# #S #{version} #[fg=red]Narada' eventually tmux cat "$private/titled/terminal"
 
 needs conky conky-std
 mkfifo "$private/conky"
