@@ -34,11 +34,6 @@ inline const std::string notRefreshed = "Nie udało się odświeżyć.";
 inline const std::string expired = "Poświadczenie wygasło — zaloguj się ponownie.";
 inline std::string serverError(int status) { return "Serwer odpowiedział błędem " + std::to_string(status) + "."; }
 
-/// Times that a claim names, wide enough for a sanitizer's pace.
-constexpr std::chrono::milliseconds within(std::chrono::milliseconds claimed) {
-  return support::sanitized ? claimed * 5 : claimed;
-}
-
 /// A folder of keychain items in their documented places.
 class ItemFolder {
  public:

@@ -123,7 +123,7 @@ void ScriptedHttpServer::serve(std::size_t connection, int socket) {
   bool open = run(first, socket);
   while (open) {
     const auto request = readRequest(connection, socket, pending);
-    open = request && run(scriptFor(request->target), socket);
+    open = request && run(takeUp(*request), socket);
   }
 }
 
@@ -149,15 +149,14 @@ std::optional<RecordedRequest> ScriptedHttpServer::readRequest(std::size_t conne
   pending.erase(0, request.raw.size());
   const std::size_t begin = request.raw.find(' ') + 1;
   request.target = request.raw.substr(begin, request.raw.find(' ', begin) - begin);
-  const std::lock_guard lock(mutex_);
-  requests_.push_back(request);
-  changed_.notify_all();
   return request;
 }
 
-std::vector<Step> ScriptedHttpServer::scriptFor(const std::string& target) const {
+std::vector<Step> ScriptedHttpServer::takeUp(const RecordedRequest& request) {
   const std::lock_guard lock(mutex_);
-  for (const std::string& each : {target, std::string("*")}) {
+  requests_.push_back(request);
+  changed_.notify_all();
+  for (const std::string& each : {request.target, std::string("*")}) {
     if (const auto found = scripts_.find(each); found != scripts_.end()) return found->second;
   }
   return {Send{HttpAnswer{404, "no script for this target"}.bytes()}};

@@ -111,7 +111,9 @@ class ScriptedHttpServer {
   bool perform(const Step& step, int socket);
   bool sendAll(int socket, std::string_view bytes) const;
   Waited waitFor(int descriptor, int socket, int milliseconds = -1) const;
-  std::vector<Step> scriptFor(const std::string& target) const;
+  /// Records the request and returns its script, so that one which is set after `waitForRequests` is for later
+  /// requests.
+  std::vector<Step> takeUp(const RecordedRequest& request);
 
   LoopbackListener listener_;
   Event ending_;

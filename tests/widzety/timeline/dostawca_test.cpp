@@ -33,8 +33,10 @@ class DostawcaTest : public testing::Test {
 
   support::FixedClock zegar_{"2025-03-14 10:30", support::zone("Europe/Warsaw")};
   support::ServiceStandIn serwis_;
+  std::vector<std::string> linie_;  // of one load at a time
   base::TaskGroup taski_;
-  const Dostawca dostawca_{Otoczenie{zegar_, serwis_.keychain, taski_}};
+  const Dostawca dostawca_{
+      Otoczenie{zegar_, serwis_.keychain, taski_, [this](std::string_view linia) { linie_.emplace_back(linia); }}};
 };
 
 TEST_F(DostawcaTest, PlaceholderAndPreviewAreTheSampleAtOnceAndTouchNothing) {
@@ -91,6 +93,7 @@ TEST_F(DostawcaTest, CancelledLoadStillCompletesItsRequest) {
   ASSERT_TRUE(serwis_.server.waitForRequests(3));
   taski_.cancelAll();
   EXPECT_EQ(linia.get().entries[0].blad, "Brak połączenia z Vambą.");
+  EXPECT_EQ(linie_, std::vector<std::string>{}) << "the request was given up, not cancelled";
 }
 
 }  // namespace

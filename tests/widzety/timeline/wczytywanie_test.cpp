@@ -128,6 +128,7 @@ TEST_F(WczytajWpis, CancelsTheRestOnTheFirstFailureAndWaitsForIt) {
   serwis_.server.script("/api/skrzynka", {support::Stall{}});
   serwis_.server.script("/api/spotkania-planowane", {support::Stall{}});
   oczekujZdania(wczytaj(), "Serwer odpowiedział błędem 500.");
+  EXPECT_FALSE(serwis_.keychain.deadlines().front().passed()) << "the requests were given up, not cancelled";
 }
 
 TEST_F(WczytajWpis, DropsWhatItHasWhenTheMeetingsFail) {
@@ -194,6 +195,13 @@ TEST_F(WczytajWpis, HasOneDeadlineForAllThatItAsksTheKeychain) {
   EXPECT_LE(terminy.front(), po);
 }
 
+TEST_F(WczytajWpis, GivesTheDeletionOfARefusedTokenAQuarterOfASecondMore) {
+  serwis_.server.answer("/api/skrzynka", {.status = 401});
+  wczytaj();
+  const auto terminy = serwis_.keychain.deadlines();
+  EXPECT_EQ(std::ranges::max(terminy), terminy.front().plus(std::chrono::milliseconds(250)));
+}
+
 TEST_F(WczytajWpis, TellsTheCauseOfAFailureInOneLine) {
   struct Przypadek {
     std::vector<support::Step> kroki;
@@ -246,6 +254,7 @@ TEST_F(WczytajWpis, EndsWhenItIsStopped) {
     stop_.request_stop();
   });
   oczekujZdania(wczytaj(), "Brak połączenia z Vambą.");
+  EXPECT_THAT(linie_, IsEmpty()) << "the request was given up, not cancelled";
 }
 
 }  // namespace
