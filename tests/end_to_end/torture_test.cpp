@@ -1,11 +1,11 @@
 // System calls and allocations of the extension fail one by one over a load and a render: it answers, or it ends with a
 // status, and it is never ended by a signal. A tracer (strace) makes the N-th call of a kind fail.
-#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "end_to_end/extension_fixture.hpp"
 #include "support/failing_allocation/failing_allocation.hpp"
+#include "support/system_call_faults.hpp"
 
 namespace end_to_end {
 namespace {
@@ -34,9 +34,7 @@ const Failure failures[] = {
 using ExtensionTortureTest = ServiceTest;
 
 TEST_F(ExtensionTortureTest, EndsByNoSignalWhicheverSystemCallFails) {
-  if (support::sanitized) GTEST_SKIP() << "a sanitizer's library ends the process where its own system calls fail";
-  ASSERT_EQ(std::system("command -v strace >/dev/null"), 0) << "this test needs strace: apt-get install strace";
-  if (std::system("strace -o /dev/null true") != 0) GTEST_SKIP() << "here no process can trace another one";
+  if (const auto reason = support::reasonNotToTrace()) GTEST_SKIP() << *reason;
   const std::string program = folder_.path("tortured");
   folder_.write("tortured",
                 "#!/bin/sh\nexec /usr/bin/strace -f -qqq -o /dev/null -e trace=\"$TORTURED_CALL\" "

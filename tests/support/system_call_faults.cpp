@@ -1,5 +1,6 @@
 #include "support/system_call_faults.hpp"
 
+#include <filesystem>
 #include <fstream>
 
 #include "support/child_process.hpp"
@@ -26,6 +27,13 @@ std::optional<std::string> reasonNotToTrace() {
   const auto tried = traced({"-o", "/dev/null"}, {{"/bin/true"}, {"PATH=/usr/bin:/bin"}}, "/dev/null").exitStatus();
   if (tried != 0) return "here no process can trace another one";
   return std::nullopt;
+}
+
+void writeProgramWithoutLandlock(const std::string& file, const std::string& program) {
+  std::ofstream(file) << "#!/bin/sh\nexec /usr/bin/strace -f -qqq -o /dev/null -e trace=landlock_create_ruleset "
+                         "-e inject=landlock_create_ruleset:error=ENOSYS "
+                      << program << '\n';
+  std::filesystem::permissions(file, std::filesystem::perms::owner_all);
 }
 
 std::map<std::string, int> systemCallsOf(const TracedCommand& command) {

@@ -1,5 +1,5 @@
-// Programs of which one system call fails: a tracer (strace) makes the N-th call of a kind fail. Only the program's
-// first thread is traced, so the processes that it starts are not.
+// Programs of which one system call fails: a tracer (strace) makes the N-th call of a kind fail. Where nothing
+// else is said, only the program's first thread is traced, so the processes that it starts are not.
 #pragma once
 
 #include <map>
@@ -17,6 +17,9 @@ struct TracedCommand {
 /// Why no fault can be made to happen here, as a reason to skip a test; absent where it can. Throws std::runtime_error
 /// where strace is not installed.
 std::optional<std::string> reasonNotToTrace();
+
+/// Makes `file` a program that runs another one, with its processes, as on a kernel without Landlock.
+void writeProgramWithoutLandlock(const std::string& file, const std::string& program);
 
 /// How often the program makes each system call when all of them succeed.
 std::map<std::string, int> systemCallsOf(const TracedCommand& command);
