@@ -9,12 +9,9 @@
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 
+#include "support/waiting.hpp"
+
 namespace support {
-namespace {
-
-constexpr auto patience = std::chrono::seconds(10);
-
-}  // namespace
 
 Event::Event() : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
@@ -84,17 +81,17 @@ std::string ScriptedHttpServer::received(std::size_t connection) const {
 
 bool ScriptedHttpServer::waitForRequests(std::size_t count) const {
   std::unique_lock lock(mutex_);
-  return changed_.wait_for(lock, patience, [&] { return requests_.size() >= count; });
+  return changed_.wait_for(lock, longPatience, [&] { return requests_.size() >= count; });
 }
 
 bool ScriptedHttpServer::waitForConnections(std::size_t count) const {
   std::unique_lock lock(mutex_);
-  return changed_.wait_for(lock, patience, [&] { return received_.size() >= count; });
+  return changed_.wait_for(lock, longPatience, [&] { return received_.size() >= count; });
 }
 
 bool ScriptedHttpServer::waitForHangUps(std::size_t count) const {
   std::unique_lock lock(mutex_);
-  return changed_.wait_for(lock, patience, [&] { return hangUps_ >= count; });
+  return changed_.wait_for(lock, longPatience, [&] { return hangUps_ >= count; });
 }
 
 void ScriptedHttpServer::acceptConnections() {

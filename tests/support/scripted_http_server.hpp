@@ -95,7 +95,7 @@ class ScriptedHttpServer {
   /// Every byte that a connection was sent so far.
   std::string received(std::size_t connection) const;
 
-  /// Wait for what the client does. False when it has not happened within ten seconds.
+  /// Wait for what the client does. False when it has not happened within `longPatience`.
   bool waitForRequests(std::size_t count) const;
   bool waitForConnections(std::size_t count) const;
   /// Connections that the client has ended.

@@ -1,5 +1,6 @@
 #include "support/secret_service_session.hpp"
 
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <fstream>
@@ -9,6 +10,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <systemd/sd-bus.h>
+
+#include "support/waiting.hpp"
 
 namespace support {
 namespace {
@@ -20,7 +23,6 @@ constexpr const char* serviceInterface = "org.freedesktop.Secret.Service";
 constexpr const char* loginCollection = "/org/freedesktop/secrets/collection/login";
 constexpr const char* collectionInterface = "org.freedesktop.Secret.Collection";
 constexpr std::string_view password = "testpass";  // an empty one, or one with a line end, makes no login keyring
-constexpr std::chrono::seconds patience{20};
 
 BusMessage makeCall(sd_bus* bus, const char* path, const char* interface, const char* member) {
   sd_bus_message* message = nullptr;
@@ -31,7 +33,7 @@ BusMessage makeCall(sd_bus* bus, const char* path, const char* interface, const 
 
 BusMessage answerTo(sd_bus* bus, const BusMessage& call) {
   sd_bus_message* answer = nullptr;
-  const auto limit = std::chrono::microseconds(patience).count();
+  const auto limit = std::chrono::microseconds(longPatience).count();
   check(sd_bus_call(bus, call.get(), static_cast<std::uint64_t>(limit), nullptr, &answer),
         sd_bus_message_get_member(call.get()));
   return BusMessage(answer);
@@ -56,7 +58,7 @@ SecretServiceSession::SecretServiceSession(Activation activation) {
   if (activation != Activation::none) {
     // The silent one reads a pipe whose other end this object holds, and so ends with it.
     const auto pipe = root / "pipe";
-    check(mkfifo(pipe.c_str(), 0600), "mkfifo");
+    check(mkfifo(pipe.c_str(), 0600) == 0 ? 0 : -errno, "mkfifo");
     silentActivation_.reset(open(pipe.c_str(), O_RDWR | O_CLOEXEC));
     services[serviceName] = activation == Activation::keyring ? unlockedKeyring(root / "password")
                                                               : "/bin/sh -c \"read line <" + pipe.native() + "\"";
@@ -78,7 +80,7 @@ void SecretServiceSession::startKeyring() {
                                        std::string(password)});
   waitUntilServed(true);
   // For a moment the daemon may not know who asks, and then says that there is no collection.
-  const auto end = std::chrono::steady_clock::now() + patience;
+  const auto end = std::chrono::steady_clock::now() + longPatience;
   while (defaultCollection() != loginCollection) {
     if (std::chrono::steady_clock::now() >= end) throw std::runtime_error("the keyring has no login collection");
   }
@@ -105,7 +107,7 @@ bool SecretServiceSession::someoneServes() {
 }
 
 void SecretServiceSession::waitUntilServed(bool served) {
-  const auto end = std::chrono::steady_clock::now() + patience;
+  const auto end = std::chrono::steady_clock::now() + longPatience;
   while (someoneServes() != served) {
     if (std::chrono::steady_clock::now() >= end) throw std::runtime_error("the keyring did not come or go in time");
     // Woken by NameOwnerChanged; the limit only bounds a loss of it.

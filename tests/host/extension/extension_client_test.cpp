@@ -20,6 +20,7 @@
 #include "support/environment.hpp"
 #include "support/sanitized.hpp"
 #include "support/temporary_folder.hpp"
+#include "support/waiting.hpp"
 
 namespace host {
 namespace {
@@ -70,7 +71,7 @@ class ExtensionClientTest : public testing::Test {
     const base::FileDescriptor identity(static_cast<int>(::syscall(SYS_pidfd_open, id, 0)));
     if (identity.get() < 0) return errno == ESRCH;
     pollfd entry{.fd = identity.get(), .events = POLLIN, .revents = 0};
-    return ::poll(&entry, 1, 10'000) == 1;
+    return ::poll(&entry, 1, static_cast<int>(std::chrono::milliseconds(support::longPatience).count())) == 1;
   }
 
   support::TemporaryFolder folder_;

@@ -14,6 +14,7 @@
 #include "platform/keychain/keychain_queries.hpp"
 #include "platform/keychain/secret_service_keychain.hpp"
 #include "support/secret_service_session.hpp"
+#include "support/waiting.hpp"
 
 namespace platform::testing {
 namespace {
@@ -112,8 +113,11 @@ TEST_F(GnomeKeyringTest, FrozenServiceIsGivenUpAfterTwoSecondsAndThenLeftAlone) 
 
   session.keyring().thaw();
   EXPECT_EQ(impatient.copyMatching(readQuery("token")).status, KeychainStatus::timedOut);
-  now += 60s;
-  EXPECT_EQ(impatient.copyMatching(readQuery("token")).data, "token");
+  // On a busy machine the keyring may still take longer than the limit, and is then not asked for another minute.
+  EXPECT_TRUE(support::eventually([&] {
+    now += 60s;
+    return impatient.copyMatching(readQuery("token")).data == "token";
+  }));
 }
 
 TEST_F(GnomeKeyringTest, ThreeThreadsReadAtOnce) {

@@ -1,12 +1,13 @@
 #include "silent_resolver.hpp"
 
-#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <string_view>
 
 #include <dlfcn.h>
 #include <netdb.h>
+
+#include "support/waiting.hpp"
 
 namespace platform {
 namespace {
@@ -39,7 +40,7 @@ SilentResolver::~SilentResolver() {
 
 bool SilentResolver::waitForLookUp() {
   std::unique_lock lock(lookUps().mutex);
-  return lookUps().changed.wait_for(lock, std::chrono::seconds(10), [] { return lookUps().waiting > 0; });
+  return lookUps().changed.wait_for(lock, support::longPatience, [] { return lookUps().waiting > 0; });
 }
 
 }  // namespace platform

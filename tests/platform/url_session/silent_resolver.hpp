@@ -12,7 +12,7 @@ class SilentResolver {
   SilentResolver(const SilentResolver&) = delete;
   SilentResolver& operator=(const SilentResolver&) = delete;
 
-  /// Until a look-up is under way. False when there is none within ten seconds.
+  /// Until a look-up is under way. False when there is none within `support::longPatience`.
   static bool waitForLookUp();
 };
 
