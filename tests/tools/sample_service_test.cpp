@@ -2,14 +2,17 @@
 
 #include <array>
 #include <csignal>
+#include <cstdio>
 #include <fstream>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <httplib.h>
-#include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "support/waiting.hpp"
 
 namespace sample {
 namespace {
@@ -71,7 +74,23 @@ TEST(SampleService, SaysWhenThePortIsTaken) {
   EXPECT_NE(second.error().find(std::to_string(port)), std::string::npos);
 }
 
-// The program with standard input and output on pipes.
+/// Whether the process that listens on the port has accepted a connection: until then its end belongs to no socket.
+bool hasAccepted(const std::string& port) {
+  std::ifstream table("/proc/net/tcp");
+  for (std::string line; std::getline(table, line);) {
+    unsigned localPort = 0;
+    unsigned state = 0;
+    unsigned long inode = 0;
+    constexpr unsigned established = 1;
+    if (std::sscanf(line.c_str(), " %*d: %*x:%x %*x:%*x %x %*s %*s %*s %*s %*s %lu", &localPort, &state, &inode) == 3 &&
+        std::to_string(localPort) == port && state == established && inode != 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// The program with standard input and output on pipes. It also ends with the thread that started it.
 class Program {
  public:
   explicit Program(std::vector<std::string> arguments) {
@@ -79,18 +98,24 @@ class Program {
     std::array<int, 2> output{};
     EXPECT_EQ(::pipe2(input.data(), O_CLOEXEC), 0);
     EXPECT_EQ(::pipe2(output.data(), O_CLOEXEC), 0);
-    posix_spawn_file_actions_t actions{};
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
     std::vector<char*> argv;
     arguments.insert(arguments.begin(), SAMPLE_SERVICE_PROGRAM);
     for (std::string& argument : arguments) {
       argv.push_back(argument.data());
     }
     argv.push_back(nullptr);
-    EXPECT_EQ(::posix_spawn(&pid_, SAMPLE_SERVICE_PROGRAM, &actions, nullptr, argv.data(), environ), 0);
-    ::posix_spawn_file_actions_destroy(&actions);
+    const pid_t parent = ::getpid();
+    pid_ = ::fork();
+    if (pid_ == 0) {
+      ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+      if (::getppid() != parent) {
+        ::_exit(127);
+      }
+      ::dup2(input[0], STDIN_FILENO);
+      ::dup2(output[1], STDOUT_FILENO);
+      ::execv(SAMPLE_SERVICE_PROGRAM, argv.data());
+      ::_exit(127);
+    }
     ::close(input[0]);
     ::close(output[1]);
     input_ = input[1];
@@ -162,7 +187,9 @@ TEST(SampleServiceProgram, EndsASlowAnswerWhenStandardInputEnds) {
   Program program({"--until-input-ends", "--fault", "slow"});
   const std::string address = program.line();
   const std::string token = program.line();
-  std::jthread client([&] { get(address, "/skrzynka", token); });
+  std::jthread client([&] { EXPECT_EQ(get(address, "/skrzynka", token).status, 200); });
+  const auto port = address.substr(address.rfind(':') + 1, address.rfind('/') - address.rfind(':') - 1);
+  EXPECT_TRUE(support::eventually([&] { return hasAccepted(port); }));
   program.closeInput();
   EXPECT_EQ(program.waitForStatus(), 0);
 }
