@@ -69,7 +69,8 @@ void MutterInput::moveTo(ScreenPoint point) {
 }
 
 void MutterInput::press(MouseButton which) {
-  eventually([this] { return windows_.pointer() == last_; }, std::chrono::seconds(1));
+  // mutter handles a motion later than the call that asks for it.
+  waitUntil("the pointer is where it was moved to", [this] { return windows_.pointer() == last_; });
   button(which, true);
 }
 void MutterInput::release(MouseButton which) { button(which, false); }

@@ -17,8 +17,8 @@ class MutterInput {
   MutterInput(const SessionBus& bus, const XConnection& windows);
 
   void moveTo(ScreenPoint point);
-  /// Waits for the X window under the mouse to have it: a window gets no clicks until mutter has drawn it there. Where
-  /// there is none, that takes a second.
+  /// Waits for the X window under the mouse to have it: a window gets no clicks until mutter has drawn it there. Throws
+  /// where there is none.
   void press(MouseButton button = MouseButton::left);
   void release(MouseButton button = MouseButton::left);
   void click(ScreenPoint point, MouseButton button = MouseButton::left);
