@@ -141,7 +141,8 @@ TEST_F(ExtensionOnX11, ManyReloadsLeaveMemoryAndDescriptorsAsTheyWere) {
   const double memory = host().memory();
   const auto descriptors = host().descriptors();
   reloadUntil(360);
-  EXPECT_TRUE(eventually([&] { return host().descriptors() <= descriptors; })) << host().descriptors() << descriptors;
+  EXPECT_TRUE(eventually([&] { return host().descriptors() <= descriptors; }))
+      << host().descriptors() << " after " << descriptors;
   if (!support::sanitized) {
     EXPECT_LT(host().memory(), memory + 1) << "MB";
   }

@@ -75,25 +75,43 @@ class OnX11 : public testing::Test {
     }
     return std::nullopt;
   }
+  bool isFocused(const ScreenArea& board) {
+    const auto active = desktop().windows().numbers(desktop().windows().root(), "_NET_ACTIVE_WINDOW");
+    return active.size() == 1 && isBoard(active[0]) && desktop().windows().areaOf(active[0]) == board;
+  }
   /// Focuses the board by a click, and by another one if the window manager was not ready for the first.
-  void focus(const ScreenArea& board) {
-    const auto isActive = [&] {
-      const auto active = desktop().windows().numbers(desktop().windows().root(), "_NET_ACTIVE_WINDOW");
-      return active.size() == 1 && desktop().windows().areaOf(active[0]) == board && isBoard(active[0]);
-    };
+  void focus(const ScreenArea& board) { focus(board, board.centre()); }
+  void focus(const ScreenArea& board, support::ScreenPoint click) {
     EXPECT_TRUE(eventually([&] {
-      desktop().input().click(board.centre());
-      return eventually(isActive, std::chrono::milliseconds(500));
+      desktop().input().click(click);
+      return eventually([&] { return isFocused(board); }, std::chrono::milliseconds(500));
     })) << desktop().log();
   }
   /// Whether the board comes to have the focus.
   testing::AssertionResult focusComesTo(const ScreenArea& board) {
-    const auto isActive = [&] {
-      const auto active = desktop().windows().numbers(desktop().windows().root(), "_NET_ACTIVE_WINDOW");
-      return active.size() == 1 && isBoard(active[0]) && desktop().windows().areaOf(active[0]) == board;
-    };
-    if (eventually(isActive)) return testing::AssertionSuccess();
+    if (eventually([&] { return isFocused(board); })) return testing::AssertionSuccess();
     return testing::AssertionFailure() << "another window is active\n" << desktop().log();
+  }
+  /// The number of menus, submenus and tooltips that are shown: windows that no window manager lists. The toolkit has
+  /// a tiny one of that kind beside them.
+  std::ptrdiff_t openMenus() {
+    const auto managed = desktop().windows().stacking();
+    return std::ranges::count_if(windows(), [&](support::XWindow window) {
+      constexpr int tiny = 20;
+      const auto area = desktop().windows().areaOf(window);
+      return area && area->width > tiny && std::ranges::find(managed, window) == managed.end();
+    });
+  }
+  bool menusAre(std::ptrdiff_t count) {
+    return eventually([&] { return openMenus() == count; });
+  }
+  /// Opens the menu of the focused board by a key, and by another stroke if the window manager still dealt with the
+  /// click that focused the board.
+  void openMenu(std::uint32_t key = keys::menu, const std::vector<std::uint32_t>& modifiers = {}) {
+    ASSERT_TRUE(eventually([&] {
+      desktop().input().key(key, modifiers);
+      return eventually([&] { return openMenus() == 1; }, std::chrono::seconds(5));
+    })) << host().said();
   }
   bool galleryIsOpen() { return windowTitled("Galeria widżetów").has_value(); }
 

@@ -1,5 +1,6 @@
 // What the menu and its keys change on X11: zoom, appearance, background, lock and the start at login.
 #include "desktop/end_to_end/x11_fixture.hpp"
+#include "support/displays/accessible_objects.hpp"
 #include "support/file_content.hpp"
 
 namespace end_to_end {
@@ -21,27 +22,14 @@ class MenuOnX11 : public OnX11 {
   void press(std::uint32_t key, const std::vector<std::uint32_t>& modifiers = {}) {
     desktop().input().key(key, modifiers);
   }
-  /// Chooses an item by the mnemonics that lead to it. Menus are windows that no window manager lists; the toolkit has
-  /// a tiny one of that kind beside them.
+  /// Chooses an item by the mnemonics that lead to it.
   void choose(const std::vector<std::uint32_t>& mnemonics) {
-    const auto menus = [this] {
-      const auto managed = desktop().windows().stacking();
-      return std::ranges::count_if(windows(), [&](support::XWindow window) {
-        constexpr int tiny = 20;
-        const auto area = desktop().windows().areaOf(window);
-        return area && area->width > tiny && std::ranges::find(managed, window) == managed.end();
-      });
-    };
-    // A menu can't open while the window manager still deals with the click that gave the board the keyboard.
-    ASSERT_TRUE(eventually([&] {
-      press(keys::menu);
-      return eventually([&] { return menus() == 1; }, std::chrono::seconds(2));
-    }));
+    openMenu();
     for (std::size_t i = 0; i < mnemonics.size(); ++i) {
-      ASSERT_TRUE(eventually([&] { return menus() == std::ptrdiff_t(i) + 1; })) << "menu " << i;
+      ASSERT_TRUE(menusAre(std::ptrdiff_t(i) + 1)) << "menu " << i;
       press(mnemonics[i]);
     }
-    ASSERT_TRUE(eventually([&] { return menus() == 0; })) << "the item closes the menu";
+    ASSERT_TRUE(menusAre(0)) << "the item closes the menu";
   }
   testing::AssertionResult comesToBeKept(const char* key, const json& value) {
     if (eventually([&] { return placements(display()).value(key, json()) == value; })) {
@@ -125,6 +113,58 @@ TEST_F(MenuOnX11, LockedWidgetsCanNeitherBeDraggedNorMovedOrRemovedByKeysAlsoAft
   EXPECT_TRUE(boardsAre({{board.x + gap, board.y, board.width, board.height}}));
 }
 
+TEST_F(MenuOnX11, LockedWidgetIsResizedZoomedAndRemovedByTheMenu) {
+  startWithKeyboard();
+  press('l', {keys::control});
+  ASSERT_TRUE(comesToBeKept("locked", true));
+  choose({'r', 'm'});
+  ASSERT_TRUE(boardsAre({{board.x, board.y + mediumHeight - smallHeight, smallWidth, smallHeight}}));
+  choose({'r', 'd'});
+  ASSERT_TRUE(boardsAre({{board.x, board.y + mediumHeight - largeHeight, mediumWidth, largeHeight}}));
+  // The zooms have no mnemonics. The smallest one is the first.
+  openMenu();
+  press('p');
+  ASSERT_TRUE(menusAre(2));
+  press(keys::enter);
+  ASSERT_TRUE(menusAre(0));
+  EXPECT_TRUE(eventually([this] { return placedWidget(display(), 0)["zoom"] == 80; })) << placements(display());
+  choose({'u'});
+  EXPECT_TRUE(boardsAre({}));
+}
+
+TEST_F(MenuOnX11, RefreshesAddsAndQuits) {
+  startWithKeyboard();
+  choose({'o'});
+  EXPECT_TRUE(host().says("a new timeline is shown", 2)) << host().said();
+  choose({'d'});
+  ASSERT_TRUE(eventually([this] { return galleryIsOpen(); })) << host().said();
+  // It covers the board.
+  desktop().windows().close(windowTitled("Galeria widżetów").value());
+  ASSERT_TRUE(eventually([this] { return !galleryIsOpen(); }));
+  focus(board);
+  choose({'z'});
+  EXPECT_EQ(host().exitStatus(), 0);
+  EXPECT_EQ(areas().size(), 0U);
+}
+
+TEST_F(MenuOnX11, TellsTheLastAndTheNextRefresh) {
+  support::AccessibleObjects objects(desktop().bus());
+  startWithKeyboard();
+  const std::string time = "([0-9]{4}-[0-9]{2}-[0-9]{2} )?[0-9]{2}:[0-9]{2}";
+  const auto last = testing::MatchesRegex("Ostatnie odświeżenie: " + time);
+  const auto next = testing::MatchesRegex("Następne odświeżenie: " + time);
+  const auto names = [&] {
+    std::vector<std::string> found;
+    for (const auto& each : objects.of(host().id())) found.push_back(each.name);
+    return found;
+  };
+  const auto areTold = [&] {
+    return testing::Value(names(), testing::AllOf(testing::Contains(last), testing::Contains(next)));
+  };
+  openMenu();
+  EXPECT_TRUE(eventually(areTold)) << testing::PrintToString(names());
+}
+
 TEST_F(MenuOnX11, ChosenAppearanceGoesBeforeTheDesktopsAndStays) {
   startWithKeyboard();
   ASSERT_TRUE(comesToShowInside(board, exported(), "x11-menu-light"));
@@ -167,18 +207,11 @@ TEST_F(MenuOnX11, DesktopIsSeenThroughATranslucentBoardAndThroughOneWithoutBackg
 
 TEST_F(MenuOnX11, TooltipIsShownOverTheHeaderAlone) {
   startWithKeyboard();
-  const auto tooltipIsShown = [this] {
-    const auto managed = desktop().windows().stacking();
-    return std::ranges::any_of(windows(), [&](support::XWindow window) {
-      const auto area = desktop().windows().areaOf(window);
-      return area && area->width > 20 && std::ranges::find(managed, window) == managed.end();
-    });
-  };
   desktop().input().moveTo({board.x + 60, board.y + 20});
   desktop().input().moveTo({board.x + 62, board.y + 20});
-  EXPECT_TRUE(eventually(tooltipIsShown));
+  EXPECT_TRUE(menusAre(1));
   desktop().input().moveTo(board.centre());
-  EXPECT_TRUE(eventually([&] { return !tooltipIsShown(); }));
+  EXPECT_TRUE(menusAre(0));
 }
 
 TEST_F(MenuOnX11, WidgetsAreStartedAtLoginOnceTheItemIsChosenAndNoMoreOnceItIsChosenAgain) {

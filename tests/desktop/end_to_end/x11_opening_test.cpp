@@ -132,8 +132,7 @@ TEST_F(OpeningOnX11, EnterOnAFocusedBoardAndTheFirstItemOfTheMenuOpenIt) {
     ASSERT_TRUE(comesToOpen(++clicks)) << key;
     EXPECT_THAT(openings().back(), HasSubstr("_TIME"));
   }
-  desktop().input().key(keys::menu);
-  ASSERT_TRUE(eventually([this] { return windows().size() > boards().size(); }));
+  openMenu();
   desktop().input().key(keys::enter);
   EXPECT_TRUE(comesToOpen(++clicks));
 }

@@ -60,7 +60,7 @@ TEST_F(ThemeOnX11, MenuIsDrawnByTheThemeEachTimeItOpens) {
   focus(firstPlace());
   EXPECT_EQ(pixelsOfTheMenu(), 0);
   for (int i = 0; i < 2; ++i) {
-    desktop().input().key(keys::menu);
+    openMenu();
     EXPECT_TRUE(eventually([&] { return pixelsOfTheMenu() > 1000; })) << host().said();
     desktop().input().key(keys::escape);
     EXPECT_TRUE(eventually([&] { return pixelsOfTheMenu() == 0; }));
