@@ -1,5 +1,4 @@
 // Outputs that are unplugged and plugged in on a compositor with layer shell, and a compositor that ends.
-#include <poll.h>
 
 #include "desktop/end_to_end/wayland_fixture.hpp"
 #include "support/displays/steps.hpp"
@@ -70,20 +69,14 @@ TEST_F(OutputsOnWayland, WidgetIsDraggedOntoTheSecondOutputWithItsImage) {
   const ScreenPoint between{840, 250};  // the board is then at 600,90 and reaches to 1080
   desktop().input().moveTo(from);
   desktop().input().press();
-  for (const auto& point : support::stepsBetween(from, between)) {
-    poll(nullptr, 0, support::pauseOfAHand);
-    desktop().input().moveTo(point);
-  }
+  support::moveInSteps(desktop().input(), from, between);
   // A part of the image is on each output. The text of the board is on neither of these spots.
   const auto isImage = [this](const std::string& output, unsigned x, unsigned y) {
     return eventually([&] { return desktop().screenshot(output).at(x, y) == support::Pixel{255, 255, 255, 255}; });
   };
   EXPECT_TRUE(isImage("HEADLESS-1", 720, 300)) << host().said();
   EXPECT_TRUE(isImage("HEADLESS-2", 150, 300)) << host().said();
-  for (const auto& point : support::stepsBetween(between, {1140, 275})) {
-    poll(nullptr, 0, support::pauseOfAHand);
-    desktop().input().moveTo(point);
-  }
+  support::moveInSteps(desktop().input(), between, {1140, 275});
   desktop().input().release();
   EXPECT_TRUE(comesToBeKept({placedOn("HEADLESS-2", 1, "systemMedium", "topLeft", 100, 120)}));
 }

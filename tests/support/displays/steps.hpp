@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <vector>
 
+#include <poll.h>
+
 #include "support/displays/geometry.hpp"
 
 namespace support {
@@ -22,6 +24,15 @@ inline std::vector<ScreenPoint> stepsBetween(ScreenPoint from, ScreenPoint to) {
     points.push_back({from.x + (to.x - from.x) * i / count, from.y + (to.y - from.y) * i / count});
   }
   return points;
+}
+
+/// Moves a pointer that is at `from` as a hand does.
+template <typename Input>
+void moveInSteps(Input& input, ScreenPoint from, ScreenPoint to) {
+  for (const auto& point : stepsBetween(from, to)) {
+    poll(nullptr, 0, pauseOfAHand);
+    input.moveTo(point);
+  }
 }
 
 }  // namespace support

@@ -199,10 +199,7 @@ void WaylandInput::click(ScreenPoint point, MouseButton button) {
 void WaylandInput::drag(ScreenPoint from, ScreenPoint to, MouseButton button) {
   moveTo(from);
   press(button);
-  for (const auto& point : stepsBetween(from, to)) {
-    poll(nullptr, 0, pauseOfAHand);
-    moveTo(point);
-  }
+  moveInSteps(*this, from, to);
   poll(nullptr, 0, pauseOfAHand);
   release(button);
 }

@@ -33,10 +33,7 @@ void XInput::click(ScreenPoint point, MouseButton button) {
 void XInput::drag(ScreenPoint from, ScreenPoint to, MouseButton button) {
   moveTo(from);
   press(button);
-  for (const auto& point : stepsBetween(from, to)) {
-    poll(nullptr, 0, pauseOfAHand);
-    moveTo(point);
-  }
+  moveInSteps(*this, from, to);
   poll(nullptr, 0, pauseOfAHand);
   release(button);
 }
