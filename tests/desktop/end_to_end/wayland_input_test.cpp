@@ -18,13 +18,6 @@ class InputOnWayland : public OnSway {
     ASSERT_TRUE(host().says("a new timeline is shown")) << host().said();
     desktop().input().click(middle);
   }
-  /// Moves the pointer from the middle of the medium widget in small steps.
-  void moveAsAHand(ScreenPoint to) {
-    for (const auto& point : support::stepsBetween(middle, to)) {
-      poll(nullptr, 0, support::pauseOfAHand);
-      desktop().input().moveTo(point);
-    }
-  }
   /// Two widgets that a second start with --focus has brought to the front. The small one is the first and has the
   /// keyboard.
   void startInFront() {
@@ -59,7 +52,7 @@ TEST_F(InputOnWayland, DraggedBoardDimsBelowAnImageThatFollowsTheHandAndLandsWhe
   const ShownBoard dropped{"medium", {320, 420}};
   desktop().input().moveTo(middle);
   desktop().input().press();
-  moveAsAHand(to);
+  support::moveInSteps(desktop().input(), middle, to);
   auto dragging = screenWith({small});
   constexpr double dimmed = 0.4;
   paint(dragging, faded(exported("medium"), dimmed), medium.place);
@@ -80,13 +73,18 @@ TEST_F(InputOnWayland, EscapeTakesADragBack) {
   startWithTwo();
   desktop().input().moveTo(middle);
   desktop().input().press();
-  moveAsAHand({middle.x + 200, middle.y});
+  support::moveInSteps(desktop().input(), middle, {middle.x + 200, middle.y});
   const auto before = screenWith({medium, small});
   ASSERT_TRUE(eventually([&] { return support::differingPixels(desktop().screenshot(), before, 4) > 10'000; }));
   press(keys::escape);
   EXPECT_TRUE(boardsAre({medium, small}, "drag-taken-back"));
   desktop().input().release();
+  // The reload is handled after the release, so the boards' places are final then.
+  press(keys::f5);
+  ASSERT_TRUE(host().says("a new timeline is shown", 2)) << host().said();
   EXPECT_TRUE(boardsAre({medium, small}, "released-after-escape"));
+  // Unsaved changes are saved at the end.
+  EXPECT_EQ(host().end(), 0);
   EXPECT_EQ(kept(), keptMedium);
 }
 
@@ -108,12 +106,34 @@ TEST_F(InputOnWayland, ArrowKeysMoveByAStepAndDigitsChangeTheSize) {
   EXPECT_TRUE(eventually([this] { return kept()["family"] == "systemMedium"; })) << kept();
 }
 
+TEST_F(InputOnWayland, KeysZoomAndLock) {
+  startWithTwo();
+  desktop().input().key('-', {keys::control});
+  auto zoomed = screenWith({small});
+  paint(zoomed, exported("medium", {"--scale", "0.8"}), {200, 300 + mediumHeight - 256});
+  ASSERT_TRUE(comesToShowWithAFocusRing(zoomed, "zoomed"));
+  desktop().input().key('l', {keys::control});
+  ASSERT_TRUE(eventually([this] { return placements(display()).value("locked", false); })) << placements(display());
+  const auto locked = placements(display());
+  EXPECT_EQ(kept()["zoom"], 80);
+  desktop().input().drag(middle, {middle.x + 200, middle.y});
+  press(keys::right);
+  press(keys::f5);
+  ASSERT_TRUE(host().says("a new timeline is shown", 2)) << host().said();
+  EXPECT_TRUE(comesToShowWithAFocusRing(zoomed, "locked"));
+  EXPECT_EQ(host().end(), 0);
+  EXPECT_EQ(placements(display()), locked);
+}
+
 TEST_F(InputOnWayland, DeleteRemovesAndOpensTheGalleryWhenNoneIsLeft) {
   startWithTwo();
   press(keys::deletion);
   EXPECT_TRUE(boardsAre({small}, "one-left"));
-  EXPECT_FALSE(galleryIsOpen());
   desktop().input().click(middleOfSmall);
+  // The reload is handled after all that the removal has led to.
+  press(keys::f5);
+  ASSERT_TRUE(host().says("a new timeline is shown", 2)) << host().said();
+  EXPECT_FALSE(galleryIsOpen());
   press(keys::deletion);
   EXPECT_TRUE(eventually([this] { return galleryIsOpen(); })) << host().said();
   EXPECT_TRUE(comesToBeKept({}));
@@ -138,6 +158,12 @@ TEST_F(InputOnWayland, MenuOpensByRightClickAndByKey) {
   // The mnemonic of "remove".
   press('u');
   EXPECT_TRUE(boardsAre({small}, "removed-by-menu"));
+}
+
+TEST_F(InputOnWayland, StartWithoutACommandShowsTheWidgets) {
+  settings_.arguments = {};
+  start();
+  EXPECT_TRUE(comesToShow(screenWith({{"medium", firstPlace}}), "no-command"));
 }
 
 TEST_F(InputOnWayland, SecondStartOpensTheGalleryOfTheFirst) {
