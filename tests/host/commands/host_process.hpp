@@ -10,11 +10,13 @@
 #include <poll.h>
 #include <pty.h>
 #include <sys/ioctl.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "base/descriptors/file_descriptor.hpp"
 #include "support/environment.hpp"
+#include "support/file_content.hpp"
 #include "support/temporary_folder.hpp"
 
 namespace host {
@@ -97,10 +99,7 @@ class HostProcess {
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   }
 
-  std::string errors() const {
-    std::ifstream file(folder_.path("errors"));
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string errors() const { return support::contentOf(folder_.path("errors")); }
 
  private:
   void start(std::vector<std::string> arguments, Onto onto, int input, const std::string& program) {
@@ -112,8 +111,12 @@ class HostProcess {
       EXPECT_EQ(pipe2(output, O_CLOEXEC), 0);
     }
     arguments.insert(arguments.begin(), {VAMBA_HOST, "--extension", program});
+    const pid_t parent = getpid();
     process_ = fork();
     if (process_ == 0) {
+      // A killed test leaves nothing behind.
+      prctl(PR_SET_PDEATHSIG, SIGKILL);
+      if (getppid() != parent) _exit(127);
       dup2(input < 0 ? output[1] : input, STDIN_FILENO);
       dup2(output[1], STDOUT_FILENO);
       dup2(input < 0 ? output[1] : open(folder_.path("errors").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600),

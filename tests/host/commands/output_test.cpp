@@ -1,6 +1,6 @@
 #include "host/commands/output.hpp"
 
-#include <fstream>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -11,11 +11,6 @@
 
 namespace host {
 namespace {
-
-std::string contentOf(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::size_t filesIn(const std::filesystem::path& folder) {
   return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
@@ -30,7 +25,7 @@ TEST_F(WriteFile, ReplacesTheWholeFileAndLeavesNothingBeside) {
   const auto file = folder_.path("board.png");
   ASSERT_TRUE(writeFile(file, std::string("a longer first text")));
   ASSERT_TRUE(writeFile(file, std::string("b\0c", 3)));
-  EXPECT_EQ(contentOf(file), std::string("b\0c", 3));
+  EXPECT_EQ(support::contentOf(file), std::string("b\0c", 3));
   EXPECT_EQ(filesIn(folder_.path("")), 1U);
 }
 
@@ -48,7 +43,7 @@ TEST_F(WriteFile, WritesThroughALink) {
   folder_.write("real", "old");
   std::filesystem::create_symlink("real", folder_.path("link"));
   ASSERT_TRUE(writeFile(folder_.path("link"), "new"));
-  EXPECT_EQ(contentOf(folder_.path("real")), "new");
+  EXPECT_EQ(support::contentOf(folder_.path("real")), "new");
   EXPECT_TRUE(std::filesystem::is_symlink(folder_.path("link")));
 }
 

@@ -8,6 +8,7 @@
 #include "base/descriptors/file_descriptor.hpp"
 #include "base/descriptors/write_all.hpp"
 #include "host/commands/host_process.hpp"
+#include "support/file_content.hpp"
 #include "support/sanitized.hpp"
 #include "support/waiting.hpp"
 
@@ -185,8 +186,7 @@ TEST_F(HostCommands, ShowWritesToAFile) {
   const auto [status, output, errors] = runHost({"show", "--output", file});
   EXPECT_EQ(status, 0);
   EXPECT_EQ(output, "");
-  std::ifstream stream(file);
-  const std::string board{std::istreambuf_iterator<char>(stream), {}};
+  const std::string board = support::contentOf(file);
   EXPECT_THAT(board, HasSubstr("timeline systemMedium"));
   EXPECT_THAT(board, Not(HasSubstr("\x1b")));
 }
@@ -230,7 +230,12 @@ TEST_F(HostCommands, OnATerminalTheBoardIsAsWideAsThatAndColoured) {
   environment_.set("TERM", "xterm-256color");
   environment_.unset("NO_COLOR");
   HostProcess host({"show"}, Onto::terminal);
-  EXPECT_THAT(host.rest(), HasSubstr("timeline systemMedium"));
+  const std::string board = host.rest();
+  std::string topEdge = "\x1b[38;5;243m╭";
+  constexpr int columns = 50;
+  for (int column = 2; column < columns; ++column) topEdge += "─";
+  EXPECT_THAT(board, HasSubstr(topEdge + "╮"));
+  EXPECT_THAT(board, HasSubstr("timeline systemMedium"));
   EXPECT_EQ(host.status(), 0);
 }
 

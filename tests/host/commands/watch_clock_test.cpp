@@ -5,7 +5,9 @@
 
 #include "end_to_end/extension_fixture.hpp"
 #include "host/commands/host_process.hpp"
+#include "support/file_content.hpp"
 #include "support/shifted_clock/shifted_clock.hpp"
+#include "support/waiting.hpp"
 
 namespace host {
 namespace {
@@ -67,6 +69,21 @@ TEST_F(WatchOfADay, PrintsTheDayOfANewZoneWithoutALoad) {
   clock_.setZone("Europe/Vilnius");
   EXPECT_THAT(board(host), AllOf(HasSubstr("10:30"), Not(HasSubstr("jutro")), HasSubstr("zaległe")));
   EXPECT_EQ(service_.requests().size(), 3U);
+}
+
+TEST_F(WatchByAShiftedClock, PrintsNoBoardThatIsTheSameInANewZone) {
+  environment_.set("FAKE_EXTENSION_REQUESTS", folder_.path("requests"));
+  const auto asked = [this] { return support::contentOf(folder_.path("requests")); };
+  HostProcess host({"watch"});
+  host.readUntil("╯\n");
+  for (const char* zone : {"Europe/Berlin", "Europe/Vilnius", "Asia/Tokyo"}) {
+    const auto before = asked();
+    clock_.setZone(zone);
+    // The board is drawn anew, so that of the zone before has been judged.
+    EXPECT_TRUE(support::eventually([&] { return asked() != before; })) << zone;
+  }
+  host.signal(SIGTERM);
+  EXPECT_EQ(host.rest(), "");
 }
 
 }  // namespace
