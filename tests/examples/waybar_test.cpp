@@ -2,8 +2,6 @@
 // example's colours, a click reloads it, and the widget's command ends with the bar.
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 
 #include <poll.h>
@@ -15,12 +13,14 @@
 #include "support/child_process.hpp"
 #include "support/displays/accessible_objects.hpp"
 #include "support/displays/sway_desktop.hpp"
+#include "support/file_content.hpp"
 #include "support/waiting.hpp"
 
 namespace end_to_end {
 namespace {
 
 namespace fs = std::filesystem;
+using support::contentOf;
 using support::eventually;
 using support::Pixel;
 using support::ScreenArea;
@@ -36,11 +36,6 @@ constexpr const char* style = R"(
 window#waybar { background: #102030; }
 #custom-vamba { color: #f0f1f2; border-left: 20px solid currentColor; }
 )";
-
-std::string contentOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 /// The child process with exactly this command line, its arguments joined by spaces.
 std::optional<pid_t> childThatRuns(pid_t parent, const std::string& command) {

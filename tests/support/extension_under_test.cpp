@@ -5,8 +5,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <vector>
 
@@ -16,6 +14,8 @@
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "support/file_content.hpp"
 
 namespace support {
 namespace {
@@ -181,9 +181,6 @@ std::optional<int> ExtensionUnderTest::exitStatus(Duration patience) {
   return status_;
 }
 
-std::string ExtensionUnderTest::diagnostics() const {
-  std::ifstream file(folder_.path("stderr"), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
+std::string ExtensionUnderTest::diagnostics() const { return contentOf(folder_.path("stderr")); }
 
 }  // namespace support

@@ -1,10 +1,10 @@
 // An extension that behaves as FAKE_EXTENSION tells: well by default, else in one of the ways in which a process can
 // fail its host. FAKE_EXTENSION_STARTS names a file to which each process it consists of adds its number,
 // FAKE_EXTENSION_REQUESTS one to which it adds what it is asked. FAKE_EXTENSION_TITLE is what its timelines say,
-// FAKE_EXTENSION_SENTENCE what they say instead of a day,
-// FAKE_EXTENSION_NOW the time that it takes it to be, in seconds since 1970. FAKE_EXTENSION_TODAY is added to each
-// view. FAKE_EXTENSION_OPENS is what a click on its widget opens, as JSON. While there is a file FAKE_EXTENSION_HELD,
-// no view is answered.
+// FAKE_EXTENSION_SENTENCE what they say instead of a day, FAKE_EXTENSION_RELOAD_SECONDS after how many seconds they ask
+// to be loaded again. FAKE_EXTENSION_NOW is the time that it takes it to be, in seconds since 1970.
+// FAKE_EXTENSION_TODAY is added to each view. FAKE_EXTENSION_OPENS is what a click on its widget opens, as JSON. While
+// there is a file FAKE_EXTENSION_HELD, no view is answered.
 #include <csignal>
 #include <cstdlib>
 #include <fstream>

@@ -1,11 +1,12 @@
 #include "support/nginx_server.hpp"
 
 #include <fstream>
-#include <iterator>
 #include <sstream>
 
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include "support/file_content.hpp"
 
 namespace support {
 namespace {
@@ -86,8 +87,7 @@ std::vector<NginxRequest> NginxServer::endAndReadLog() {
 std::string NginxServer::errorLog() const {
   std::string text;
   for (const std::string name : {"output.log", "error.log"}) {
-    std::ifstream log(folder_.path(name));
-    text.append(std::istreambuf_iterator<char>(log), {});
+    text += contentOf(folder_.path(name));
   }
   return text;
 }

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <csignal>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
 #include <unistd.h>
 
+#include "support/file_content.hpp"
 #include "support/waiting.hpp"
 
 namespace support {
@@ -132,10 +132,7 @@ SystemdSession::SystemdSession(const SessionBus& bus, SessionBus::Environment en
   waitUntil(
       "systemd takes orders",
       [&] { return manager_->hasEnded() || systemctl({"is-active", "default.target"}).line == "active"; },
-      [&] {
-        std::ifstream log(bus_.path("systemd.log"));
-        return std::string(std::istreambuf_iterator<char>(log), {});
-      });
+      [&] { return contentOf(bus_.path("systemd.log")); });
   if (manager_->hasEnded()) throw std::runtime_error("systemd ended");
 }
 

@@ -3,8 +3,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
@@ -13,6 +11,8 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "support/file_content.hpp"
 
 namespace support {
 namespace {
@@ -75,8 +75,7 @@ int RunningTool::end() {
 void runTool(const std::string& program, const std::string& package, std::vector<std::string> arguments,
              const std::string& outputFile) {
   if (RunningTool(program, package, std::move(arguments), outputFile).wait() == 0) return;
-  std::ifstream output(outputFile);
-  throw std::runtime_error(program + " failed: " + std::string(std::istreambuf_iterator<char>(output), {}));
+  throw std::runtime_error(program + " failed: " + contentOf(outputFile));
 }
 
 }  // namespace support

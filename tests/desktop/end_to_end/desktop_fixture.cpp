@@ -6,17 +6,15 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "support/file_content.hpp"
+
 namespace end_to_end {
 namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
+using support::contentOf;
 using support::SessionBus;
-
-std::string contentOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::vector<std::string> linesOf(const fs::path& file) {
   std::ifstream stream(file);

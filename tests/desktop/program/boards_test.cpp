@@ -46,8 +46,8 @@ TEST(BoardInBox, LeavesOutAndCountsTheRowsThatDoNot) {
     const int hidden = tasks - static_cast<int>(linesOf(board) - 2);
     EXPECT_GT(hidden, 0) << nameOf(family);
     EXPECT_EQ(lastLineOf(board), "and " + std::to_string(hidden) + " more") << nameOf(family);
-    const auto onMore = host::withoutLastRows(dayOf(tasks), hidden - 1).value();
-    EXPECT_FALSE(fits(host::localised(onMore, host::Language::english), family)) << nameOf(family);
+    const auto oneMore = host::withoutLastRows(dayOf(tasks), hidden - 1).value();
+    EXPECT_FALSE(fits(host::localised(oneMore, host::Language::english), family)) << nameOf(family);
   }
 }
 

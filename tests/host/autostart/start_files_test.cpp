@@ -69,8 +69,7 @@ TEST(SystemdUnit, IsAcceptedBySystemdWhateverTheProgramsPath) {
     std::filesystem::copy_file("/bin/true", program);
     folder.write("vamba-desktop.service", systemdUnit(program, UnitCapabilities::takenAway));
     const int status = std::system(verify.c_str());
-    std::ifstream said(folder.path("said"));
-    const std::string text{std::istreambuf_iterator<char>(said), {}};
+    const std::string text = support::contentOf(folder.path("said"));
     EXPECT_EQ(status, 0) << program << "\n" << text;
     EXPECT_EQ(text.find("vamba-desktop.service"), std::string::npos) << program << "\n" << text;
   }

@@ -201,7 +201,8 @@ TEST(NearestWord, IsAtMostAThirdOfTheLettersAway) {
 }
 
 TEST(CommandLineTest, ExplainsItselfEverywhere) {
-  for (const char* command : {"gallery", "placeholder", "snapshot", "timeline", "show", "watch", "autostart"}) {
+  for (const char* command : {"gallery", "placeholder", "snapshot", "timeline", "show", "watch", "desktop", "sign-in",
+                              "sign-out", "doctor", "autostart"}) {
     for (const char* flag : {"--help", "--version"}) {
       const auto parsed = parse({command, flag});
       const auto* exit = std::get_if<Exit>(&parsed);

@@ -4,14 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include "support/fixed_clock.hpp"
+
 namespace platform {
 namespace {
 
-absl::TimeZone zone(const std::string& name) {
-  absl::TimeZone result;
-  EXPECT_TRUE(absl::LoadTimeZone(name, &result)) << name;
-  return result;
-}
+using support::zone;
 
 std::string inZone(absl::Time instant, absl::TimeZone where) {
   return absl::FormatTime("%Y-%m-%d %H:%M:%S %Ez", instant, where);

@@ -1,6 +1,5 @@
 #include "platform/keychain/fake_secret_service.hpp"
 
-#include <stdexcept>
 #include <utility>
 
 #include <poll.h>
@@ -12,27 +11,19 @@ namespace {
 
 const std::string itemFolder = "/org/freedesktop/secrets/collection/login/";
 
-void check(int result, const char* what) {
-  if (result < 0) throw std::runtime_error(std::string("fake secret service: ") + what);
-}
-
 }  // namespace
 
 FakeSecretService::FakeSecretService(const std::string& busAddress, FakeBehaviour behaviour)
-    : behaviour_(std::move(behaviour)), stop_(eventfd(0, EFD_CLOEXEC)) {
-  check(sd_bus_new(&bus_), "sd_bus_new");
-  check(sd_bus_set_address(bus_, busAddress.c_str()), "address");
-  check(sd_bus_set_bus_client(bus_, 1), "client");
-  check(sd_bus_start(bus_), "start");
-  check(sd_bus_add_filter(bus_, nullptr, dispatch, this), "filter");
-  check(sd_bus_request_name(bus_, "org.freedesktop.secrets", 0), "name");
+    : behaviour_(std::move(behaviour)), bus_(support::connectToBus(busAddress)), stop_(eventfd(0, EFD_CLOEXEC)) {
+  support::check(sd_bus_add_filter(bus_.get(), nullptr, dispatch, this), "adding a filter");
+  support::check(sd_bus_request_name(bus_.get(), "org.freedesktop.secrets", 0), "asking for the name");
   thread_ = std::thread([this] { serve(); });
 }
 
 FakeSecretService::~FakeSecretService() {
   eventfd_write(stop_.get(), 1);
   thread_.join();
-  sd_bus_flush_close_unref(bus_);
+  sd_bus_flush(bus_.get());
 }
 
 std::vector<std::string> FakeSecretService::calls() {
@@ -47,9 +38,10 @@ bool FakeSecretService::holds(const std::string& item) {
 
 void FakeSecretService::serve() {
   while (true) {
-    while (sd_bus_process(bus_, nullptr) > 0) {
+    while (sd_bus_process(bus_.get(), nullptr) > 0) {
     }
-    pollfd waits[] = {{sd_bus_get_fd(bus_), static_cast<short>(sd_bus_get_events(bus_)), 0}, {stop_.get(), POLLIN, 0}};
+    pollfd waits[] = {{sd_bus_get_fd(bus_.get()), static_cast<short>(sd_bus_get_events(bus_.get())), 0},
+                      {stop_.get(), POLLIN, 0}};
     poll(waits, 2, -1);
     if (waits[1].revents != 0) return;
   }
@@ -113,7 +105,7 @@ int FakeSecretService::answer(sd_bus_message* call) {
     sd_bus_message_unref(reply);
     return sd_bus_reply_method_errorf(call, "org.freedesktop.Secret.Error.NoSuchObject", "no such object");
   }
-  const int sent = sd_bus_send(bus_, reply, nullptr);
+  const int sent = sd_bus_send(bus_.get(), reply, nullptr);
   sd_bus_message_unref(reply);
   return sent;
 }

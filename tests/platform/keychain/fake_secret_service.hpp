@@ -12,6 +12,7 @@
 #include <systemd/sd-bus.h>
 
 #include "base/descriptors/file_descriptor.hpp"
+#include "support/session_bus.hpp"
 
 namespace platform::testing {
 
@@ -52,7 +53,7 @@ class FakeSecretService {
   FakeBehaviour behaviour_;
   std::mutex mutex_;
   std::vector<std::string> calls_;
-  sd_bus* bus_ = nullptr;
+  support::BusConnection bus_;
   base::FileDescriptor stop_;
   std::thread thread_;
 };

@@ -1,11 +1,10 @@
 #include "support/displays/mutter_desktop.hpp"
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 #include "support/displays/mutter_x_server.hpp"
+#include "support/file_content.hpp"
 #include "support/waiting.hpp"
 
 namespace support {
@@ -54,9 +53,6 @@ SessionBus::Environment MutterDesktop::environment() const {
   return variables;
 }
 
-std::string MutterDesktop::log() const {
-  std::ifstream file(bus_.path("display.log"), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
+std::string MutterDesktop::log() const { return contentOf(bus_.path("display.log")); }
 
 }  // namespace support

@@ -2,12 +2,12 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 #include <systemd/sd-bus.h>
 
 #include "support/displays/mutter_x_server.hpp"
+#include "support/file_content.hpp"
 #include "support/waiting.hpp"
 
 namespace support {
@@ -29,11 +29,6 @@ color-shading-type='solid'
 [org/gnome/shell]
 welcome-dialog-last-shown-version='99'
 )";
-
-std::string contentOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 void write(const fs::path& file, const std::string& content) {
   fs::create_directories(file.parent_path());

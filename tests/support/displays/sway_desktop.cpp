@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <stdexcept>
 
 #include <pwd.h>
@@ -14,6 +12,7 @@
 #include <unistd.h>
 
 #include "base/descriptors/file_descriptor.hpp"
+#include "support/file_content.hpp"
 #include "support/tool.hpp"
 #include "support/waiting.hpp"
 
@@ -241,8 +240,7 @@ Bitmap SwayDesktop::screenshot(const std::string& output) const {
   if (!output.empty()) arguments.insert(arguments.end(), {"-o", output});
   arguments.push_back(file);
   runTool("env", "coreutils", arguments, folder_.path("log"));
-  std::ifstream stream(file, std::ios::binary);
-  auto bitmap = readPng({std::istreambuf_iterator<char>(stream), {}});
+  auto bitmap = readPng(contentOf(file));
   if (bitmap.pixels.empty()) throw std::runtime_error("grim (apt-get install grim) took no screenshot:\n" + log());
   return bitmap;
 }
@@ -253,9 +251,6 @@ SessionBus::Environment SwayDesktop::environment() const {
   return variables;
 }
 
-std::string SwayDesktop::log() const {
-  std::ifstream file(folder_.path("log"), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
+std::string SwayDesktop::log() const { return contentOf(folder_.path("log")); }
 
 }  // namespace support

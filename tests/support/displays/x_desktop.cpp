@@ -1,11 +1,11 @@
 #include "support/displays/x_desktop.hpp"
 
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 #include <xcb/xcb.h>
 
+#include "support/file_content.hpp"
 #include "support/waiting.hpp"
 
 namespace support {
@@ -136,9 +136,6 @@ SessionBus::Environment XDesktop::environment() const {
   return variables;
 }
 
-std::string XDesktop::log() const {
-  std::ifstream file(bus_.path("display.log"), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
+std::string XDesktop::log() const { return contentOf(bus_.path("display.log")); }
 
 }  // namespace support

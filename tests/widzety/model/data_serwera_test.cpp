@@ -9,17 +9,13 @@
 #include <gtest/gtest.h>
 
 #include "base/text/instant.hpp"
+#include "support/fixed_clock.hpp"
 
 namespace widzety {
 namespace {
 
 using platform::DecodingError;
-
-absl::TimeZone strefa(const char* nazwa) {
-  absl::TimeZone strefa;
-  EXPECT_TRUE(absl::LoadTimeZone(nazwa, &strefa)) << nazwa;
-  return strefa;
-}
+using support::zone;
 
 std::expected<absl::Time, DecodingError> wczytaj(std::string_view tekst) {
   return wczytajDate(tekst, strefaDatySerwera());
@@ -67,7 +63,7 @@ TEST(DataSerwera, RefusesWhatLiesOutsideOfTheYearsOfFourDigitsInUtc) {
   EXPECT_TRUE(wczytaj("0000-01-02"));
   EXPECT_TRUE(wczytaj("9999-12-31T23:59:59.5-00:00"));
   // West of Greenwich the last day that can be written begins in the year 9999 too.
-  EXPECT_TRUE(wczytajDate("9999-12-31", strefa("America/Santiago")));
+  EXPECT_TRUE(wczytajDate("9999-12-31", zone("America/Santiago")));
 }
 
 TEST(DataSerwera, ADayBeginsAtItsFirstInstant) {
@@ -81,7 +77,7 @@ TEST(DataSerwera, ADayBeginsAtItsFirstInstant) {
   };
   for (const auto& [tekst, chwila] : przypadki) {
     const auto blank = tekst.find(' ');
-    const auto wynik = wczytajDate(tekst.substr(blank + 1), strefa(std::string(tekst.substr(0, blank)).c_str()));
+    const auto wynik = wczytajDate(tekst.substr(blank + 1), zone(std::string(tekst.substr(0, blank))));
     ASSERT_TRUE(wynik) << tekst;
     EXPECT_EQ(base::formatInstant(*wynik), chwila) << tekst;
   }
