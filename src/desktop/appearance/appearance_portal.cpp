@@ -1,14 +1,15 @@
 #include "desktop/appearance/appearance_portal.hpp"
 
-#include <cstdlib>
 #include <map>
+#include <memory>
 #include <string_view>
 #include <utility>
 
 #include <gio/gio.h>
-#include <unistd.h>
 
 #include "desktop/appearance/portal_values.hpp"
+#include "desktop/glib/gobject.hpp"
+#include "desktop/glib/session_bus.hpp"
 
 namespace desktop {
 namespace {
@@ -20,59 +21,15 @@ constexpr const char* appearance = "org.freedesktop.appearance";
 constexpr const char* schemeKey = "color-scheme";
 constexpr const char* accentKey = "accent-color";
 
-struct ObjectRelease {
-  void operator()(gpointer object) const { g_object_unref(object); }
-};
-struct VariantRelease {
-  void operator()(GVariant* variant) const { g_variant_unref(variant); }
-};
-struct ErrorRelease {
-  void operator()(GError* error) const { g_error_free(error); }
-};
-template <typename Object>
-using OwnedObject = std::unique_ptr<Object, ObjectRelease>;
-using OwnedVariant = std::unique_ptr<GVariant, VariantRelease>;
-using OwnedError = std::unique_ptr<GError, ErrorRelease>;
-
-std::string variable(const char* name) {
-  const char* const value = std::getenv(name);
-  return value == nullptr ? std::string() : std::string(value);
-}
-
 }  // namespace
-
-std::optional<std::string> sessionBusToAsk() {
-  // "autolaunch:" would start a new bus, which has no portal.
-  if (auto address = variable("DBUS_SESSION_BUS_ADDRESS"); !address.empty()) {
-    if (address.find("autolaunch:") != std::string::npos) return std::nullopt;
-    return address;
-  }
-  const std::string socket = variable("XDG_RUNTIME_DIR") + "/bus";
-  if (!socket.starts_with('/') || socket == "/bus" || access(socket.c_str(), F_OK) != 0) return std::nullopt;
-  char* const escaped = g_dbus_address_escape_value(socket.c_str());
-  std::string address = std::string("unix:path=") + escaped;
-  g_free(escaped);
-  return address;
-}
 
 class AppearancePortal::Conversation {
  public:
   Conversation(const std::string& busAddress, std::function<void(const DesktopAppearance&)> changed)
-      : changed_(std::move(changed)), ended_(g_cancellable_new()) {
-    // A private connection: the one that GLib shares ends the process when the bus ends.
-    constexpr auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                                             G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    g_dbus_connection_new_for_address(busAddress.c_str(), flags, nullptr, ended_.get(), &Conversation::connected,
-                                      new Question{this, OwnedObject<GCancellable>(ref(ended_.get()))});
-  }
+      : changed_(std::move(changed)), bus_(busAddress, [this] { begin(); }) {}
 
   ~Conversation() {
-    g_cancellable_cancel(ended_.get());
     if (telling_ != 0) g_source_remove(telling_);
-    if (!bus_) return;
-    g_dbus_connection_signal_unsubscribe(bus_.get(), settingChanges_);
-    g_dbus_connection_signal_unsubscribe(bus_.get(), ownerChanges_);
-    g_dbus_connection_close(bus_.get(), nullptr, nullptr, nullptr);
   }
   Conversation(const Conversation&) = delete;
   Conversation& operator=(const Conversation&) = delete;
@@ -82,30 +39,20 @@ class AppearancePortal::Conversation {
   struct Question {
     Conversation* asker;
     OwnedObject<GCancellable> ended;
-    const char* key = nullptr;
-    const char* method = nullptr;
-    GDBusCallFlags flags = G_DBUS_CALL_FLAGS_NONE;
-    int announcements = 0;  ///< changes of this key before the question
+    const char* key;
+    const char* method;
+    GDBusCallFlags flags;
+    int announcements;  ///< changes of this key before the question
   };
 
   static GCancellable* ref(GCancellable* cancellable) { return static_cast<GCancellable*>(g_object_ref(cancellable)); }
 
-  static void connected(GObject* /*source*/, GAsyncResult* result, gpointer data) noexcept {
-    const std::unique_ptr<Question> question(static_cast<Question*>(data));
-    GError* error = nullptr;
-    OwnedObject<GDBusConnection> bus(g_dbus_connection_new_for_address_finish(result, &error));
-    const OwnedError failure(error);
-    if (bus && g_cancellable_is_cancelled(question->ended.get()) == FALSE) question->asker->begin(std::move(bus));
-  }
-
-  void begin(OwnedObject<GDBusConnection> bus) {
-    bus_ = std::move(bus);
-    settingChanges_ =
-        g_dbus_connection_signal_subscribe(bus_.get(), portalName, settings, "SettingChanged", portalPath, appearance,
-                                           G_DBUS_SIGNAL_FLAGS_NONE, &Conversation::settingChanged, this, nullptr);
-    ownerChanges_ = g_dbus_connection_signal_subscribe(
-        bus_.get(), "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged", "/org/freedesktop/DBus",
-        portalName, G_DBUS_SIGNAL_FLAGS_NONE, &Conversation::ownerChanged, this, nullptr);
+  void begin() {
+    bus_.subscribe({portalName, portalPath, settings, "SettingChanged", appearance}, &Conversation::settingChanged,
+                   this);
+    constexpr const char* bus = "org.freedesktop.DBus";
+    bus_.subscribe({bus, "/org/freedesktop/DBus", bus, "NameOwnerChanged", portalName}, &Conversation::ownerChanged,
+                   this);
     askForBoth(G_DBUS_CALL_FLAGS_NONE);
   }
 
@@ -118,9 +65,9 @@ class AppearancePortal::Conversation {
     // Without a timeout, since nothing waits for the answer. A portal may need as long as the slowest of its backends,
     // each of which may take up to the usual timeout.
     g_dbus_connection_call(
-        bus_.get(), portalName, portalPath, settings, method, g_variant_new("(ss)", appearance, key),
-        G_VARIANT_TYPE("(v)"), flags, G_MAXINT, ended_.get(), &Conversation::answered,
-        new Question{this, OwnedObject<GCancellable>(ref(ended_.get())), key, method, flags, announcements_[key]});
+        bus_.connection(), portalName, portalPath, settings, method, g_variant_new("(ss)", appearance, key),
+        G_VARIANT_TYPE("(v)"), flags, G_MAXINT, bus_.ended(), &Conversation::answered,
+        new Question{this, OwnedObject<GCancellable>(ref(bus_.ended())), key, method, flags, announcements_[key]});
   }
 
   static void answered(GObject* source, GAsyncResult* result, gpointer data) noexcept {
@@ -195,10 +142,7 @@ class AppearancePortal::Conversation {
   }
 
   std::function<void(const DesktopAppearance&)> changed_;
-  OwnedObject<GCancellable> ended_;
-  OwnedObject<GDBusConnection> bus_;
-  guint settingChanges_ = 0;
-  guint ownerChanges_ = 0;
+  PrivateBus bus_;
   std::map<std::string, int, std::less<>> announcements_;  ///< number of announced changes, by key
   int open_ = 0;                                           ///< questions that are not answered yet
   guint telling_ = 0;                                      ///< the timer that reports the values known so far

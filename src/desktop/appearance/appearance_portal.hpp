@@ -18,9 +18,6 @@ struct DesktopAppearance {
   bool operator==(const DesktopAppearance&) const = default;
 };
 
-/// The address of the session bus that the environment names; none if there is no bus. Never starts one.
-std::optional<std::string> sessionBusToAsk();
-
 class AppearancePortal {
  public:
   /// Begins to ask. `changed` is called whenever the answer differs from the previous one, never from within the

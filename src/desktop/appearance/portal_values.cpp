@@ -2,17 +2,13 @@
 
 #include <cmath>
 #include <cstdint>
-#include <memory>
 
 #include <glib.h>
 
+#include "desktop/glib/gobject.hpp"
+
 namespace desktop {
 namespace {
-
-struct VariantRelease {
-  void operator()(GVariant* variant) const { g_variant_unref(variant); }
-};
-using OwnedVariant = std::unique_ptr<GVariant, VariantRelease>;
 
 /// The value inside any number of nested variants.
 OwnedVariant unwrapped(GVariant* value) {

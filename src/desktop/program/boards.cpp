@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "desktop/windows/loading_board.hpp"
+#include "desktop/windows/fixed_boards.hpp"
 #include "host/texts/fewer_rows.hpp"
 
 namespace desktop {

@@ -8,14 +8,10 @@
 #include <gio/gdesktopappinfo.h>
 #include <unistd.h>
 
-#include "desktop/windows/gobject.hpp"
+#include "desktop/glib/gobject.hpp"
 
 namespace desktop {
 namespace {
-
-struct ErrorRelease {
-  void operator()(GError* error) const { g_error_free(error); }
-};
 
 /// The application that opens such addresses; null if there is none.
 OwnedObject<GAppInfo> applicationFor(const std::string& address) {
@@ -110,7 +106,7 @@ class Opening::Attempt {
   static void ended(gpointer data, GError* error) {
     std::unique_ptr<Attempt> attempt(static_cast<Attempt*>(data));
     if (error == nullptr) return;
-    const std::unique_ptr<GError, ErrorRelease> failure(error);
+    const OwnedError failure(error);
     const std::string& name = attempt->targets_[attempt->next_ - 1].name;
     if (!attempt->failures_.empty()) attempt->failures_ += "; ";
     attempt->failures_ += "can't open " + name + ": " + failure->message;

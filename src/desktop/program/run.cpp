@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "desktop/appearance/appearance_portal.hpp"
+#include "desktop/glib/session_bus.hpp"
 #include "desktop/program/desktop.hpp"
 #include "desktop/program/opening.hpp"
 #include "desktop/program/shown_desktop.hpp"

@@ -7,7 +7,7 @@
 
 #include <gio/gio.h>
 
-#include "desktop/windows/gobject.hpp"
+#include "desktop/glib/session_bus.hpp"
 
 namespace desktop {
 
@@ -16,21 +16,16 @@ class ShownDesktop {
   /// Begins to listen, without blocking. `changed` is called with whether the desktop is shown, never from within the
   /// constructor; nothing is asked again and again.
   ShownDesktop(const std::string& busAddress, std::function<void(bool)> changed);
-  ~ShownDesktop();
   ShownDesktop(const ShownDesktop&) = delete;
   ShownDesktop& operator=(const ShownDesktop&) = delete;
 
  private:
-  struct Attempt;
-
-  static void connected(GObject* source, GAsyncResult* result, gpointer data) noexcept;
+  void listen();
   static void told(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
                    const char* signal, GVariant* parameters, gpointer self) noexcept;
 
   std::function<void(bool)> changed_;
-  OwnedObject<GCancellable> ended_;
-  OwnedObject<GDBusConnection> bus_;
-  guint subscription_ = 0;
+  PrivateBus bus_;
 };
 
 }  // namespace desktop

@@ -9,7 +9,7 @@
 #include <sys/file.h>
 
 #include "base/files/replace_file.hpp"
-#include "desktop/appearance/appearance_portal.hpp"
+#include "desktop/glib/session_bus.hpp"
 #include "desktop/placement/placement_store.hpp"
 
 namespace desktop {

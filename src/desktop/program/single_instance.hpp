@@ -7,7 +7,7 @@
 #include <gio/gio.h>
 
 #include "base/descriptors/file_descriptor.hpp"
-#include "desktop/windows/gobject.hpp"
+#include "desktop/glib/gobject.hpp"
 
 namespace desktop {
 

@@ -7,7 +7,7 @@
 
 #include <gtk/gtk-a11y.h>
 
-#include "desktop/windows/gobject.hpp"
+#include "desktop/glib/gobject.hpp"
 
 namespace desktop {
 namespace {

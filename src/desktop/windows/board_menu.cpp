@@ -8,7 +8,7 @@
 #include <absl/strings/str_cat.h>
 #include <absl/time/clock.h>
 
-#include "desktop/windows/gobject.hpp"
+#include "desktop/glib/gobject.hpp"
 
 namespace desktop {
 namespace {

@@ -13,6 +13,7 @@
 #include "desktop/windows/x_focus.hpp"
 #include "render/colour/palette.hpp"
 #include "render/picture/shape.hpp"
+#include "render/picture/surface.hpp"
 
 namespace desktop {
 namespace {
@@ -307,8 +308,9 @@ void BoardSurface::shape() {
 }
 
 void BoardSurface::cutOut() const {
-  cairo_surface_t* const mask = cairo_image_surface_create(CAIRO_FORMAT_A1, place_.size.width, place_.size.height);
-  cairo_t* const cairo = cairo_create(mask);
+  const render::OwnedSurface mask(cairo_image_surface_create(CAIRO_FORMAT_A1, place_.size.width, place_.size.height));
+  const render::OwnedCairo painting(cairo_create(mask.get()));
+  cairo_t* const cairo = painting.get();
   if (role_ == Role::outline) {
     cairo_set_line_width(cairo, outlineWidth);
     path(cairo, outlineWidth / 2);
@@ -317,9 +319,8 @@ void BoardSurface::cutOut() const {
     path(cairo, 0);
     cairo_fill(cairo);
   }
-  cairo_destroy(cairo);
-  cairo_region_t* const region = gdk_cairo_region_create_from_surface(mask);
-  cairo_surface_destroy(mask);
+  cairo_surface_flush(mask.get());
+  cairo_region_t* const region = gdk_cairo_region_create_from_surface(mask.get());
   gtk_widget_shape_combine_region(window_, region);
   cairo_region_destroy(region);
 }

@@ -6,10 +6,10 @@
 
 #include <gtk/gtk.h>
 
+#include "desktop/glib/gobject.hpp"
 #include "desktop/placement/geometry.hpp"
 #include "desktop/windows/board_picture.hpp"
 #include "desktop/windows/display_way.hpp"
-#include "desktop/windows/gobject.hpp"
 
 namespace desktop {
 

@@ -5,10 +5,10 @@
 #include <iterator>
 #include <utility>
 
+#include "desktop/glib/gobject.hpp"
 #include "desktop/windows/board_area.hpp"
 #include "desktop/windows/board_menu.hpp"
-#include "desktop/windows/gobject.hpp"
-#include "desktop/windows/loading_board.hpp"
+#include "desktop/windows/fixed_boards.hpp"
 
 namespace desktop {
 namespace {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "desktop/windows/gobject.hpp"
+#include "desktop/glib/gobject.hpp"
 #include "render/layout/family_form.hpp"
 
 namespace desktop {

@@ -11,8 +11,8 @@
 #include <gdk/gdkwayland.h>
 #include <gdk/gdkx.h>
 
+#include "desktop/glib/gobject.hpp"
 #include "desktop/windows/edid.hpp"
-#include "desktop/windows/gobject.hpp"
 #include "desktop/windows/wayland_outputs.hpp"
 
 namespace desktop {

@@ -6,9 +6,9 @@
 
 #include <gdk/gdk.h>
 
+#include "desktop/glib/gobject.hpp"
 #include "desktop/placement/monitor.hpp"
 #include "desktop/windows/display_way.hpp"
-#include "desktop/windows/gobject.hpp"
 
 namespace desktop {
 

@@ -5,7 +5,7 @@
 
 #include <gtk/gtk.h>
 
-#include "desktop/windows/gobject.hpp"
+#include "desktop/glib/gobject.hpp"
 
 namespace desktop {
 namespace {

@@ -7,7 +7,7 @@
 #include <X11/Xlib.h>
 #include <gdk/gdkx.h>
 
-#include "desktop/windows/gobject.hpp"
+#include "desktop/glib/gobject.hpp"
 
 namespace desktop {
 namespace {

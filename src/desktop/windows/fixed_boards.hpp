@@ -1,4 +1,5 @@
-// The board that is shown until the extension has answered for the first time.
+// Boards that the host makes itself: one for the time until the extension has answered, and an empty one behind the
+// undo button.
 #pragma once
 
 #include "desktop/windows/board_picture.hpp"

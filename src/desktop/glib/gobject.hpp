@@ -1,4 +1,4 @@
-// Owners for the toolkit's objects, and connecting signals to member functions.
+// Owners for the objects of GLib and the toolkit, and connecting signals to member functions.
 #pragma once
 
 #include <memory>
@@ -14,6 +14,19 @@ struct ObjectRelease {
 /// Holds one reference.
 template <typename Object>
 using OwnedObject = std::unique_ptr<Object, ObjectRelease>;
+
+struct VariantRelease {
+  void operator()(GVariant* variant) const { g_variant_unref(variant); }
+};
+
+/// Holds one reference.
+using OwnedVariant = std::unique_ptr<GVariant, VariantRelease>;
+
+struct ErrorRelease {
+  void operator()(GError* error) const { g_error_free(error); }
+};
+
+using OwnedError = std::unique_ptr<GError, ErrorRelease>;
 
 namespace detail {
 

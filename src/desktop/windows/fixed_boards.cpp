@@ -1,4 +1,4 @@
-#include "desktop/windows/loading_board.hpp"
+#include "desktop/windows/fixed_boards.hpp"
 
 #include "protocol/view_tree/builders.hpp"
 
