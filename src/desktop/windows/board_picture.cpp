@@ -1,22 +1,14 @@
 #include "desktop/windows/board_picture.hpp"
 
 #include <cmath>
-#include <memory>
 #include <utility>
 
 #include "render/layout/family_form.hpp"
 #include "render/picture/paint.hpp"
+#include "render/picture/surface.hpp"
 
 namespace desktop {
 namespace {
-
-struct DestroySurface {
-  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-};
-
-struct DestroyContext {
-  void operator()(cairo_t* cairo) const { cairo_destroy(cairo); }
-};
 
 render::PictureOptions optionsFor(protocol::WidgetFamily family, const BoardContent& content, const BoardLook& look) {
   return {.form = render::familyForm(family),
@@ -40,9 +32,9 @@ BoardPicture::BoardPicture(protocol::WidgetFamily family, BoardContent content, 
 void BoardPicture::paint(cairo_t* cairo, Size size, int scale, render::Backdrop backdrop) {
   if (!drawing_) return;
   // Painted on an image surface first, so that letters look as in a picture file whatever the window's surface is.
-  const std::unique_ptr<cairo_surface_t, DestroySurface> surface(
+  const render::OwnedSurface surface(
       cairo_image_surface_create(CAIRO_FORMAT_ARGB32, size.width * scale, size.height * scale));
-  const std::unique_ptr<cairo_t, DestroyContext> painting(cairo_create(surface.get()));
+  const render::OwnedCairo painting(cairo_create(surface.get()));
   render::paint(painting.get(), *drawing_,
                 {.form = options_.form,
                  .pixels = scale * size.width / options_.form.size.width,
@@ -54,15 +46,6 @@ void BoardPicture::paint(cairo_t* cairo, Size size, int scale, render::Backdrop 
   cairo_set_source_surface(cairo, surface.get(), 0, 0);
   cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_NEAREST);
   cairo_paint(cairo);
-}
-
-std::string BoardPicture::aloud() const {
-  std::string all;
-  for (const auto& row : rows_) {
-    if (!all.empty()) all += '\n';
-    all += row.text;
-  }
-  return all;
 }
 
 double BoardPicture::radiusAt(Size size) const {

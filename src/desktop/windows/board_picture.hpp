@@ -49,7 +49,7 @@ class BoardPicture {
   const std::vector<render::ReadRow>& rows() const { return rows_; }
   double width() const { return options_.form.size.width; }
   /// The rows, one a line.
-  std::string aloud() const;
+  std::string aloud() const { return render::readAloud(rows_); }
 
   const BoardContent& content() const { return content_; }
   const BoardLook& look() const { return look_; }

@@ -90,9 +90,9 @@ std::vector<ReadRow> readRows(Drawing& drawing) {
   return rows;
 }
 
-std::string readAloud(Drawing& drawing) {
+std::string readAloud(std::span<const ReadRow> rows) {
   std::string all;
-  for (const auto& row : readRows(drawing)) {
+  for (const auto& row : rows) {
     if (!all.empty()) all += '\n';
     all += row.text;
   }

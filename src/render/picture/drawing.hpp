@@ -3,6 +3,7 @@
 
 #include <expected>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -36,7 +37,7 @@ struct ReadRow {
 std::vector<ReadRow> readRows(Drawing& drawing);
 
 /// The texts of the rows, one row a line.
-std::string readAloud(Drawing& drawing);
+std::string readAloud(std::span<const ReadRow> rows);
 
 /// The width in device pixels of the hairline just within the board's edge, at `pixels` device pixels a point.
 double edgeWidth(double pixels);

@@ -33,7 +33,7 @@ class Svg {
     viewBox += ' ';
     appendNumber(viewBox, box.height);
     const auto title = visibleText(options_.title, 1);
-    const auto description = redacted() ? std::string() : readAloud(drawing_);
+    const auto description = redacted() ? std::string() : readAloud(readRows(drawing_));
     std::string names;
     if (!title.empty()) names += "board-title";
     if (!description.empty()) names += names.empty() ? "board-desc" : " board-desc";
