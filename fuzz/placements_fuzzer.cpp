@@ -27,16 +27,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   const auto document = readPlacements(text);
   const std::string fresh = writePlacements({}, text);
-  require(readPlacements(fresh).value().placements.empty());
+  require(readPlacements(fresh).value().state.placements.empty());
   if (!document) return 0;
-  const Placements& placements = document->placements;
+  const Placements& placements = document->state.placements;
   require(placements.all().size() + document->dropped <= mostCopies);
   for (const Placed& placed : placements.all()) require(withinBounds(placed) && placements.find(placed.id) == &placed);
 
-  const std::string written = writePlacements({placements, document->settings}, text);
+  const std::string written = writePlacements(document->state, text);
   const auto again = readPlacements(written);
-  require(again && again->placements == placements && again->settings == document->settings && again->dropped == 0);
-  require(writePlacements({again->placements, again->settings}, written) == written);
+  require(again && again->state == document->state && again->dropped == 0);
+  require(writePlacements(again->state, written) == written);
 
   const auto before = nlohmann::json::parse(text);
   const auto after = nlohmann::json::parse(written);

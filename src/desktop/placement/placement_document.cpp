@@ -172,7 +172,7 @@ std::expected<PlacementDocument, std::string> readPlacements(std::string_view te
       ++dropped;
     }
   }
-  return PlacementDocument{Placements(std::move(all)), settingsIn(*parsed), dropped};
+  return PlacementDocument{{Placements(std::move(all)), settingsIn(*parsed)}, dropped};
 }
 
 std::string writePlacements(const DesktopState& state, std::string_view previous) {

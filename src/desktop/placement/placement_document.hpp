@@ -26,8 +26,7 @@ inline constexpr std::size_t largestPlacementDocument = 1U << 20U;
 inline constexpr int farthestInset = 1'000'000;
 
 struct PlacementDocument {
-  Placements placements;
-  DesktopSettings settings = {};
+  DesktopState state;
   std::size_t dropped = 0;  ///< entries that can't be read or repeat an id
 };
 

@@ -38,10 +38,10 @@ LoadedPlacements PlacementStore::load() {
   auto document = readPlacements(*text);
   if (!document) return {.notice = keepAside(document.error())};
   document_ = *std::move(text);
-  LoadedPlacements loaded{.placements = std::move(document->placements), .settings = document->settings};
+  LoadedPlacements loaded{.state = std::move(document->state)};
   if (document->dropped > 0) {
     loaded.notice = keepAside(std::to_string(document->dropped) + " of its widgets can't be read");
-    if (const auto saved = save({loaded.placements, loaded.settings}); !saved) *loaded.notice += "; " + saved.error();
+    if (const auto saved = save(loaded.state); !saved) *loaded.notice += "; " + saved.error();
   }
   return loaded;
 }

@@ -16,8 +16,7 @@ namespace desktop {
 std::optional<std::filesystem::path> placementsFile(base::EnvironmentLookup environment);
 
 struct LoadedPlacements {
-  Placements placements;
-  DesktopSettings settings = {};
+  DesktopState state = {};
   bool firstStart = false;            ///< there was no file
   std::optional<std::string> notice;  ///< for a person: a sentence without a full stop
 };

@@ -31,7 +31,7 @@ class Desktop final : public BoardCommands {
     const Messages& messages;
     const Opening& opening;
     DisplayWay way;
-    LoadedPlacements placements;
+    LoadedPlacements loaded;
     PlacementSaver* saver = nullptr;  ///< null if the environment names no folder to save placements in
   };
 

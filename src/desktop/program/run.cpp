@@ -119,7 +119,7 @@ host::CommandResult run(const host::CommandLine& line) {
   auto store = placementStore(messages);
   auto loaded = store ? store->load() : LoadedPlacements{.firstStart = true};
   if (loaded.notice) messages.say(*loaded.notice);
-  if (line.atLogin && loaded.placements.empty() && !loaded.firstStart && !loaded.notice) {
+  if (line.atLogin && loaded.state.placements.empty() && !loaded.firstStart && !loaded.notice) {
     messages.sayIfVerbose("no widget is placed, so nothing is started at login");
     return {};
   }
@@ -131,7 +131,7 @@ host::CommandResult run(const host::CommandLine& line) {
                    .messages = messages,
                    .opening = opening,
                    .way = way,
-                   .placements = std::move(loaded),
+                   .loaded = std::move(loaded),
                    .saver = saver ? &*saver : nullptr},
                   {.program = host::extensionProgram(line)});
   running = &desktop;

@@ -44,13 +44,13 @@ TEST(PlacementDocument, IsReadAndWrittenAsShown) {
   const auto document = readPlacements(sampleText);
   ASSERT_TRUE(document) << document.error();
   EXPECT_EQ(document->dropped, 0U);
-  EXPECT_EQ(document->placements, Placements({samplePlaced}));
-  EXPECT_EQ(writePlacements({document->placements}, {}), sampleText);
+  EXPECT_EQ(document->state.placements, Placements({samplePlaced}));
+  EXPECT_EQ(writePlacements({document->state.placements}, {}), sampleText);
 }
 
 TEST(PlacementDocument, HoldsNoWidgetAtAll) {
   const auto text = writePlacements({}, {});
-  EXPECT_EQ(readPlacements(text).value().placements, Placements());
+  EXPECT_EQ(readPlacements(text).value().state.placements, Placements());
 }
 
 TEST(PlacementDocument, SaysWhyNothingOfItCanBeUsed) {
@@ -132,7 +132,7 @@ TEST(PlacementDocument, DropsAnEntryThatDescribesNoCopyAndKeepsTheOthers) {
     EXPECT_EQ(read->dropped, 1U) << bad.dump();
     Placed nine = samplePlaced;
     nine.id = 9;
-    EXPECT_EQ(read->placements, Placements({samplePlaced, nine})) << bad.dump();
+    EXPECT_EQ(read->state.placements, Placements({samplePlaced, nine})) << bad.dump();
   }
 }
 
@@ -142,13 +142,13 @@ TEST(PlacementDocument, DropsTheSecondOfTwoWithOneId) {
   const auto read = readPlacements(document.dump());
   ASSERT_TRUE(read);
   EXPECT_EQ(read->dropped, 1U);
-  EXPECT_EQ(read->placements, Placements({samplePlaced}));
+  EXPECT_EQ(read->state.placements, Placements({samplePlaced}));
 }
 
 TEST(PlacementDocument, ReadsWholeNumbersHoweverSpelt) {
   std::string text = sampleText;
   text.replace(text.find("\"x\": 20"), 7, "\"x\": 2e1");
-  EXPECT_EQ(readPlacements(text).value().placements, Placements({samplePlaced}));
+  EXPECT_EQ(readPlacements(text).value().state.placements, Placements({samplePlaced}));
 }
 
 TEST(PlacementDocument, KeepsKeysThatALaterVersionWrote) {
@@ -156,7 +156,7 @@ TEST(PlacementDocument, KeepsKeysThatALaterVersionWrote) {
   document["theme"] = {{"name", "quiet"}};
   document["widgets"][0]["locked"] = true;
   document["widgets"][0]["monitor"]["scale"] = 1.5;
-  Placements placements = readPlacements(document.dump()).value().placements;
+  Placements placements = readPlacements(document.dump()).value().state.placements;
   placements.setPlace(3, {{"Acme", "P27", "A2", "DP-2"}, Corner::bottomLeft, {0, 0}});
   placements.add("Dzien", protocol::WidgetFamily::systemSmall, samplePlaced.place);
   const json written = json::parse(writePlacements({placements}, document.dump()));
@@ -165,7 +165,7 @@ TEST(PlacementDocument, KeepsKeysThatALaterVersionWrote) {
   EXPECT_EQ(written["widgets"][0]["monitor"]["scale"], 1.5);
   EXPECT_EQ(written["widgets"][0]["monitor"]["serial"], "A2");
   EXPECT_FALSE(written["widgets"][1].contains("locked"));
-  EXPECT_EQ(readPlacements(written.dump()).value().placements, placements);
+  EXPECT_EQ(readPlacements(written.dump()).value().state.placements, placements);
 }
 
 TEST(PlacementDocument, ReadsBackWhateverWasPlaced) {
@@ -185,7 +185,7 @@ TEST(PlacementDocument, ReadsBackWhateverWasPlaced) {
     const Placements placements(all);
     const auto read = readPlacements(writePlacements({placements}, {}));
     ASSERT_TRUE(read) << "round " << round;
-    ASSERT_EQ(read->placements, placements) << "round " << round;
+    ASSERT_EQ(read->state.placements, placements) << "round " << round;
     ASSERT_EQ(read->dropped, 0U) << "round " << round;
   }
 }
@@ -193,12 +193,12 @@ TEST(PlacementDocument, ReadsBackWhateverWasPlaced) {
 TEST(PlacementDocument, FileOfAnEarlierVersionHasTheUsualSettingsAndZoom) {
   const auto document = readPlacements(sampleText);
   ASSERT_TRUE(document);
-  EXPECT_EQ(document->settings, DesktopSettings());
-  for (const Placed& placed : document->placements.all()) EXPECT_EQ(placed.zoom, 100);
+  EXPECT_EQ(document->state.settings, DesktopSettings());
+  for (const Placed& placed : document->state.placements.all()) EXPECT_EQ(placed.zoom, 100);
 }
 
 TEST(PlacementDocument, KeepsSettingsAndZoom) {
-  Placements placements = readPlacements(sampleText)->placements;
+  Placements placements = readPlacements(sampleText)->state.placements;
   const int id = placements.all()[0].id;
   placements.setZoom(id, 125);
   const DesktopState state{placements, {Scheme::dark, Background::none, true}};
@@ -210,13 +210,13 @@ TEST(PlacementDocument, KeepsSettingsAndZoom) {
   EXPECT_EQ(written["widgets"][0]["zoom"], 125);
   const auto read = readPlacements(text);
   ASSERT_TRUE(read);
-  EXPECT_EQ((DesktopState{read->placements, read->settings}), state);
+  EXPECT_EQ(read->state, state);
 
   placements.setZoom(id, 100);
   const DesktopState usual{placements, {}};
   const auto back = readPlacements(writePlacements(usual, text));
   ASSERT_TRUE(back);
-  EXPECT_EQ((DesktopState{back->placements, back->settings}), usual);
+  EXPECT_EQ(back->state, usual);
 }
 
 TEST(PlacementDocument, SettingWithAnUnknownValueCountsAsAbsentAndStaysUntilItIsChanged) {
@@ -226,8 +226,8 @@ TEST(PlacementDocument, SettingWithAnUnknownValueCountsAsAbsentAndStaysUntilItIs
   document["locked"] = "yes";
   const auto read = readPlacements(document.dump());
   ASSERT_TRUE(read);
-  EXPECT_EQ(read->settings, DesktopSettings());
-  json written = json::parse(writePlacements({read->placements, {.locked = true}}, document.dump()));
+  EXPECT_EQ(read->state.settings, DesktopSettings());
+  json written = json::parse(writePlacements({read->state.placements, {.locked = true}}, document.dump()));
   EXPECT_EQ(written["appearance"], "sepia");
   EXPECT_EQ(written["background"], 7);
   EXPECT_EQ(written["locked"], true);

@@ -21,7 +21,7 @@ class PlacementSaverTest : public testing::Test {
   }
   std::size_t kept() const {
     PlacementStore store(file_);
-    return store.load().placements.all().size();
+    return store.load().state.placements.all().size();
   }
   void fail(const std::string& why) { failure_ = why; }
 

@@ -43,7 +43,7 @@ TEST_F(PlacementStoreTest, KeepsThePlacementsForTheNextStart) {
   EXPECT_TRUE(store.load().firstStart);
   ASSERT_TRUE(store.save({samplePlacements()}));
   const auto loaded = PlacementStore(file).load();
-  EXPECT_EQ(loaded.placements, samplePlacements());
+  EXPECT_EQ(loaded.state.placements, samplePlacements());
   EXPECT_FALSE(loaded.firstStart);
   EXPECT_EQ(loaded.notice, std::nullopt);
   EXPECT_EQ(namesIn(path("config/vamba")), Names{"placements.json"});
@@ -58,7 +58,7 @@ TEST_F(PlacementStoreTest, ClearsAtTheStartWhatAKilledSaveLeft) {
   if (killed == 0) _exit(0);
   waitpid(killed, nullptr, 0);
   folder_.write("placements.json.new-" + std::to_string(killed) + "-0", "half of th");
-  EXPECT_EQ(load().placements, samplePlacements());
+  EXPECT_EQ(load().state.placements, samplePlacements());
   EXPECT_EQ(namesIn(folder_.path("")), Names{"placements.json"});
 }
 
@@ -70,7 +70,7 @@ TEST_F(PlacementStoreTest, KnowsAStartWithEverythingRemovedFromTheFirstOne) {
 TEST_F(PlacementStoreTest, SetsADamagedFileAsideAndSaysSoOnce) {
   folder_.write("placements.json", "{ not json");
   const auto loaded = load();
-  EXPECT_TRUE(loaded.placements.empty());
+  EXPECT_TRUE(loaded.state.placements.empty());
   EXPECT_FALSE(loaded.firstStart);
   ASSERT_TRUE(loaded.notice);
   EXPECT_THAT(*loaded.notice, HasSubstr(path() + " can't be used ("));
@@ -89,7 +89,7 @@ TEST_F(PlacementStoreTest, OverwritesNoEarlierFileThatWasSetAside) {
   EXPECT_EQ(contentOf(path("placements.json.damaged-1")), "first");
   EXPECT_EQ(contentOf(path("placements.json.damaged-2")), "second");
   EXPECT_EQ(contentOf(path("placements.json.damaged-3")), "third");
-  EXPECT_EQ(load().placements, samplePlacements());
+  EXPECT_EQ(load().state.placements, samplePlacements());
 }
 
 TEST_F(PlacementStoreTest, SetsAsideWhateverIsNoPlacementsFile) {
@@ -110,7 +110,7 @@ TEST_F(PlacementStoreTest, SetsAsideWhateverIsNoPlacementsFile) {
     ASSERT_FALSE(namesIn(path("")).contains("placements.json")) << what;
   }
   ASSERT_TRUE(PlacementStore(path()).save({samplePlacements()}));
-  EXPECT_EQ(load().placements, samplePlacements());
+  EXPECT_EQ(load().state.placements, samplePlacements());
 }
 
 TEST_F(PlacementStoreTest, GoesOnWithTheGoodEntriesAndKeepsTheWholeFileAside) {
@@ -119,12 +119,12 @@ TEST_F(PlacementStoreTest, GoesOnWithTheGoodEntriesAndKeepsTheWholeFileAside) {
   document["widgets"].push_back({{"id", -1}, {"kind", "Later"}});
   folder_.write("placements.json", document.dump());
   const auto loaded = load();
-  EXPECT_EQ(loaded.placements, samplePlacements());
+  EXPECT_EQ(loaded.state.placements, samplePlacements());
   ASSERT_TRUE(loaded.notice);
   EXPECT_THAT(*loaded.notice, HasSubstr("(1 of its widgets can't be read); it is kept as "));
   EXPECT_EQ(contentOf(path("placements.json.damaged-1")), document.dump());
   const auto again = load();
-  EXPECT_EQ(again.placements, samplePlacements());
+  EXPECT_EQ(again.state.placements, samplePlacements());
   EXPECT_EQ(again.notice, std::nullopt);
 }
 
@@ -134,7 +134,7 @@ TEST_F(PlacementStoreTest, KeepsKeysOfALaterVersionAcrossManySaves) {
   document["widgets"][1]["locked"] = true;
   folder_.write("placements.json", document.dump());
   PlacementStore store(path());
-  Placements placements = store.load().placements;
+  Placements placements = store.load().state.placements;
   for (int i = 0; i < 3; ++i) {
     placements.add("Dzien", protocol::WidgetFamily::systemLarge, {});
     ASSERT_TRUE(store.save({placements}));
@@ -148,7 +148,7 @@ TEST_F(PlacementStoreTest, WritesThroughALinkAlsoWhenItsTargetIsSetAside) {
   PlacementStore store(path());
   EXPECT_TRUE(store.load().firstStart);
   ASSERT_TRUE(store.save({samplePlacements()}));
-  EXPECT_EQ(load().placements, samplePlacements());
+  EXPECT_EQ(load().state.placements, samplePlacements());
   folder_.write("dotfiles/day.json", "damaged");
   EXPECT_TRUE(store.load().notice);
   ASSERT_TRUE(store.save({samplePlacements()}));
@@ -171,7 +171,7 @@ TEST_F(PlacementStoreTest, SetsADamagedFileAsideAtTheNextSaveIfItCouldNotBefore)
   std::filesystem::rename(path(longName), path());
   ASSERT_TRUE(store.save({samplePlacements()}));
   EXPECT_EQ(contentOf(path("placements.json.damaged-1")), "damaged");
-  EXPECT_EQ(load().placements, samplePlacements());
+  EXPECT_EQ(load().state.placements, samplePlacements());
 }
 
 TEST_F(PlacementStoreTest, LosesNothingOnAFullDisk) {
@@ -183,9 +183,9 @@ TEST_F(PlacementStoreTest, LosesNothingOnAFullDisk) {
     const support::FileSizeLimit full(100);
     EXPECT_EQ(store.save({more}).error(), "can't write " + path() + ": File too large");
   }
-  EXPECT_EQ(load().placements, samplePlacements());
+  EXPECT_EQ(load().state.placements, samplePlacements());
   ASSERT_TRUE(store.save({more}));
-  EXPECT_EQ(load().placements, more);
+  EXPECT_EQ(load().state.placements, more);
 }
 
 TEST_F(PlacementStoreTest, SaysWhyItCannotWrite) {
@@ -201,7 +201,7 @@ TEST_F(PlacementStoreTest, WritesNoNameThatItCouldNotReadBack) {
   ASSERT_TRUE(store.save({placements}));
   placements.add(std::string(1000, 'k'), protocol::WidgetFamily::systemSmall, {});
   EXPECT_FALSE(store.save({placements}));
-  EXPECT_EQ(load().placements, samplePlacements());
+  EXPECT_EQ(load().state.placements, samplePlacements());
 }
 
 TEST(PlacementsFile, IsInTheUsersConfiguration) {
