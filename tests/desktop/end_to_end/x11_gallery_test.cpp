@@ -34,6 +34,12 @@ TEST_F(GalleryOnX11, FitsASmallScreenWithPreviewsOfThreeQuarters) {
                                 << gallery().y;
 }
 
+TEST_F(GalleryOnX11, WindowIsNamedAfterTheDesktopEntry) {
+  openGallery();
+  EXPECT_THAT(desktop().windows().text(windowTitled("Galeria widżetów").value(), "WM_CLASS"),
+              testing::StartsWith("pl.ferol.vamba.Desktop"));
+}
+
 TEST_F(GalleryOnX11, SaysWhereAWidgetWasAdded) {
   support::AccessibleObjects objects(desktop().bus());
   openGallery();

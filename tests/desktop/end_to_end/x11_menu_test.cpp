@@ -132,6 +132,31 @@ TEST_F(MenuOnX11, LockedWidgetIsResizedZoomedAndRemovedByTheMenu) {
   EXPECT_TRUE(boardsAre({}));
 }
 
+TEST_F(MenuOnX11, OffersAZoomOfTheFileBesideTheUsualOnes) {
+  auto widget = placed(1, "systemMedium", "screen", "topLeft", 200, 300);
+  widget["zoom"] = 110;
+  place(display(), json::array({widget}));
+  support::AccessibleObjects objects(desktop().bus());
+  start();
+  const ScreenArea enlarged{200, 300, mediumWidth * 110 / 100, mediumHeight * 110 / 100};
+  ASSERT_TRUE(boardsAre({enlarged}));
+  ASSERT_TRUE(host().says("a new timeline is shown")) << host().said();
+  focus(enlarged);
+  openMenu();
+  press('p');
+  ASSERT_TRUE(menusAre(2));
+  const auto zooms = [&] {
+    std::vector<std::string> found;
+    for (const auto& each : objects.of(host().id())) {
+      if (each.name.ends_with(" %")) found.push_back(each.name);
+    }
+    return found;
+  };
+  EXPECT_TRUE(eventually([&] {
+    return zooms() == std::vector<std::string>{"80 %", "100 %", "110 %", "125 %", "150 %"};
+  })) << testing::PrintToString(zooms());
+}
+
 TEST_F(MenuOnX11, RefreshesAddsAndQuits) {
   startWithKeyboard();
   choose({'o'});
