@@ -7,8 +7,6 @@
 namespace platform {
 namespace {
 
-constexpr const char* servicePath = "/org/freedesktop/secrets";
-constexpr const char* serviceInterface = "org.freedesktop.Secret.Service";
 constexpr const char* collectionInterface = "org.freedesktop.Secret.Collection";
 constexpr const char* itemInterface = "org.freedesktop.Secret.Item";
 constexpr const char* promptInterface = "org.freedesktop.Secret.Prompt";
@@ -46,7 +44,7 @@ BusResult<BusMessage> SecretService::property(const std::string& path, const cha
 }
 
 BusResult<bool> SecretService::anyCollectionUnlocked() {
-  const auto answer = property(servicePath, serviceInterface, "Collections");
+  const auto answer = property(secretServicePath, secretServiceInterface, "Collections");
   if (!answer) return std::unexpected(answer.error());
   std::vector<std::string> collections;
   if (sd_bus_message_enter_container(answer->get(), SD_BUS_TYPE_VARIANT, "ao") < 0) return broken();
@@ -63,7 +61,7 @@ BusResult<bool> SecretService::anyCollectionUnlocked() {
 
 BusResult<SecretService::Found> SecretService::searchItems(const ItemIdentity& item) {
   const auto answer = bus_.call(
-      {secretServiceName, servicePath, serviceInterface, "SearchItems"},
+      {secretServiceName, secretServicePath, secretServiceInterface, "SearchItems"},
       [&](sd_bus_message* message) { return appendAttributes(item, message); }, deadline_);
   if (!answer) return std::unexpected(answer.error());
   Found found;
@@ -81,7 +79,7 @@ BusResult<std::uint64_t> SecretService::modified(const std::string& item) {
 
 BusResult<std::string> SecretService::openSession() {
   const auto answer = bus_.call(
-      {secretServiceName, servicePath, serviceInterface, "OpenSession"},
+      {secretServiceName, secretServicePath, secretServiceInterface, "OpenSession"},
       [](sd_bus_message* message) { return sd_bus_message_append(message, "sv", "plain", "s", ""); }, deadline_);
   if (!answer) return std::unexpected(answer.error());
   const char* unused = nullptr;

@@ -13,6 +13,8 @@
 namespace platform {
 
 inline constexpr const char* secretServiceName = "org.freedesktop.secrets";
+inline constexpr const char* secretServicePath = "/org/freedesktop/secrets";
+inline constexpr const char* secretServiceInterface = "org.freedesktop.Secret.Service";
 
 /// One conversation with the service, within one deadline. Objects are named by their D-Bus paths.
 class SecretService {
@@ -28,6 +30,10 @@ class SecretService {
 
   BusResult<bool> anyCollectionUnlocked();
 
+  /// A session whose secrets are sent over the bus unencrypted ("plain"): the bus belongs to the user, and a program
+  /// that can listen in on it can also ask for the item.
+  BusResult<std::string> openSession();
+
   /// Items that have at least the attributes of `item`. Call it only where a collection is unlocked: otherwise some
   /// services open a dialog.
   BusResult<Found> searchItems(const ItemIdentity& item);
@@ -35,8 +41,7 @@ class SecretService {
   /// Seconds since 1970, by the service's clock.
   BusResult<std::uint64_t> modified(const std::string& item);
 
-  /// The item's bytes, sent over the bus unencrypted ("plain"): the bus belongs to the user, and a program that can
-  /// listen in on it can also ask for the item. `broken` when the item holds more than `largestItem` bytes.
+  /// The item's bytes. `broken` when the item holds more than `largestItem` bytes.
   BusResult<base::SecretText> secretOf(const std::string& item);
 
   /// Dismisses the prompt if the service wants to show one first.
@@ -44,7 +49,6 @@ class SecretService {
 
  private:
   BusResult<BusMessage> property(const std::string& path, const char* interface, const char* name);
-  BusResult<std::string> openSession();
 
   SessionBus& bus_;
   const base::Deadline& deadline_;
