@@ -1,9 +1,10 @@
-#include "host/doctor/ask_program.hpp"
+#include "host/programs/ask_program.hpp"
 
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <system_error>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -58,23 +59,27 @@ bool pump(base::FileDescriptor& from, std::string& to) {
 
 std::expected<std::string, std::string> askProgram(const std::filesystem::path& program,
                                                    const std::vector<std::string>& arguments, absl::Duration patience) {
+  std::string path = program.string();
+  const auto notStarted = [&](int error) {
+    return std::unexpected(path + " could not be started: " + std::generic_category().message(error));
+  };
   Pipe output;
   Pipe errors;
-  std::string path = program.string();
+  if (!output.writing.isOpen() || !errors.writing.isOpen()) return notStarted(EMFILE);
   std::vector<std::string> words = arguments;
   std::vector<char*> argv{path.data()};
   for (auto& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
 
   posix_spawn_file_actions_t actions;
-  if (posix_spawn_file_actions_init(&actions) != 0) return std::unexpected("there is not enough memory");
+  if (posix_spawn_file_actions_init(&actions) != 0) return notStarted(ENOMEM);
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   posix_spawn_file_actions_adddup2(&actions, output.writing.get(), STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&actions, errors.writing.get(), STDERR_FILENO);
   pid_t child = -1;
-  const int error = posix_spawn(&child, path.c_str(), &actions, nullptr, argv.data(), environ);
+  const int error = posix_spawnp(&child, path.c_str(), &actions, nullptr, argv.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
-  if (error != 0) return std::unexpected(path + " could not be started: " + std::generic_category().message(error));
+  if (error != 0) return notStarted(error);
   output.writing.reset();
   errors.writing.reset();
 

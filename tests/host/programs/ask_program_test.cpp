@@ -1,6 +1,7 @@
-#include "host/doctor/ask_program.hpp"
+#include "host/programs/ask_program.hpp"
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 namespace host {
 namespace {
@@ -33,6 +34,21 @@ TEST(AskProgram, KeepsLittleOfEndlessOutput) {
 TEST(AskProgram, TellsWhyAProgramCannotBeStarted) {
   EXPECT_THAT(askProgram("/nowhere/program", {}, absl::Seconds(30)).error(),
               HasSubstr("/nowhere/program could not be started: No such file or directory"));
+}
+
+TEST(AskProgram, LooksAProgramUpInTheSearchPath) {
+  EXPECT_EQ(askProgram("echo", {"here"}, absl::Seconds(30)).value_or("failed"), "here");
+}
+
+TEST(AskProgram, StartsNoneWhoseOutputItCouldNotRead) {
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  const auto answer = askShell("echo here");
+  setrlimit(RLIMIT_NOFILE, &before);
+  ASSERT_FALSE(answer);
+  EXPECT_EQ(answer.error(), "/bin/sh could not be started: Too many open files");
 }
 
 TEST(AskProgram, EndsAProgramThatDoesNotAnswer) {
