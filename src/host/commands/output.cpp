@@ -35,6 +35,13 @@ std::expected<void, std::string> writeStandardOutput(std::string_view bytes) {
   return {};
 }
 
+CommandResult print(std::string_view text) {
+  if (auto written = writeStandardOutput(text); !written) {
+    return std::unexpected(CommandFailure{exit_status::noAnswer, written.error()});
+  }
+  return {};
+}
+
 std::expected<void, std::string> writeFile(const std::filesystem::path& file, std::string_view bytes) {
   struct stat status{};
   const bool exists = stat(file.c_str(), &status) == 0;

@@ -7,10 +7,15 @@
 #include <string>
 #include <string_view>
 
+#include "host/command_line/outcome.hpp"
+
 namespace host {
 
 /// Writes all of it. The error is a sentence for a person.
 std::expected<void, std::string> writeStandardOutput(std::string_view bytes);
+
+/// The same as the whole of a command: why it could not be written is why the command failed.
+CommandResult print(std::string_view text);
 
 /// Replaces the file at once (a file beside it, then rename(2)), so that nobody ever reads half of it; what is no plain
 /// file (/dev/stdout, a pipe) is written to as it is.

@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <string>
 
 #include <termios.h>
 #include <unistd.h>
@@ -65,7 +66,7 @@ std::expected<std::string, CommandFailure> readAllOfIt(SignalDescriptor& signals
 
 }  // namespace
 
-std::expected<std::string, CommandFailure> readToken(SignalDescriptor& signals) {
+std::expected<base::SecretText, CommandFailure> readToken(SignalDescriptor& signals) {
   const bool typed = isatty(STDIN_FILENO) == 1;
   auto token = [&] {
     if (!typed) return readAllOfIt(signals, typed);
@@ -73,14 +74,16 @@ std::expected<std::string, CommandFailure> readToken(SignalDescriptor& signals) 
     EchoOff::say("Device token (it is not shown): ");
     return readAllOfIt(signals, typed);
   }();
-  if (!token) return token;
+  if (!token) return std::unexpected(token.error());
   if (token->ends_with('\n')) token->pop_back();
   if (token->ends_with('\r')) token->pop_back();
   if (token->empty()) return refusal("the token is empty");
   if (!base::isUtf8(*token) || base::holdsControl(*token)) {
     return refusal("the token holds a line end or another character that no token has");
   }
-  return token;
+  base::SecretText secret(*token);
+  explicit_bzero(token->data(), token->size());
+  return secret;
 }
 
 }  // namespace host

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <expected>
-#include <string>
 
+#include "base/text/secret_text.hpp"
 #include "host/command_line/outcome.hpp"
 #include "host/schedule/wake_ups.hpp"
 
@@ -11,6 +11,6 @@ namespace host {
 
 /// Without one line end at its end. A token that no HTTP header could carry (empty, or with a line end or another
 /// control character in it) is refused with status 2. Gives up when one of the signals comes.
-std::expected<std::string, CommandFailure> readToken(SignalDescriptor& signals);
+std::expected<base::SecretText, CommandFailure> readToken(SignalDescriptor& signals);
 
 }  // namespace host

@@ -5,7 +5,6 @@
 #include <string>
 
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
 #include "base/json/json_text.hpp"
 #include "host/command_line/programs.hpp"
@@ -13,6 +12,7 @@
 #include "host/commands/output.hpp"
 #include "host/commands/read_token.hpp"
 #include "host/credentials/credential_store.hpp"
+#include "host/credentials/service_address.hpp"
 #include "host/extension/extension_client.hpp"
 #include "host/extension/printable.hpp"
 
@@ -22,24 +22,6 @@ namespace {
 std::unexpected<CommandFailure> failure(const std::string& why) {
   return std::unexpected(CommandFailure{exit_status::noAnswer, why});
 }
-
-CommandResult print(const std::string& text) {
-  if (const auto written = writeStandardOutput(text); !written) return failure(written.error());
-  return {};
-}
-
-/// A text that is overwritten in memory at the end of its scope.
-class Wiped {
- public:
-  explicit Wiped(std::string text) : text_(std::move(text)) {}
-  ~Wiped() { explicit_bzero(text_.data(), text_.size()); }
-  Wiped(const Wiped&) = delete;
-  Wiped& operator=(const Wiped&) = delete;
-  const std::string& text() const { return text_; }
-
- private:
-  std::string text_;
-};
 
 /// A keychain folder for the length of a scope, in memory where there is such a place.
 class TrialKeychain {
@@ -72,10 +54,10 @@ class TrialKeychain {
 };
 
 /// Has the extension load a day with this token. It deletes a token that the service refuses.
-CommandResult tryOut(const std::filesystem::path& extension, const std::string& token,
+CommandResult tryOut(const std::filesystem::path& extension, const base::SecretText& token,
                      const std::optional<std::string>& address, SignalDescriptor& signals) {
   const TrialKeychain keychain;
-  auto written = keychain.write(tokenAccount, token);
+  auto written = keychain.write(tokenAccount, token.text());
   if (written && address) written = keychain.write(addressAccount, *address);
   if (!written) return failure("the token could not be tried: " + written.error());
   ExtensionClient client({.program = extension,
@@ -108,40 +90,39 @@ CommandResult showStatus() {
                "\naddress: " + place(*address, "the built-in one") + "\n");
 }
 
-bool isServiceAddress(const std::string& address) {
-  for (const std::string_view scheme : {"https://", "http://"}) {
-    if (address.starts_with(scheme) && address.size() > scheme.size()) return true;
+/// Stores the token, and the address where it is a new one.
+std::expected<std::string, std::string> keep(CredentialStore& store, const base::SecretText& token,
+                                             const std::optional<std::string>& newAddress) {
+  if (newAddress) {
+    // In this order, so that whatever fails in between no token is ever beside an address that it was not tried at.
+    if (const auto removed = store.remove(tokenAccount); !removed) return std::unexpected(removed.error());
+    if (auto stored = store.store(addressAccount, *newAddress); !stored) return stored;
   }
-  return false;
+  return store.store(tokenAccount, token.text());
 }
 
 }  // namespace
 
 CommandResult signIn(const CommandLine& line) {
   if (line.signInStatus) return showStatus();
-  if (line.address && !isServiceAddress(*line.address)) {
+  if (line.address && !serviceAddress(*line.address)) {
     return std::unexpected(CommandFailure{exit_status::wrongCommandLine,
                                           "--address: " + *line.address + " is not an http or https address"});
   }
   SignalDescriptor signals{SIGINT, SIGTERM, SIGHUP};
-  auto read = readToken(signals);
-  if (!read) return std::unexpected(read.error());
-  const Wiped token(*std::move(read));
+  const auto token = readToken(signals);
+  if (!token) return std::unexpected(token.error());
 
   CredentialStore store;
-  auto address = line.address;
-  if (!address) {
-    const auto known = store.find(addressAccount);
-    if (!known) return failure(known.error());
-    if (const auto& item = *known) address = std::string(item->bytes.text());
-  }
-  if (const auto tried = tryOut(extensionProgram(line), token.text(), address, signals); !tried) return tried;
+  const auto known = store.find(addressAccount);
+  if (!known) return failure(known.error());
+  std::optional<std::string> keptAddress;
+  if (const auto& item = *known) keptAddress = std::string(item->bytes.text());
+  const auto newAddress = line.address == keptAddress ? std::nullopt : line.address;
+  if (const auto tried = tryOut(extensionProgram(line), *token, newAddress ? newAddress : keptAddress, signals); !tried)
+    return tried;
 
-  // The address first: a token must never go to another service than the one it was tried at.
-  if (line.address) {
-    if (const auto stored = store.store(addressAccount, *line.address); !stored) return failure(stored.error());
-  }
-  const auto stored = store.store(tokenAccount, token.text());
+  const auto stored = keep(store, *token, newAddress);
   if (!stored) return failure(stored.error());
   return print("The service answered with your day. The token is kept in " + *stored + ".\n");
 }

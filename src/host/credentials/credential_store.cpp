@@ -6,7 +6,6 @@
 #include "base/files/replace_file.hpp"
 #include "host/credentials/secret_item.hpp"
 #include "host/diagnostics/diagnostics.hpp"
-#include "platform/keychain/file_keychain.hpp"
 #include "platform/keychain/keychain_environment.hpp"
 
 namespace host {
@@ -17,6 +16,8 @@ using platform::KeychainStatus;
 
 constexpr const char* service = "pl.ferol.vamba";
 constexpr const char* accessGroup = "QX4R2M7K9A.pl.ferol.vamba";
+
+constexpr const char* folderOfLastResort = "vamba/keychain";  // below the user's data folder
 
 platform::KeychainQuery queryFor(std::string_view account) {
   return {{KeychainKey::itemClass, platform::genericPasswordClass},
@@ -30,11 +31,11 @@ platform::KeychainQuery queryFor(std::string_view account) {
 std::unexpected<std::string> failure(KeychainStatus status) {
   switch (status) {
     case KeychainStatus::locked:
-      return std::unexpected<std::string>("the keyring is locked; unlock it and try again");
+      return std::unexpected<std::string>(keyring_fault::locked);
     case KeychainStatus::needsPrompt:
-      return std::unexpected<std::string>("the Secret Service wants to ask first; unlock the keyring and try again");
+      return std::unexpected<std::string>(keyring_fault::asksFirst);
     case KeychainStatus::timedOut:
-      return std::unexpected<std::string>("the Secret Service does not answer");
+      return std::unexpected<std::string>(keyring_fault::silent);
     case KeychainStatus::insecure:
       return std::unexpected<std::string>(
           "other users could reach the keychain's files; make the folders 0700 and the files 0600");
@@ -60,6 +61,13 @@ bool isItemFile(const std::filesystem::path& file) {
 
 }  // namespace
 
+std::optional<ItemFolder> itemFolder() {
+  if (auto alone = platform::environmentText("VAMBA_KEYCHAIN_DIR")) return ItemFolder{*std::move(alone), true};
+  const auto dataFolder = platform::userDataFolder();
+  if (!dataFolder) return std::nullopt;
+  return ItemFolder{*dataFolder / folderOfLastResort, false};
+}
+
 std::filesystem::path itemFile(const std::filesystem::path& folder, std::string_view account) {
   return folder / accessGroup / service / account;
 }
@@ -78,11 +86,17 @@ std::expected<void, std::string> writeItemFile(const std::filesystem::path& fold
 CredentialStore::CredentialStore()
     : refusals_([](std::string_view line) { say(Priority::warning, line); }), secretService_({}) {}
 
-std::optional<std::filesystem::path> CredentialStore::folder() {
-  if (auto alone = platform::environmentText("VAMBA_KEYCHAIN_DIR")) return *std::move(alone);
+std::optional<ItemFolder> CredentialStore::folder() {
+  auto files = itemFolder();
+  if (files && files->alone) return files;
   if (secretService_.copyMatching(queryFor(tokenAccount)).status != KeychainStatus::unavailable) return std::nullopt;
+  return files;
+}
+
+platform::FileKeychain CredentialStore::filesIn(const ItemFolder& folder) {
   const auto dataFolder = platform::userDataFolder();
-  return dataFolder ? std::optional(*dataFolder / "vamba/keychain") : std::nullopt;
+  if (folder.alone || !dataFolder) return {folder.path, refusals_};
+  return platform::FileKeychain::below(*dataFolder, folderOfLastResort, refusals_);
 }
 
 std::expected<bool, std::string> CredentialStore::secretService() {
@@ -94,12 +108,11 @@ std::expected<bool, std::string> CredentialStore::secretService() {
 
 std::expected<std::optional<CredentialStore::Item>, std::string> CredentialStore::find(std::string_view account) {
   const auto files = folder();
-  if (files) base::removeLeftovers(itemFile(*files, account));
-  auto found = files ? platform::FileKeychain(*files, refusals_).copyMatching(queryFor(account))
-                     : secretService_.copyMatching(queryFor(account));
+  if (files) base::removeLeftovers(itemFile(files->path, account));
+  auto found = files ? filesIn(*files).copyMatching(queryFor(account)) : secretService_.copyMatching(queryFor(account));
   if (found.status == KeychainStatus::itemNotFound) return std::nullopt;
   if (found.status != KeychainStatus::success || !found.data) return failure(found.status);
-  return Item{*std::move(found.data), files ? placeOf(*files) : secretServicePlace};
+  return Item{*std::move(found.data), files ? placeOf(files->path) : secretServicePlace};
 }
 
 std::expected<std::string, std::string> CredentialStore::store(std::string_view account, std::string_view bytes) {
@@ -114,27 +127,24 @@ std::expected<std::string, std::string> CredentialStore::store(std::string_view 
   return secretServicePlace;
 }
 
-std::expected<std::string, std::string> CredentialStore::storeFile(const std::filesystem::path& folder,
-                                                                   std::string_view account, std::string_view bytes) {
-  if (const auto written = writeItemFile(folder, account, bytes); !written) {
-    return std::unexpected<std::string>("can't write " + itemFile(folder, account).string() + ": " + written.error());
+std::expected<std::string, std::string> CredentialStore::storeFile(const ItemFolder& folder, std::string_view account,
+                                                                   std::string_view bytes) {
+  const auto file = itemFile(folder.path, account);
+  if (const auto written = writeItemFile(folder.path, account, bytes); !written) {
+    return std::unexpected<std::string>("can't write " + file.string() + ": " + written.error());
   }
   // Folders that were there may be open to others, and what is in them would be refused when it is read.
-  const auto read = platform::FileKeychain(folder, refusals_).copyMatching(queryFor(account));
+  const auto read = filesIn(folder).copyMatching(queryFor(account));
   if (read.status != KeychainStatus::success) {
     std::error_code none;
-    std::filesystem::remove(itemFile(folder, account), none);
+    std::filesystem::remove(file, none);
     return failure(read.status);
   }
-  return placeOf(folder);
+  return placeOf(folder.path);
 }
 
 std::expected<bool, std::string> CredentialStore::remove(std::string_view account) {
-  const auto alone = platform::environmentText("VAMBA_KEYCHAIN_DIR");
-  const auto dataFolder = platform::userDataFolder();
-  const auto files = alone        ? std::optional<std::filesystem::path>(*alone)
-                     : dataFolder ? std::optional<std::filesystem::path>(*dataFolder / "vamba/keychain")
-                                  : std::nullopt;
+  const auto files = itemFolder();
   bool removed = false;
   const auto judge = [&](KeychainStatus status) {
     removed |= status == KeychainStatus::success;
@@ -142,11 +152,11 @@ std::expected<bool, std::string> CredentialStore::remove(std::string_view accoun
            status == KeychainStatus::unavailable;
   };
   if (files) {
-    base::removeLeftovers(itemFile(*files, account));
-    const auto status = platform::FileKeychain(*files, refusals_).deleteItems(queryFor(account));
+    base::removeLeftovers(itemFile(files->path, account));
+    const auto status = filesIn(*files).deleteItems(queryFor(account));
     if (!judge(status)) return failure(status);
   }
-  if (!alone) {
+  if (!files || !files->alone) {
     const auto status = secretService_.deleteItems(queryFor(account));
     if (!judge(status)) return failure(status);
   }

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "base/text/secret_text.hpp"
+#include "platform/keychain/file_keychain.hpp"
 #include "platform/keychain/keychain.hpp"
 #include "platform/keychain/refusals.hpp"
 #include "platform/keychain/secret_service_keychain.hpp"
@@ -22,6 +23,16 @@ inline constexpr const char* addressAccount = "adres-api";
 
 /// The service that the extension asks where no address is kept.
 inline constexpr const char* builtInAddress = "https://vamba.ferol.pl/api";
+
+/// Where items are kept as files.
+struct ItemFolder {
+  std::filesystem::path path;
+  bool alone = false;  ///< `VAMBA_KEYCHAIN_DIR` names it: the Secret Service is not used
+};
+
+/// The folder that `VAMBA_KEYCHAIN_DIR` names, else `vamba/keychain` below the user's data folder; absent where there
+/// is no data folder.
+std::optional<ItemFolder> itemFolder();
 
 /// An account's file below a folder of keychain items.
 std::filesystem::path itemFile(const std::filesystem::path& folder, std::string_view account);
@@ -50,13 +61,15 @@ class CredentialStore {
   std::expected<bool, std::string> remove(std::string_view account);
 
   /// The folder of files that is used instead of the Secret Service; none: the Secret Service.
-  std::optional<std::filesystem::path> folder();
+  std::optional<ItemFolder> folder();
 
   /// Whether the session has a Secret Service that gives out items. The error says why one that is there does not.
   std::expected<bool, std::string> secretService();
 
  private:
-  std::expected<std::string, std::string> storeFile(const std::filesystem::path& folder, std::string_view account,
+  /// The store of files in the folder, with the checks that the extension makes.
+  platform::FileKeychain filesIn(const ItemFolder& folder);
+  std::expected<std::string, std::string> storeFile(const ItemFolder& folder, std::string_view account,
                                                     std::string_view bytes);
 
   platform::Refusals refusals_;

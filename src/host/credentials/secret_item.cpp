@@ -15,14 +15,10 @@ using platform::BusFailure;
 using platform::secretServiceName;
 using platform::SessionBus;
 
-constexpr const char* servicePath = "/org/freedesktop/secrets";
-constexpr const char* serviceInterface = "org.freedesktop.Secret.Service";
-
 std::unexpected<std::string> failure(const BusFailure& fault) {
-  if (fault.kind == BusFailure::Kind::timedOut)
-    return std::unexpected<std::string>("the Secret Service does not answer");
+  if (fault.kind == BusFailure::Kind::timedOut) return std::unexpected<std::string>(keyring_fault::silent);
   if (fault.errorName == "org.freedesktop.Secret.Error.IsLocked") {
-    return std::unexpected<std::string>("the keyring is locked; unlock it and try again");
+    return std::unexpected<std::string>(keyring_fault::locked);
   }
   return std::unexpected<std::string>("the Secret Service could not store it" +
                                       (fault.errorName.empty() ? std::string() : " (" + fault.errorName + ")"));
@@ -77,34 +73,28 @@ std::expected<void, std::string> storeSecretItem(const std::string& label, const
 
   const auto collection =
       pathFrom(bus->call(
-                   {secretServiceName, servicePath, serviceInterface, "ReadAlias"},
+                   {secretServiceName, platform::secretServicePath, platform::secretServiceInterface, "ReadAlias"},
                    [](sd_bus_message* call) { return sd_bus_message_append(call, "s", "default"); }, deadline),
                "o");
   if (!collection) return std::unexpected(collection.error());
   if (*collection == "/")
     return std::unexpected<std::string>("the Secret Service has no default keyring; create one first");
 
-  const auto opened = bus->call(
-      {secretServiceName, servicePath, serviceInterface, "OpenSession"},
-      [](sd_bus_message* call) { return sd_bus_message_append(call, "sv", "plain", "s", ""); }, deadline);
-  if (!opened) return failure(opened.error());
-  const char* unused = nullptr;
-  const char* session = nullptr;
-  if (sd_bus_message_read(opened->get(), "vo", "s", &unused, &session) < 0) return failure({});
+  const auto session = platform::SecretService(*bus, deadline).openSession();
+  if (!session) return failure(session.error());
 
   const auto created = bus->call(
       {secretServiceName, *collection, "org.freedesktop.Secret.Collection", "CreateItem"},
       [&](sd_bus_message* call) {
         sd_bus_message_sensitive(call);
         int result = appendProperties(call, label, item);
-        if (result >= 0) result = appendSecret(call, session, bytes);
+        if (result >= 0) result = appendSecret(call, *session, bytes);
         return result < 0 ? result : sd_bus_message_append(call, "b", 1);
       },
       deadline);
   const auto stored = pathFrom(created, "oo");
   if (!stored) return std::unexpected(stored.error());
-  if (*stored == "/")
-    return std::unexpected<std::string>("the Secret Service wants to ask first; unlock the keyring and try again");
+  if (*stored == "/") return std::unexpected<std::string>(keyring_fault::asksFirst);
   return {};
 }
 

@@ -8,6 +8,15 @@
 
 namespace host {
 
+/// Why the Secret Service gives or takes no item, as sentences for a person.
+namespace keyring_fault {
+
+inline constexpr const char* locked = "the keyring is locked; unlock it and try again";
+inline constexpr const char* asksFirst = "the Secret Service wants to ask first; unlock the keyring and try again";
+inline constexpr const char* silent = "the Secret Service does not answer";
+
+}  // namespace keyring_fault
+
 /// An item's attributes.
 using SecretItem = std::map<std::string, std::string>;
 

@@ -88,7 +88,7 @@ Finding zoneFinding() {
   const char* const named = std::getenv("TZ");
   if (named != nullptr && isUnknownZone(named)) {
     finding.verdict = Verdict::fault;
-    finding.what = std::string("TZ=") + named + " names no zone that this system knows; the day is told by UTC";
+    finding.what = std::string("TZ=") + named + " names no zone that this system knows; days are computed in UTC";
     finding.advice = advice;
     return finding;
   }

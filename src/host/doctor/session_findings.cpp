@@ -1,12 +1,13 @@
 #include "host/doctor/session_findings.hpp"
 
 #include <chrono>
-#include <string_view>
+
+#include <arpa/inet.h>
 
 #include "base/tasks/deadline.hpp"
+#include "host/credentials/service_address.hpp"
 #include "platform/keychain/keychain_environment.hpp"
 #include "platform/keychain/session_bus.hpp"
-#include "platform/url/url.hpp"
 
 namespace host {
 namespace {
@@ -31,7 +32,11 @@ BusResult<bool> hasOwner(SessionBus& bus, const char* name, const base::Deadline
   return owned != 0;
 }
 
-bool isThisMachine(std::string_view host) { return host.starts_with("127.") || host == "localhost" || host == "::1"; }
+bool isThisMachine(const std::string& host) {
+  in_addr address{};
+  const bool isLoopback = inet_pton(AF_INET, host.c_str(), &address) == 1 && ntohl(address.s_addr) >> 24 == 127;
+  return isLoopback || host == "localhost" || host == "::1";
+}
 
 /// The host in a URL: an IPv6 address is in brackets there.
 std::string inUrl(const std::string& host) { return host.find(':') == std::string::npos ? host : "[" + host + "]"; }
@@ -49,9 +54,8 @@ Finding keychainFinding(CredentialStore& store) {
     }
     return {.subject = "keychain", .what = "the Secret Service"};
   }
-  const bool alone = platform::environmentText("VAMBA_KEYCHAIN_DIR").has_value();
   return {.subject = "keychain",
-          .what = "the folder " + folder->string() + (alone ? ", which VAMBA_KEYCHAIN_DIR names" : "")};
+          .what = "the folder " + folder->path.string() + (folder->alone ? ", which VAMBA_KEYCHAIN_DIR names" : "")};
 }
 
 Finding tokenFinding(CredentialStore& store) {
@@ -81,20 +85,17 @@ AddressFinding addressFinding(CredentialStore& store) {
     address = item->bytes.text();
     place = item->place;
   }
-  const auto url = platform::Url::parse(address);
-  const std::string scheme = url ? url->scheme().value_or("") : "";
-  const std::string host = url ? url->host().value_or("") : "";
-  const std::string port = url ? url->port().value_or("") : "";
-  if (host.empty() || (scheme != "http" && scheme != "https")) {
+  const auto url = serviceAddress(address);
+  if (!url) {
     finding.verdict = Verdict::fault;
     finding.what = "the one that is kept in " + place + " is not an http or https address";
     finding.advice = "Give the right one with \"vamba-host sign-in --address URL\".";
     return {finding, false};
   }
-  const bool encrypted = scheme == "https";
-  finding.what =
-      scheme + "://" + inUrl(host) + (port.empty() ? "" : ":" + port) + (place.empty() ? ", the built-in one" : "");
-  if (!encrypted && !isThisMachine(host)) {
+  const bool encrypted = url->scheme() == "https";
+  finding.what = *url->scheme() + "://" + inUrl(*url->host()) + (url->port() ? ":" + *url->port() : "") +
+                 (place.empty() ? ", the built-in one" : "");
+  if (!encrypted && !isThisMachine(*url->host())) {
     finding.verdict = Verdict::note;
     finding.what += "; the token crosses the network unencrypted";
     finding.advice = "Use an address that begins with https.";
@@ -115,7 +116,7 @@ Finding secretServiceFinding(CredentialStore& store) {
       finding.advice = "Install gnome-keyring or another one to keep the token there; private files do as well.";
     }
   }
-  if (platform::environmentText("VAMBA_KEYCHAIN_DIR")) {
+  if (const auto folder = itemFolder(); folder && folder->alone) {
     finding.what += "; it is not used, since VAMBA_KEYCHAIN_DIR is set";
     finding.advice.clear();
   }

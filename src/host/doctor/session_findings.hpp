@@ -1,5 +1,6 @@
-// What the person's session offers: where credentials are kept, the Secret Service, the desktop's portal. Nothing is
-// started, unlocked or changed by asking, and no step waits longer than some seconds.
+// What the person's session offers: where credentials are kept, the Secret Service, the desktop's portal. Asking
+// unlocks and changes nothing, and no step waits longer than some seconds. The bus may start the Secret Service, as it
+// does for the extension.
 #pragma once
 
 #include <optional>

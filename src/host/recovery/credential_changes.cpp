@@ -13,15 +13,10 @@
 namespace host {
 
 CredentialChanges::CredentialChanges() : inotify_(inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {
-  const auto alone = platform::environmentText("VAMBA_KEYCHAIN_DIR");
-  const auto dataFolder = platform::userDataFolder();
-  if (alone) {
-    token_ = itemFile(*alone, tokenAccount);
-  } else if (dataFolder) {
-    token_ = itemFile(*dataFolder / "vamba/keychain", tokenAccount);
-  }
+  const auto folder = itemFolder();
+  if (folder) token_ = itemFile(folder->path, tokenAccount);
   watchDeepestFolder();
-  if (!alone) watchSecretService();
+  if (!folder || !folder->alone) watchSecretService();
 }
 
 std::vector<int> CredentialChanges::descriptors() const { return {inotify_.get(), bus_ ? bus_->descriptor() : -1}; }

@@ -11,6 +11,7 @@
 #include "host/credentials/credential_store.hpp"
 #include "support/file_content.hpp"
 #include "support/secret_service_session.hpp"
+#include "support/system_call_faults.hpp"
 
 namespace host {
 namespace {
@@ -117,7 +118,9 @@ TEST_F(SignIn, RefusesWhatNoTokenOrAddressIs) {
     EXPECT_EQ(outcome.status, 2) << token;
     EXPECT_THAT(outcome.errors, HasSubstr("vamba-host: ")) << token;
   }
-  EXPECT_EQ(runHost({"sign-in", "--address", "vamba.example.org"}, "tajne").status, 2);
+  for (const char* address : {"vamba.example.org", "ftp://vamba.example.org", "https://", "https://a b"}) {
+    EXPECT_EQ(runHost({"sign-in", "--address", address}, "tajne").status, 2) << address;
+  }
   EXPECT_THAT(service_.requests(), IsEmpty());
 }
 
@@ -139,6 +142,53 @@ TEST_F(SignIn, IsRefusedWhereOthersCouldReadTheFolder) {
   EXPECT_EQ(outcome.status, 1);
   EXPECT_THAT(outcome.errors, HasSubstr("0700"));
   EXPECT_FALSE(std::filesystem::exists(itemFile(keychain(), tokenAccount)));
+}
+
+TEST_F(SignIn, IsRefusedWhereOthersCouldReadAFolderAboveTheOneOfLastResort) {
+  environment_.unset("VAMBA_KEYCHAIN_DIR");
+  const auto above = std::filesystem::path(folder_.path("data")) / "vamba";
+  std::filesystem::create_directories(above);
+  std::filesystem::permissions(above, std::filesystem::perms(0755));
+  const auto outcome = signIn("tajne-7");
+  EXPECT_EQ(outcome.status, 1) << "the extension would not read the token";
+  EXPECT_THAT(outcome.errors, HasSubstr("0700"));
+  EXPECT_FALSE(std::filesystem::exists(itemFile(above / "keychain", tokenAccount)));
+  std::filesystem::permissions(above, std::filesystem::perms(0700));
+  const auto again = signIn("tajne-7");
+  EXPECT_EQ(again.status, 0) << again.errors;
+  EXPECT_THAT(again.output, HasSubstr("The token is kept in the folder " + (above / "keychain").string()));
+  EXPECT_EQ(runHost({"show", "--format", "line"}, "", VAMBA_EXTENSION).output, "Nothing for today.\n");
+}
+
+TEST_F(SignIn, TakesAnAddressWhoseSchemeIsInCapitals) {
+  const auto outcome =
+      runHost({"sign-in", "--address", "HTTP" + service_.url("/api").substr(4)}, "tajne-7", VAMBA_EXTENSION);
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+}
+
+// The trial writes a token and an address, and so does the store: four files that take their names by rename(2).
+TEST_F(SignIn, NeverLeavesATokenBesideAnAddressThatItWasNotTriedAt) {
+  if (const auto reason = support::reasonNotToTrace()) GTEST_SKIP() << *reason;
+  support::ScriptedHttpServer other;
+  for (const auto& target : {end_to_end::tasksTarget, end_to_end::meetingsTarget}) other.answer(target, {.body = "[]"});
+  other.answer(end_to_end::inboxTarget, {.body = R"({"zadania": []})"});
+  folder_.write("token", "nowe");
+  const support::TracedCommand command{
+      .words = {"/bin/sh", "-c",
+                "exec " VAMBA_HOST " --extension " VAMBA_EXTENSION " sign-in --address " + other.url("/api") + " <" +
+                    folder_.path("token")},
+      .environment = {"PATH=/usr/bin:/bin", "LANGUAGE=en", "no_proxy=127.0.0.1", "VAMBA_KEYCHAIN_DIR=" + keychain(),
+                      "XDG_RUNTIME_DIR=" + folder_.path("run")}};
+  constexpr int renames = 4;
+  for (int at = 1; at <= renames + 1; ++at) {
+    ASSERT_EQ(signIn("stare").status, 0);
+    const auto status = support::statusWith({"rename", "EIO", at}, command);
+    EXPECT_EQ(status, at <= renames ? 1 : 0) << at;
+    const std::string token = kept(tokenAccount);
+    const std::string address = kept(addressAccount);
+    EXPECT_TRUE(token.empty() || address == (token == "stare" ? service_.url("/api") : other.url("/api")))
+        << at << ": " << token << " at " << address;
+  }
 }
 
 TEST_F(SignIn, OutRemovesTokenAndAddress) {

@@ -59,13 +59,36 @@ TEST_F(CredentialFindings, EmptyTokenIsAFault) {
   CredentialStore store;
   const auto folder = store.folder();
   ASSERT_TRUE(folder);
-  EXPECT_EQ(folder->string(), folder_.path("data") + "/vamba/keychain");
-  ASSERT_TRUE(writeItemFile(*folder, tokenAccount, ""));
+  EXPECT_EQ(folder->path.string(), folder_.path("data") + "/vamba/keychain");
+  ASSERT_TRUE(writeItemFile(folder->path, tokenAccount, ""));
   EXPECT_EQ(tokenFinding(store),
             (Finding{.subject = "token",
                      .verdict = Verdict::fault,
-                     .what = "the one that is kept in the folder " + folder->string() + " is empty",
+                     .what = "the one that is kept in the folder " + folder->path.string() + " is empty",
                      .advice = "Sign in with \"vamba-host sign-in\"."}));
+}
+
+TEST_F(CredentialFindings, OnlyAnAddressOfThisMachineMayDoWithoutEncryption) {
+  CredentialStore store;
+  const struct {
+    std::string address;
+    Verdict verdict;
+  } cases[] = {
+      {"http://localhost:8080/api", Verdict::works},
+      {"http://127.0.0.1/api", Verdict::works},
+      {"http://127.1.2.3/api", Verdict::works},
+      {"http://[::1]:8080/api", Verdict::works},
+      {"http://127.example.org/api", Verdict::note},
+      {"http://128.0.0.1/api", Verdict::note},
+      {"HTTPS://day.example.org/api", Verdict::works},
+      {"ftp://localhost/api", Verdict::fault},
+      {"https://a b", Verdict::fault},
+      {"https:///api", Verdict::fault},
+  };
+  for (const auto& [address, verdict] : cases) {
+    ASSERT_TRUE(writeItemFile(store.folder().value().path, addressAccount, address));
+    EXPECT_EQ(addressFinding(store).finding.verdict, verdict) << address;
+  }
 }
 
 }  // namespace
