@@ -1,6 +1,7 @@
 // A feed's time as a test sets it: nothing passes by itself.
 #pragma once
 
+#include <algorithm>
 #include <utility>
 
 #include "host/schedule/timekeeper.hpp"
@@ -33,6 +34,9 @@ class ManualTimekeeper final : public host::Timekeeper {
     pauseEnd_ = wait && wait->pause ? std::optional(awake_ + *wait->pause) : std::nullopt;
   }
   void setRedraw(std::optional<absl::Time> instant) override { redraw_ = instant; }
+  absl::Duration pauseLeft() const override {
+    return pauseEnd_ ? std::max(*pauseEnd_ - awake_, absl::ZeroDuration()) : absl::ZeroDuration();
+  }
   std::vector<int> descriptors() const override { return {}; }
   Wake take() override {
     Wake wake = std::exchange(pending_, {});

@@ -52,7 +52,7 @@ void Feed::handleWakeUps() {
   recover(signs);
   if (!wake.clockSet && !wake.zoneChanged && !wake.redrawDue) return;
   redraw();
-  if (wake.clockSet) plan(schedule_.clockChanged(time_.now()));
+  if (wake.clockSet) plan(schedule_.clockChanged(time_.now(), time_.pauseLeft()));
   planRedraw();
 }
 
@@ -71,7 +71,8 @@ std::expected<Wait, ExtensionFailure> Feed::load() {
   if (auto found = findWidget(); !found) return std::unexpected(std::move(found).error());
   auto timeline = extension_.timeline(widget_.kind, families_.front());
   if (!timeline) return std::unexpected(std::move(timeline).error());
-  // The clock that the reload date is by may be set before the boards are drawn.
+  // Taken now: the clock may be set while the boards are drawn, and the reload date was made by the clock as it is
+  // here.
   const absl::Time answered = time_.now();
   if (auto drawn = draw(entryAt(timeline->entries, answered), BoardOrigin::load); !drawn) {
     return std::unexpected(std::move(drawn).error());
@@ -85,14 +86,9 @@ Feed::Result Feed::findWidget() {
   if (!widget_.kind.empty()) return {};
   auto widgets = extension_.widgets();
   if (!widgets) return std::unexpected(std::move(widgets).error());
-  const auto widget = std::ranges::find_if(*widgets, [this](const WidgetDeclaration& declared) {
-    return families_.empty() || std::ranges::find(declared.families, families_.front()) != declared.families.end();
-  });
-  if (widget == widgets->end()) {
-    return std::unexpected(
-        ExtensionFailure{ExtensionFailure::Kind::cannotStart, "the extension offers no widget of this size"});
-  }
-  widget_ = *widget;
+  auto widget = firstWidget(*widgets, families_.empty() ? std::nullopt : std::optional(families_.front()));
+  if (!widget) return std::unexpected(std::move(widget).error());
+  widget_ = *std::move(widget);
   listener_(widget_);
   return {};
 }

@@ -72,7 +72,8 @@ class Feed {
   std::vector<int> descriptors() const;
   void handleWakeUps();
 
-  /// The gallery's sample in every size of the widget. Empty where the extension fails.
+  /// The gallery's sample in every size of the widget. Sizes for which the extension fails, or is interrupted, are
+  /// missing.
   FeedBoards previews();
 
   /// Asks for a timeline now, whatever the schedule says.

@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdint>
+#include <system_error>
 #include <utility>
 
 #include <pthread.h>
@@ -30,13 +31,14 @@ class SignalsBlocked {
 
 FeedThread::FeedThread(ExtensionSettings settings, FeedListener listener, Feed::Placeholders placeholders)
     : wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  // Without them the thread would wait for ever.
+  if (!time_.works() || !wake_.isOpen()) throw std::system_error(std::make_error_code(std::errc::too_many_files_open));
   settings.interruption = wake_.get();
   const SignalsBlocked blocked;
   thread_ =
       std::jthread([this, settings = std::move(settings), listener = std::move(listener), placeholders]() mutable {
-        SystemTimekeeper time;
         SystemRecovery recovery;
-        Feed feed(std::move(settings), std::move(listener), time, recovery, placeholders);
+        Feed feed(std::move(settings), std::move(listener), time_, recovery, placeholders);
         run(feed);
       });
 }

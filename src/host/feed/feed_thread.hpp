@@ -17,6 +17,7 @@ class FeedThread {
  public:
   using Task = std::function<void(Feed&)>;
 
+  /// Throws std::system_error where the system gives no descriptor or thread for it, as std::jthread does.
   FeedThread(ExtensionSettings settings, FeedListener listener, Feed::Placeholders placeholders);
   /// Interrupts what the feed is doing, ends its extension and joins the thread.
   ~FeedThread();
@@ -30,6 +31,7 @@ class FeedThread {
   void run(Feed& feed);
   std::vector<Task> takePosted();
 
+  SystemTimekeeper time_;
   base::FileDescriptor wake_;  ///< readable while something is posted; interrupts a load
   std::mutex mutex_;
   std::vector<Task> posted_;

@@ -20,7 +20,8 @@ Wait ReloadSchedule::failed() {
   return wait_;
 }
 
-Wait ReloadSchedule::clockChanged(absl::Time now) {
+Wait ReloadSchedule::clockChanged(absl::Time now, absl::Duration pauseLeft) {
+  if (wait_.pause) wait_.pause = pauseLeft;
   if (wait_.until && *wait_.until - now > asked_) wait_ = {.pause = absl::ZeroDuration()};
   return wait_;
 }

@@ -33,10 +33,10 @@ class ReloadSchedule {
   /// There is a reason to ask before the date.
   Wait soon(absl::Duration pause) { return wait_ = {.pause = pause}; }
 
-  /// What is left to wait for at `now`, after the machine's clock was set or the machine woke. Where the clock was set
-  /// back, a date that is now further away than it ever was is not waited for: the pause that the extension asked for
-  /// must not grow by the error of a clock.
-  Wait clockChanged(absl::Time now);
+  /// What is left to wait for at `now`, after the machine's clock was set or the machine woke. A pause goes on;
+  /// `pauseLeft` is what is left of it. Where the clock was set back, a date that is now further away than it ever was
+  /// is not waited for: the pause that the extension asked for must not grow by the error of a clock.
+  Wait clockChanged(absl::Time now, absl::Duration pauseLeft);
 
  private:
   static constexpr absl::Duration longestPause = absl::Minutes(5);

@@ -35,6 +35,9 @@ class Timekeeper {
   virtual void setReload(std::optional<Wait> wait) = 0;
   virtual void setRedraw(std::optional<absl::Time> instant) = 0;
 
+  /// What is left of the pause before the reload; zero where none is waited for.
+  virtual absl::Duration pauseLeft() const = 0;
+
   /// Readable, for poll(2), once there is something to take; -1 may be among them.
   virtual std::vector<int> descriptors() const = 0;
   virtual Wake take() = 0;
@@ -47,6 +50,7 @@ class SystemTimekeeper final : public Timekeeper {
   std::optional<absl::Time> nextMidnight() const override;
   void setReload(std::optional<Wait> wait) override;
   void setRedraw(std::optional<absl::Time> instant) override;
+  absl::Duration pauseLeft() const override { return pause_.left(); }
   std::vector<int> descriptors() const override;
   Wake take() override;
 

@@ -73,6 +73,12 @@ void PauseTimer::clear() {
   timerfd_settime(descriptor_.get(), 0, &off, nullptr);
 }
 
+absl::Duration PauseTimer::left() const {
+  itimerspec timer{};
+  if (timerfd_gettime(descriptor_.get(), &timer) != 0) return absl::ZeroDuration();
+  return absl::DurationFromTimespec(timer.it_value);
+}
+
 bool PauseTimer::take() {
   std::uint64_t count = 0;
   return read(descriptor_.get(), &count, sizeof count) == sizeof count;

@@ -41,6 +41,8 @@ class PauseTimer {
   int descriptor() const { return descriptor_.get(); }
   void set(absl::Duration pause);
   void clear();
+  /// What is left of the pause; zero where it has passed, and where none is set.
+  absl::Duration left() const;
   /// Whether the pause has passed.
   bool take();
 

@@ -1,13 +1,16 @@
 #include "host/feed/feed.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <condition_variable>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <mutex>
+#include <system_error>
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 #include "host/feed/feed_thread.hpp"
 #include "support/environment.hpp"
@@ -186,6 +189,10 @@ TEST_F(FeedTest, GivesAPreviewOfEverySizeAndEndsTheProcess) {
   std::vector<std::string> previews;
   for (const auto& [family, view] : feed.previews().views) previews.push_back(wordsOf(view));
   EXPECT_THAT(previews, ElementsAre("snapshot systemSmall", "snapshot systemMedium", "snapshot systemLarge"));
+  pid_t process = 0;
+  ASSERT_TRUE(std::ifstream(folder_.path("starts")) >> process);
+  EXPECT_EQ(kill(process, 0), -1) << "it is gone";
+  EXPECT_EQ(errno, ESRCH);
 }
 
 TEST_F(FeedTest, HasNoPreviewsOfAnExtensionThatFails) {
@@ -237,10 +244,12 @@ TEST_F(FeedTest, PauseAfterAFailureIsNotMovedByASetClock) {
   Feed feed = this->feed();
   feed.show({WidgetFamily::systemSmall});
   feed.handleWakeUps();
+  pass(absl::Milliseconds(900));
   set(start + absl::Hours(1000));
   feed.handleWakeUps();
   EXPECT_EQ(starts(), 1U);
-  pass(absl::Seconds(1));
+  EXPECT_EQ(told_.reload(), start + absl::Hours(1000) + absl::Milliseconds(100));
+  pass(absl::Milliseconds(100));
   feed.handleWakeUps();
   EXPECT_EQ(starts(), 2U);
 }
@@ -354,6 +363,15 @@ TEST_F(FeedTest, RunsOnAThreadThatEndsWhileTheExtensionHangs) {
     ASSERT_TRUE(support::eventually([this] { return starts() == 1; }));
   }
   EXPECT_THAT(told_.all(), IsEmpty());
+}
+
+TEST_F(FeedTest, StartsNoThreadThatNothingCouldWake) {
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  EXPECT_THROW(FeedThread(settings(), told_.listener(), Feed::Placeholders::none), std::system_error);
+  setrlimit(RLIMIT_NOFILE, &before);
 }
 
 TEST_F(FeedTest, InterruptsALoadForATaskAndBeginsItAgain) {

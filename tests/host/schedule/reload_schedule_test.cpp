@@ -15,6 +15,8 @@ TEST(GrowingPause, DoublesUpToTheLongest) {
   EXPECT_EQ(pause.next(), absl::Seconds(1));
 }
 
+constexpr absl::Duration noPause = absl::ZeroDuration();
+
 Wait pauseOf(int seconds) { return {.pause = absl::Seconds(seconds)}; }
 
 TEST(ReloadSchedule, WaitsForTheReloadDate) {
@@ -44,15 +46,23 @@ TEST(ReloadSchedule, KeepsTheDateWhenTheClockGoesForward) {
   ReloadSchedule schedule;
   const Wait expected{.until = now + absl::Minutes(15)};
   schedule.loaded(now, now + absl::Minutes(15));
-  EXPECT_EQ(schedule.clockChanged(now + absl::Minutes(5)), expected);
-  EXPECT_EQ(schedule.clockChanged(now + absl::Hours(5)), expected);  // due: a timer for it fires at once
+  EXPECT_EQ(schedule.clockChanged(now + absl::Minutes(5), noPause), expected);
+  EXPECT_EQ(schedule.clockChanged(now + absl::Hours(5), noPause), expected);  // due: a timer for it fires at once
 }
 
 TEST(ReloadSchedule, AsksAtOnceWhenTheClockWasSetBack) {
   ReloadSchedule schedule;
   const Wait atOnce{.pause = absl::ZeroDuration()};
   schedule.loaded(now, now + absl::Minutes(15));
-  EXPECT_EQ(schedule.clockChanged(now - absl::Hours(24 * 365)), atOnce);
+  EXPECT_EQ(schedule.clockChanged(now - absl::Hours(24 * 365), noPause), atOnce);
+}
+
+TEST(ReloadSchedule, GoesOnWithThePauseWhenTheClockIsSet) {
+  ReloadSchedule schedule;
+  schedule.failed();
+  schedule.failed();
+  EXPECT_EQ(schedule.clockChanged(now + absl::Hours(5), absl::Seconds(1)), pauseOf(1));
+  EXPECT_EQ(schedule.failed(), pauseOf(4));
 }
 
 }  // namespace

@@ -58,6 +58,20 @@ TEST(PauseTimer, IsDueAfterItsPause) {
   EXPECT_FALSE(readable(timer.descriptor()));
 }
 
+TEST(PauseTimer, TellsWhatIsLeftOfItsPause) {
+  PauseTimer timer;
+  EXPECT_EQ(timer.left(), absl::ZeroDuration());
+  timer.set(absl::Hours(1));
+  EXPECT_GT(timer.left(), absl::ZeroDuration());
+  EXPECT_LE(timer.left(), absl::Hours(1));
+  timer.set(absl::ZeroDuration());
+  waitForAny({timer.descriptor()});
+  EXPECT_EQ(timer.left(), absl::ZeroDuration());
+  timer.set(absl::Hours(1));
+  timer.clear();
+  EXPECT_EQ(timer.left(), absl::ZeroDuration());
+}
+
 TEST(DescriptorSet, ReportsASignalAndAReaderThatIsGoneButNotAFile) {
   std::array<int, 2> ends{};
   ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
