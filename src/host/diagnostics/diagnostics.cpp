@@ -24,7 +24,7 @@ std::string_view prefixOf(Priority priority) {
 void say(Priority priority, std::string_view sentence) {
   std::string line = leadsToJournal(STDERR_FILENO) ? std::string(prefixOf(priority)) : std::string();
   line.append("vamba-host: ").append(sentence).append("\n");
-  // One write, so that lines of several processes do not mix. Diagnostics that nobody takes are no reason to fail.
+  // One write, so that lines of several processes do not mix. Failing to write diagnostics is not an error.
   [[maybe_unused]] const ssize_t ignored = ::write(STDERR_FILENO, line.data(), line.size());
 }
 

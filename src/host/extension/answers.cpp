@@ -1,7 +1,6 @@
 #include "host/extension/answers.hpp"
 
 #include <algorithm>
-#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -100,7 +99,10 @@ void cut(std::string& text) {
 void cutTexts(protocol::Node& node) {
   if (auto* text = std::get_if<protocol::TextNode>(&node.kind)) {
     if (auto* verbatim = std::get_if<protocol::Verbatim>(&text->content)) cut(verbatim->text);
-    if (auto* key = std::get_if<protocol::LocalizedKey>(&text->content)) cut(key->key);
+    if (auto* key = std::get_if<protocol::LocalizedKey>(&text->content)) {
+      cut(key->key);
+      if (key->value) cut(*key->value);
+    }
   } else if (auto* column = std::get_if<protocol::VStackNode>(&node.kind)) {
     for (auto& child : column->children) cutTexts(child);
   } else if (auto* row = std::get_if<protocol::HStackNode>(&node.kind)) {
@@ -119,6 +121,16 @@ std::expected<std::vector<WidgetDeclaration>, std::string> readWidgets(const jso
     widgets.push_back(*std::move(widget));
   }
   return widgets;
+}
+
+std::expected<WidgetDeclaration, ExtensionFailure> firstWidget(const std::vector<WidgetDeclaration>& widgets,
+                                                               std::optional<protocol::WidgetFamily> family) {
+  const auto widget = std::ranges::find_if(widgets, [&](const WidgetDeclaration& declared) {
+    return !family || std::ranges::find(declared.families, *family) != declared.families.end();
+  });
+  if (widget != widgets.end()) return *widget;
+  return std::unexpected(
+      ExtensionFailure{ExtensionFailure::Kind::cannotStart, "the extension offers no widget of this size"});
 }
 
 std::expected<json, std::string> readEntryAnswer(json result) {

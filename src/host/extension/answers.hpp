@@ -3,6 +3,7 @@
 #pragma once
 
 #include <expected>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/extension/entry.hpp"
+#include "host/extension/extension_failure.hpp"
 #include "protocol/view_tree/node.hpp"
 #include "protocol/view_tree/widget_family.hpp"
 
@@ -32,6 +34,10 @@ struct WidgetDeclaration {
   std::vector<OpenTarget> opens = {};  ///< in order of preference
   bool operator==(const WidgetDeclaration&) const = default;
 };
+
+/// The first widget that comes in the family; where no family is given, the first at all.
+std::expected<WidgetDeclaration, ExtensionFailure> firstWidget(const std::vector<WidgetDeclaration>& widgets,
+                                                               std::optional<protocol::WidgetFamily> family);
 
 struct TimelineAnswer {
   std::vector<Entry> entries;  ///< one or more, each with a date

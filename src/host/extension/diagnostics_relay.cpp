@@ -49,7 +49,7 @@ void DiagnosticsRelay::write(const char* bytes, std::size_t count) {
   }
   for (std::string_view rest = text; !rest.empty(); rest.remove_prefix(std::min(rest.size(), blockSize))) {
     pollfd entry{.fd = to_, .events = POLLOUT, .revents = 0};
-    // Diagnostics that nobody takes are no reason to fail.
+    // Failing to write diagnostics is not an error.
     if (::poll(&entry, 1, 0) != 1 || (entry.revents & POLLOUT) == 0) return;
     [[maybe_unused]] const ssize_t ignored = ::write(to_, rest.data(), std::min(rest.size(), blockSize));
   }

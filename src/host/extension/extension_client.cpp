@@ -31,8 +31,8 @@ std::string paramsOf(const std::string& method, const std::string& kind, protoco
   return toText(params);
 }
 
-std::expected<Entry, std::string> readEntry(const json& result) {
-  const auto answer = readEntryAnswer(result);
+std::expected<Entry, std::string> readEntry(json result) {
+  const auto answer = readEntryAnswer(std::move(result));
   if (!answer) return std::unexpected(answer.error());
   return entryFrom(answer->at("entry"));
 }

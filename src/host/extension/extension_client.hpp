@@ -2,9 +2,9 @@
 // is not or when it misbehaves. The caller decides how soon to ask again after a failure (host/schedule).
 //
 //   ExtensionClient extension({.program = "/usr/libexec/vamba/vamba-widzety"});
-//   const auto widgets = extension.widgets();                                        // starts the process
-//   const auto timeline = extension.timeline(widgets->front().kind, "systemMedium");  // takes up to loadDeadline
-//   extension.stop();
+//   const auto widgets = extension.widgets();  // starts the process
+//   const auto timeline = extension.timeline(widgets->front().kind, protocol::WidgetFamily::systemMedium);  // up to 30
+//   s extension.stop();
 #pragma once
 
 #include <expected>
@@ -35,8 +35,8 @@ struct ExtensionSettings {
 };
 
 /// For one thread, which lives as long as the client. The program ignores SIGPIPE. The first call starts the process,
-/// and so does one after it ended. After `died`, `timedOut`, `nonsense` and `interrupted` the process, with everything
-/// that it started, is gone before the call returns.
+/// and so does one after it ended. After any failure but `cannotStart` and `refused`, the process and everything that
+/// it started is gone before the call returns.
 class ExtensionClient {
  public:
   template <typename Result>

@@ -30,8 +30,8 @@ class ExtensionSession {
   ExtensionSession(const ExtensionSession&) = delete;
   ExtensionSession& operator=(const ExtensionSession&) = delete;
 
-  /// The result of a method; `params` is JSON, empty for none. After any failure but `refused` the session is good for
-  /// nothing but `end`.
+  /// The result of a method; `params` is JSON, empty for none. After any failure but `refused`, only `end` may be
+  /// called.
   std::expected<nlohmann::json, ExtensionFailure> ask(const std::string& method, const std::string& params,
                                                       TimePoint deadline);
 

@@ -1,6 +1,8 @@
 #include "host/texts/fewer_rows.hpp"
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -24,7 +26,9 @@ bool isDivider(const Node& node) { return std::holds_alternative<protocol::Divid
 void countAsHidden(std::vector<Node>& children, int count) {
   if (!children.empty()) {
     if (auto* const key = moreKeyOf(children.back())) {
-      key->arguments[0] += count;
+      std::int64_t& hidden = key->arguments[0];
+      constexpr auto most = std::numeric_limits<std::int64_t>::max();
+      hidden = hidden > most - count ? most : hidden + count;
       return;
     }
   }

@@ -142,6 +142,10 @@ TEST(ReadView, CutsLongTextsBeforeTheCharacterThatPassesTheLimit) {
   EXPECT_EQ(textOf(longest), longest);
   EXPECT_EQ(textOf(longest + "y"), longest + "…");
   EXPECT_EQ(textOf(longest.substr(1) + "łł"), longest.substr(1) + "…");
+  const auto keyed = readView({{"view", {{"type", "text"}, {"key", longest + "k"}, {"value", longest + "v"}}}});
+  const auto& key = std::get<protocol::LocalizedKey>(std::get<protocol::TextNode>(keyed.value().kind).content);
+  EXPECT_EQ(key.key, longest + "…");
+  EXPECT_EQ(key.value, longest + "…");
 }
 
 TEST(ReadView, ReadsANode) {

@@ -1,5 +1,7 @@
 #include "host/texts/fewer_rows.hpp"
 
+#include <limits>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -35,6 +37,12 @@ TEST(FewerRows, GoFromTheEndAndAreCountedInTheLastLine) {
 
 TEST(FewerRows, AddTheLineWhereAFullBoardHadNone) {
   EXPECT_EQ(withoutLastRows(board({"m1"}, {"t1", "t2"}, 0), 1), board({"m1"}, {"t1"}, 1));
+}
+
+TEST(FewerRows, AreCountedUpToTheLargestNumber) {
+  constexpr auto most = std::numeric_limits<std::int64_t>::max();
+  EXPECT_EQ(withoutLastRows(board({"m1"}, {"t1", "t2"}, most), 1), board({"m1"}, {"t1"}, most));
+  EXPECT_EQ(withoutLastRows(board({"m1"}, {"t1", "t2"}, most - 1), 1), board({"m1"}, {"t1"}, most));
 }
 
 TEST(FewerRows, LeaveNoDividerThatPartsNothing) {
