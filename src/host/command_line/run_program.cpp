@@ -40,6 +40,8 @@ int runProgram(int argc, char** argv, absl::FunctionRef<CommandResult(const Comm
   base::endProcessOnUncaughtException("vamba-host");
   base::fillStandardStreams();
   std::signal(SIGPIPE, SIG_IGN);
+  // Whoever started this program may have ignored it, and then the status of an ended child is lost (wait(2)).
+  std::signal(SIGCHLD, SIG_DFL);
   // A limit on memory or threads (setrlimit(2)) is met with a sentence as any other failure is.
   try {
     return runToTheEnd(argc, argv, command);

@@ -16,10 +16,10 @@
 #include "host/commands/commands.hpp"
 #include "host/commands/output.hpp"
 #include "host/credentials/credential_store.hpp"
-#include "host/doctor/ask_program.hpp"
 #include "host/doctor/environment_findings.hpp"
 #include "host/doctor/session_findings.hpp"
 #include "host/extension/extension_client.hpp"
+#include "host/programs/ask_program.hpp"
 #include "protocol/view_tree/widget_family.hpp"
 
 namespace host {
@@ -70,6 +70,8 @@ class Overheard {
   base::FileDescriptor file_;
 };
 
+constexpr const char* signInAgain = "Sign in with a new token: \"vamba-host sign-in\".";
+
 /// What to do about the cause of a failed load, as the extension words it.
 std::string adviceFor(std::string_view cause) {
   struct Advice {
@@ -83,10 +85,11 @@ std::string adviceFor(std::string_view cause) {
       Advice{"SSL", "The address may be of a server without TLS: check whether it begins with http or https."},
       Advice{"resolve", "Check the network, and the host name of the address."},
       Advice{"connect to", "Check that the service runs, and the network, firewall and proxy between."},
-      Advice{"imeout", "The network or the service is too slow; try again later."},
+      Advice{"no answer in time", "The network or the service is too slow; try again later."},
       Advice{"malformed", "The address leads to another program, or to another version of the service; check it."},
-      Advice{"status 5", "The service has a fault; try again later, or tell who runs it."},
-      Advice{"status 4", "The address leads to another place of the service; check it."},
+      Advice{"status 5", "The service reported an internal error; try again later, or tell its operator."},
+      Advice{"status 401", signInAgain},  // of a token that could not be removed
+      Advice{"status 4", "The path of the address may be wrong; check it."},
       Advice{"not a URL", "Give the right address with \"vamba-host sign-in --address URL\"."},
   };
   for (const auto& [word, advice] : advices) {
@@ -174,7 +177,7 @@ Finding requestFinding(ExtensionClient& client, const std::string& kind, Credent
   }
   if (const auto token = store.find(tokenAccount); token && !*token) {
     finding.what = "the service refused the token (status 401), and the widget has removed it";
-    finding.advice = "Sign in with a new one: \"vamba-host sign-in\".";
+    finding.advice = signInAgain;
     return finding;
   }
   const auto parsed = base::parseJson(entry.json);

@@ -1,4 +1,6 @@
 // `vamba-host doctor` with the real extension, real servers and a real keyring: what it says of each fault.
+#include <array>
+#include <cstdio>
 #include <filesystem>
 
 #include <gmock/gmock.h>
@@ -151,6 +153,20 @@ TEST_F(Doctor, NamesATokenThatTheServiceRefuses) {
   expectFault(examine(), "fault  request         the service refused the token (status 401)", "vamba-host sign-in");
 }
 
+TEST_F(Doctor, AdvisesByTheCauseThatTheExtensionTells) {
+  environment_.set("FAKE_EXTENSION_SENTENCE", "No day.");
+  const auto causedBy = [this](const std::string& cause) {
+    folder_.write("tells", "#!/bin/sh\necho 'vamba-widzety: " + cause + "' >&2\nexec " VAMBA_FAKE_EXTENSION "\n");
+    std::filesystem::permissions(folder_.path("tells"), std::filesystem::perms::owner_all);
+    return examine(folder_.path("tells"));
+  };
+  const std::string late = "tasks: no answer in time";
+  expectFault(causedBy(late), "fault  request         " + late + "\n", "too slow; try again later");
+  // Its token is still there: it could not be removed.
+  const std::string refused = "the service refused the device token (status 401)";
+  expectFault(causedBy(refused), "fault  request         " + refused + "\n", "Sign in with a new token");
+}
+
 TEST_F(Doctor, NamesAFaultOfTheService) {
   answerAll({.status = 503});
   expectFault(examine(), "fault  request         tasks: the service answered with status 503\n", "try again later");
@@ -223,6 +239,16 @@ TEST_F(Doctor, NamesAnExtensionThatIsMissingOrNone) {
   expectFault(examine("/nowhere/vamba-widzety"),
               "fault  extension       the extension /nowhere/vamba-widzety could not be started", "--extension");
   expectFault(examine("/bin/true"), "fault  extension       the extension ended with status 0", "install");
+}
+
+TEST_F(Doctor, TellsHowAnExtensionEndedThoughWhoeverStartedTheHostIgnoresSigchld) {
+  FILE* const shell = popen("exec env --ignore-signal=CHLD " VAMBA_HOST " --extension /bin/false doctor 2>&1", "r");
+  std::string said;
+  for (std::array<char, 4096> block{}; const auto count = fread(block.data(), 1, block.size(), shell);) {
+    said.append(block.data(), count);
+  }
+  EXPECT_NE(pclose(shell), 0);
+  EXPECT_THAT(said, HasSubstr("fault  extension       the extension ended with status 1"));
 }
 
 TEST_F(Doctor, NamesAnExtensionWithoutWidgets) {
