@@ -1,5 +1,6 @@
 #include "host/command_line/command_line.hpp"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -284,6 +285,10 @@ Exit refused(const Parser& parser, const std::string& what) {
 }
 
 }  // namespace
+
+std::string_view familyWord(WidgetFamily family) {
+  return std::ranges::find(families, family, &std::pair<std::string, WidgetFamily>::second)->first;
+}
 
 std::string_view hostVersion() { return VAMBA_VERSION; }
 

@@ -51,6 +51,9 @@ struct CommandLine {
 /// As `--version` tells it, without the program's name: "0.1.0".
 std::string_view hostVersion();
 
+/// The family as `--family` takes it: "medium".
+std::string_view familyWord(protocol::WidgetFamily family);
+
 /// Why there is no command to run: help or version to print with status 0, or a mistake with status 2.
 struct Exit {
   int status;

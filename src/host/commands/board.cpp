@@ -1,17 +1,17 @@
 #include "host/commands/board.hpp"
 
-#include <algorithm>
 #include <utility>
 
 #include <absl/time/clock.h>
 
 #include "base/json/json_text.hpp"
 #include "host/command_line/outcome.hpp"
+#include "host/commands/ask_patiently.hpp"
 #include "host/commands/output.hpp"
-#include "host/commands/persistence.hpp"
 #include "host/diagnostics/diagnostics.hpp"
 #include "host/doctor/environment_findings.hpp"
 #include "host/extension/extension_session.hpp"
+#include "platform/calendar/device_time_zone.hpp"
 #include "protocol/json_rpc/message.hpp"
 
 namespace host {
@@ -43,13 +43,13 @@ CommandFailure asCommandFailure(const ExtensionFailure& failure) { return {exit_
 std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& extension, protocol::WidgetFamily family) {
   const auto widgets = askPatiently([&] { return extension.widgets(); });
   if (!widgets) return std::unexpected(asCommandFailure(widgets.error()));
-  const auto widget = std::ranges::find_if(*widgets, [&](const WidgetDeclaration& declaration) {
-    return std::ranges::find(declaration.families, family) != declaration.families.end();
-  });
-  if (widget == widgets->end()) {
-    return std::unexpected(CommandFailure{exit_status::noAnswer, "the extension offers no widget of this size"});
-  }
-  return *widget;
+  auto widget = firstWidget(*widgets, family);
+  if (!widget) return std::unexpected(asCommandFailure(widget.error()));
+  return *std::move(widget);
+}
+
+std::string inLocalTime(absl::Time instant) {
+  return absl::FormatTime("%Y-%m-%d %H:%M:%S", instant, platform::deviceTimeZone());
 }
 
 void sayWhatIsInUse(const CommandLine& line) {
@@ -65,8 +65,7 @@ std::expected<Entry, CommandFailure> entryFor(ExtensionClient& extension, const 
     auto timeline = askPatiently([&] { return extension.timeline(kind, line.family); });
     if (!timeline) return std::unexpected(asCommandFailure(timeline.error()));
     if (line.verbose) {
-      say(Priority::debug, "the extension asks to be asked again at " +
-                               absl::FormatTime("%Y-%m-%d %H:%M:%S", timeline->reload, absl::LocalTimeZone()));
+      say(Priority::debug, "the extension asks to be asked again at " + inLocalTime(timeline->reload));
     }
     return entryAt(timeline->entries, absl::Now());
   }

@@ -4,6 +4,7 @@
 #include <expected>
 #include <string>
 
+#include <absl/time/time.h>
 #include <nlohmann/json.hpp>
 
 #include "host/command_line/command_line.hpp"
@@ -17,6 +18,9 @@ CommandFailure asCommandFailure(const ExtensionFailure& failure);
 
 /// The first widget that comes in the family.
 std::expected<WidgetDeclaration, CommandFailure> widgetFor(ExtensionClient& extension, protocol::WidgetFamily family);
+
+/// As the clock of the device's zone shows it: "2026-11-23 07:45:00".
+std::string inLocalTime(absl::Time instant);
 
 /// With `--verbose`: the language and the zone in use, on standard error.
 void sayWhatIsInUse(const CommandLine& line);

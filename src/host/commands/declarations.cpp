@@ -1,8 +1,8 @@
 #include "base/json/json_text.hpp"
 #include "host/command_line/outcome.hpp"
+#include "host/commands/ask_patiently.hpp"
 #include "host/commands/commands.hpp"
 #include "host/commands/output.hpp"
-#include "host/commands/persistence.hpp"
 #include "host/commands/terminal.hpp"
 #include "protocol/view_tree/builders.hpp"
 
@@ -11,35 +11,15 @@ namespace {
 
 using nlohmann::json;
 
-CommandResult print(std::string_view text) {
-  if (auto written = writeStandardOutput(text); !written) {
-    return std::unexpected(CommandFailure{exit_status::noAnswer, written.error()});
-  }
-  return {};
-}
-
 CommandResult printJson(const std::expected<json, ExtensionFailure>& answer) {
   if (!answer) return std::unexpected(asCommandFailure(answer.error()));
   return print(base::toPrintableText(*answer) + "\n");
 }
 
-/// The family as the command line spells it.
-std::string sizeWord(protocol::WidgetFamily family) {
-  switch (family) {
-    case protocol::WidgetFamily::systemSmall:
-      return "small";
-    case protocol::WidgetFamily::systemMedium:
-      return "medium";
-    case protocol::WidgetFamily::systemLarge:
-      return "large";
-  }
-  return {};
-}
-
 protocol::Views declaration(const WidgetDeclaration& widget) {
   using namespace protocol;
   std::string sizes;
-  for (const auto& family : widget.families) sizes += (sizes.empty() ? "" : ", ") + sizeWord(family);
+  for (const auto& family : widget.families) sizes.append(sizes.empty() ? "" : ", ").append(familyWord(family));
   return VStack({}, {
                         Text(widget.displayName),
                         Text(widget.description),

@@ -1,7 +1,7 @@
 #include "host/command_line/outcome.hpp"
+#include "host/commands/ask_patiently.hpp"
 #include "host/commands/commands.hpp"
 #include "host/commands/output.hpp"
-#include "host/commands/persistence.hpp"
 
 namespace host {
 

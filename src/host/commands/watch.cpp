@@ -1,10 +1,15 @@
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
 #include <csignal>
+#include <optional>
+#include <string_view>
 #include <utility>
 
 #include <poll.h>
 #include <unistd.h>
 
-#include "base/json/json_text.hpp"
 #include "host/command_line/outcome.hpp"
 #include "host/commands/commands.hpp"
 #include "host/commands/output.hpp"
@@ -13,9 +18,6 @@
 #include "host/feed/feed.hpp"
 #include "host/recovery/recovery.hpp"
 #include "host/schedule/wake_ups.hpp"
-#include "host/status_line/status_line.hpp"
-#include "host/texts/texts.hpp"
-#include "protocol/view_tree/node_json.hpp"
 
 namespace host {
 namespace {
@@ -28,59 +30,42 @@ bool readerGone() {
   return poll(&output, 1, 0) == 1 && (output.revents & (POLLERR | POLLHUP)) != 0;
 }
 
-/// The board as it was last shown, and how it is shown again.
+/// The board as it was last shown, and what is written to show it.
 class Screen {
  public:
-  Screen(Format format, protocol::WidgetFamily family) : format_(format), family_(family) {}
+  explicit Screen(const CommandLine& line) : line_(line) {}
 
-  bool empty() const { return !view_; }
-  bool shows(const protocol::Node& view, BoardHolds holds) const { return view_ == view && holds_ == holds; }
+  bool empty() const { return !board_; }
+  bool shows(const protocol::Node& view, BoardHolds holds) const {
+    return board_ && board_->view == view && board_->holds == holds;
+  }
 
-  std::expected<void, std::string> show(protocol::Node view, BoardHolds holds) {
-    view_ = std::move(view);
-    holds_ = holds;
+  DrawnBoard show(protocol::Node view, BoardHolds holds) {
+    board_ = Board{.view = std::move(view), .title = {}, .holds = holds};
     return draw();
   }
 
   /// Again, for a terminal that changed its width.
-  std::expected<void, std::string> draw() {
-    if (!view_) return {};
-    switch (format_) {
-      case Format::json:
-        return writeStandardOutput(base::toPrintableText(toJson(*view_)) + "\n");
-      case Format::waybar:
-      case Format::line:
-        return writeStandardOutput(asLine(statusLine(*view_, holds_, userLanguage())));
-      default:
-        return drawText(*view_);
-    }
+  DrawnBoard draw() {
+    if (!board_) return {};
+    auto drawn = drawText(*board_, line_);
+    if (!drawn || line_.format != Format::text) return drawn;
+    if (terminalOptions(line_.family).escapes) return homeAndClear + *drawn;
+    // Without escape sequences boards follow each other, with an empty line between them.
+    const bool first = !std::exchange(drawn_, true);
+    return first ? drawn : "\n" + *drawn;
   }
 
   /// Before there is any board: a status bar must not stay blank.
-  std::expected<void, std::string> showFailure(const std::string& message) {
-    if ((format_ != Format::waybar && format_ != Format::line) || view_) return {};
-    const protocol::Node sentence = protocol::Node{.kind = protocol::TextNode{.content = protocol::Verbatim{message}}};
-    return writeStandardOutput(asLine(statusLine(sentence, BoardHolds::sentence, userLanguage())));
+  DrawnBoard showFailure(const std::string& message) const {
+    if ((line_.format != Format::waybar && line_.format != Format::line) || board_) return {};
+    const protocol::Node sentence{.kind = protocol::TextNode{.content = protocol::Verbatim{message}}};
+    return drawText({.view = sentence, .title = {}, .holds = BoardHolds::sentence}, line_);
   }
 
  private:
-  std::string asLine(const StatusLine& line) const {
-    return (format_ == Format::waybar ? toWaybarJson(line) : line.text) + "\n";
-  }
-
-  std::expected<void, std::string> drawText(const protocol::Node& view) {
-    const auto options = terminalOptions(family_);
-    std::string text = render::drawTerminalBoard(localised(view), options);
-    if (options.escapes) return writeStandardOutput(homeAndClear + text);
-    // Without escape sequences boards follow each other, with an empty line between them.
-    const bool first = !std::exchange(drawn_, true);
-    return writeStandardOutput(first ? text : "\n" + text);
-  }
-
-  Format format_;
-  protocol::WidgetFamily family_;
-  std::optional<protocol::Node> view_;
-  BoardHolds holds_ = BoardHolds::day;
+  const CommandLine& line_;
+  std::optional<Board> board_;
   bool drawn_ = false;
 };
 
@@ -88,16 +73,17 @@ class Watcher {
  public:
   Watcher(ExtensionSettings settings, const CommandLine& line)
       : line_(line),
-        screen_(line.format, line.family),
+        screen_(line),
         feed_(
             withInterruption(std::move(settings), interruption_), [this](const FeedNews& news) { hear(news); }, time_,
             recovery_, Feed::Placeholders::none) {
-    interruption_.add(signals_.descriptor());
+    interruption_.add(endings_.descriptor());
+    interruption_.add(requests_.descriptor());
     interruption_.addForItsEnd(STDOUT_FILENO);
   }
 
   CommandResult run() {
-    if (!time_.works() || !signals_.works() || !interruption_.works()) {
+    if (!time_.works() || !endings_.works() || !requests_.works() || !interruption_.works()) {
       return std::unexpected(CommandFailure{exit_status::noAnswer, "too few file descriptors are left to watch"});
     }
     sayWhatIsInUse(line_);
@@ -125,7 +111,7 @@ class Watcher {
   void heard(const WidgetDeclaration& /*widget*/) {}
   void heard(const ReloadPlanned& planned) {
     if (!line_.verbose || !planned.at) return;
-    say(Priority::debug, "next reload at " + absl::FormatTime("%Y-%m-%d %H:%M:%S", *planned.at, absl::LocalTimeZone()));
+    say(Priority::debug, "next reload at " + inLocalTime(*planned.at));
   }
 
   void heard(const FeedBoards& boards) {
@@ -148,22 +134,34 @@ class Watcher {
   }
 
   void handleSignals() {
-    while (const int signal = signals_.take()) {
-      if (signal == SIGUSR1) {
-        feed_.reload();
-      } else if (signal == SIGWINCH) {
-        if (onTerminal() && line_.format == Format::text) output(screen_.draw());
-      } else {
-        end({});
-      }
+    if (endings_.take() != 0) return end({});
+    while (const int signal = requests_.take()) {
+      if (signal == SIGUSR1) feed_.reload();
+      if (signal == SIGWINCH && onTerminal() && line_.format == Format::text) output(screen_.draw());
     }
   }
 
-  void output(const std::expected<void, std::string>& written) {
-    if (written) return;
-    // A status bar that ends takes its module along, and that is no failure.
-    if (readerGone()) return end({});
-    end(std::unexpected(CommandFailure{exit_status::noAnswer, written.error()}));
+  /// Writes it, unless a signal asks to end first: a reader that does not read must not keep this program.
+  void output(const DrawnBoard& drawing) {
+    if (!drawing) return end(std::unexpected(CommandFailure{exit_status::noAnswer, drawing.error()}));
+    // What is ready for writing takes a piece of this size without blocking (pipe(7)).
+    for (std::string_view rest = *drawing; !ended_ && !rest.empty(); rest.remove_prefix(std::min(rest.size(), piece))) {
+      if (endBeforeWriting()) return end({});
+      const auto written = writeStandardOutput(rest.substr(0, piece));
+      if (written) continue;
+      // When a status bar ends, its pipe closes; that is not a failure of ours.
+      if (readerGone()) return end({});
+      end(std::unexpected(CommandFailure{exit_status::noAnswer, written.error()}));
+    }
+  }
+
+  /// Waits until standard output takes more; true where a signal asks to end.
+  bool endBeforeWriting() {
+    std::array<pollfd, 2> entries{pollfd{.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0},
+                                  pollfd{.fd = endings_.descriptor(), .events = POLLIN, .revents = 0}};
+    while (poll(entries.data(), entries.size(), -1) < 0 && errno == EINTR) {
+    }
+    return entries[1].revents != 0 && endings_.take() != 0;
   }
 
   void end(CommandResult result) {
@@ -171,7 +169,10 @@ class Watcher {
     result_ = std::move(result);
   }
 
-  SignalDescriptor signals_{SIGINT, SIGTERM, SIGHUP, SIGWINCH, SIGUSR1};
+  static constexpr std::size_t piece = PIPE_BUF;
+
+  SignalDescriptor endings_{SIGINT, SIGTERM, SIGHUP};
+  SignalDescriptor requests_{SIGWINCH, SIGUSR1};
   DescriptorSet interruption_;  ///< what ends a load early: a signal, or a reader that is gone
   const CommandLine& line_;
   Screen screen_;

@@ -18,6 +18,7 @@
 #include "support/environment.hpp"
 #include "support/file_content.hpp"
 #include "support/temporary_folder.hpp"
+#include "support/waiting.hpp"
 
 namespace host {
 
@@ -59,6 +60,14 @@ class HostProcess {
 
   /// As when a status bar ends.
   void closeOutput() { close(std::exchange(output_, -1)); }
+
+  /// Whether its output comes to fill the pipe while nothing of it is read.
+  bool isFull() const {
+    return support::eventually([this] {
+      int waiting = 0;
+      return ioctl(output_, FIONREAD, &waiting) == 0 && waiting == fcntl(output_, F_GETPIPE_SZ);
+    });
+  }
 
   void type(const std::string& text) {
     EXPECT_EQ(write(output_, text.data(), text.size()), static_cast<ssize_t>(text.size()));

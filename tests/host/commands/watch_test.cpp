@@ -98,6 +98,24 @@ TEST_F(Watch, EndsDuringALoadWhenItsReaderIsGone) {
   EXPECT_EQ(host.errors(), "") << "the extension's silence was waited for";
 }
 
+TEST_F(Watch, EndsWhileItsReaderDoesNotRead) {
+  // Cut by the host, it is still longer than what a pipe holds.
+  environment_.set("FAKE_EXTENSION_TITLE", std::string(100'000, 'x'));
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    HostProcess host({"watch", "--format", "json"});
+    ASSERT_TRUE(host.isFull()) << "it writes, and nobody reads";
+    host.signal(signal);
+    EXPECT_EQ(host.status(), 0) << host.errors();
+  }
+}
+
+TEST_F(Watch, WritesALongBoardInOneLine) {
+  environment_.set("FAKE_EXTENSION_TITLE", std::string(100'000, 'x'));
+  HostProcess host({"watch", "--format", "json"});
+  EXPECT_EQ(json::parse(host.line())["text"], std::string(65536, 'x') + "…");
+  interrupt(host);
+}
+
 TEST_F(Watch, WritesALineForPromptsAndBars) {
   HostProcess host({"watch", "--format", "line"});
   EXPECT_EQ(host.line(), "timeline systemMedium\n");

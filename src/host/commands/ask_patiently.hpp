@@ -6,6 +6,7 @@
 
 #include <absl/time/clock.h>
 
+#include "base/tasks/deadline.hpp"
 #include "host/extension/extension_client.hpp"
 #include "host/schedule/growing_pause.hpp"
 
@@ -23,13 +24,13 @@ inline bool mayHelpToAskAgain(const ExtensionFailure& failure) {
 /// `ask` until it is answered, or until asking again makes no sense.
 template <typename Ask>
 auto askPatiently(Ask ask) -> decltype(ask()) {
-  const absl::Time giveUp = absl::Now() + patience;
+  const auto giveUp = base::Deadline::after(absl::ToChronoNanoseconds(patience));
   GrowingPause pauses(absl::Seconds(0.5), absl::Seconds(4));
   while (true) {
     auto answer = ask();
     if (answer || !mayHelpToAskAgain(answer.error())) return answer;
     const auto pause = pauses.next();
-    if (absl::Now() + pause > giveUp) return answer;
+    if (absl::FromChrono(giveUp.left()) < pause) return answer;
     absl::SleepFor(pause);
   }
 }
