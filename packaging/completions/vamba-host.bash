@@ -13,17 +13,17 @@ _vamba_host() {
       words+=("$word")
     fi
   done
-  local current=${words[-1]-}
-  [[ $current == --*=* ]] && local before=${current%%=*}=
+  local current=${words[-1]-} before=''
+  [[ $current == --*=* ]] && before=${current%%=*}=
   COMPREPLY=()
   mapfile -t offered < <("${COMP_WORDS[0]}" --complete "${words[@]}" 2>/dev/null)
   for line in "${offered[@]}"; do
     if [[ $line == ':files' ]]; then
       compopt -o filenames 2>/dev/null
-      mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -f -- "${current#"${before-}"}")
+      mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -f -- "${current#"$before"}")
     else
       line=${line%%$'\t'*}
-      COMPREPLY+=("${line#"${before-}"}")
+      COMPREPLY+=("${line#"$before"}")
     fi
   done
 }

@@ -22,6 +22,7 @@ offers() {
 offered_by_bash() {
   bash --norc -c '
     source "$1"
+    before=sh  # a variable of the shell itself
     # As bash itself splits a line: at blanks, and "=" is a word of its own.
     read -ra COMP_WORDS <<<"${2//=/ = }"
     [[ $2 == *[" ="] ]] && COMP_WORDS+=("")
@@ -59,6 +60,7 @@ if [ "$shell" = zsh ]; then
   completes 'vamba-host show --family=l' 'vamba-host show --family=large'
   completes 'vamba-host show --entry pre' 'vamba-host show --entry preview'
   completes 'vamba-host show --entry ent' 'vamba-host show --entry entry.json'
+  completes 'vamba-host show --entry=ent' 'vamba-host show --entry=entry.json'
   completes 'vamba-host watch --format w' 'vamba-host watch --format waybar'
   exit 0
 fi
@@ -72,6 +74,12 @@ offers 'vamba-host autostart o' on off
 offers 'vamba-host watch --format w' waybar
 # bash offers what follows the "=", fish the whole word.
 case $shell in
-  bash) offers 'vamba-host show --family=l' large ;;
-  fish) offers 'vamba-host show --family=l' --family=large ;;
+  bash)
+    offers 'vamba-host show --family=l' large
+    offers 'vamba-host show --entry=ent' entry.json
+    ;;
+  fish)
+    offers 'vamba-host show --family=l' --family=large
+    offers 'vamba-host show --entry=ent' --entry=entry.json
+    ;;
 esac

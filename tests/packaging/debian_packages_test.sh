@@ -23,6 +23,9 @@ grep -q libgtk-3 <<<"$(dpkg-deb -f "${packages[1]}" Depends)" || { echo "the des
 for package in "${packages[@]}"; do dpkg-deb -x "$package" "$place/root"; done
 board=$(LANGUAGE=pl "$place/root/usr/bin/vamba-host" show --entry preview)
 grep -qF 'Narada zespołu' <<<"$board" || { echo "show said: $board" >&2; exit 1; }
+# The completion is where Debian's zsh looks for it.
+completion=$(zsh -f -c 'for folder in $fpath; do if [[ -s $1$folder/_vamba-host ]]; then print $folder; fi; done' - "$place/root")
+[ -n "$completion" ] || { echo "zsh does not find its completion" >&2; exit 1; }
 if find "$place/root" -type f -exec grep -lF "$build" {} + | grep .; then
   echo "these files name the folder that they were built in" >&2
   exit 1

@@ -52,6 +52,14 @@ TEST_F(HostCommands, ShowDrawsTheEntryAskedForInItsSize) {
   }
 }
 
+TEST_F(HostCommands, VerboseTellsTimesInTheDevicesZone) {
+  environment_.set("FAKE_EXTENSION_NOW", "1741944600");  // 2025-03-14T09:30:00Z
+  for (const auto& [zone, time] : {std::pair{"Asia/Kolkata", "15:15:00"}, {"WYS-3:30", "13:15:00"}}) {
+    environment_.set("TZ", zone);
+    EXPECT_THAT(runHost({"show", "--verbose"}).errors, HasSubstr(std::string("asked again at 2025-03-14 ") + time));
+  }
+}
+
 TEST_F(HostCommands, ShowTakesAnEntryFromAFileOrStandardInput) {
   folder_.write("entry", R"({"date": "2025-03-14T09:30:00Z", "tytul": "mine"})");
   EXPECT_THAT(runHost({"show", "--entry", folder_.path("entry")}).output, HasSubstr("mine systemMedium"));
