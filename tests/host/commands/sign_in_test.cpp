@@ -1,4 +1,5 @@
 // `vamba-host sign-in` and `sign-out` with the real extension, a scripted service and a real keyring.
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -166,7 +167,7 @@ TEST_F(SignIn, TakesAnAddressWhoseSchemeIsInCapitals) {
   EXPECT_EQ(outcome.status, 0) << outcome.errors;
 }
 
-// The trial writes a token and an address, and so does the store: four files that take their names by rename(2).
+// The trial writes a token and an address, and so does the store: each file takes its name by rename(2).
 TEST_F(SignIn, NeverLeavesATokenBesideAnAddressThatItWasNotTriedAt) {
   if (const auto reason = support::reasonNotToTrace()) GTEST_SKIP() << *reason;
   support::ScriptedHttpServer other;
@@ -179,10 +180,16 @@ TEST_F(SignIn, NeverLeavesATokenBesideAnAddressThatItWasNotTriedAt) {
                     folder_.path("token")},
       .environment = {"PATH=/usr/bin:/bin", "LANGUAGE=en", "no_proxy=127.0.0.1", "VAMBA_KEYCHAIN_DIR=" + keychain(),
                       "XDG_RUNTIME_DIR=" + folder_.path("run")}};
-  constexpr int renames = 4;
+  ASSERT_EQ(signIn("stare").status, 0);
+  const auto calls = support::systemCallsOf(command);
+  // Some machines have renameat2 alone.
+  const auto call = std::ranges::find_if(calls, [](const auto& each) { return each.first.starts_with("rename"); });
+  ASSERT_NE(call, calls.end());
+  const int renames = call->second;
+  EXPECT_GE(renames, 4);
   for (int at = 1; at <= renames + 1; ++at) {
     ASSERT_EQ(signIn("stare").status, 0);
-    const auto status = support::statusWith({"rename", "EIO", at}, command);
+    const auto status = support::statusWith({call->first, "EIO", at}, command);
     EXPECT_EQ(status, at <= renames ? 1 : 0) << at;
     const std::string token = kept(tokenAccount);
     const std::string address = kept(addressAccount);
