@@ -11,7 +11,8 @@ for file in bin/vamba-host libexec/vamba/vamba-widzety libexec/vamba/vamba-pictu
   libexec/vamba/vamba-desktop share/applications/pl.ferol.vamba.Desktop.desktop \
   share/icons/hicolor/scalable/apps/pl.ferol.vamba.Desktop.svg \
   share/icons/hicolor/symbolic/apps/pl.ferol.vamba.Desktop-symbolic.svg share/metainfo/pl.ferol.vamba.Desktop.metainfo.xml \
-  share/man/man1/vamba-host.1.gz; do
+  share/man/man1/vamba-host.1.gz share/doc/vamba-widget/docs/protocol.schema.json \
+  share/doc/vamba-widget/docs/pictures/medium-light.png share/doc/vamba-widget/examples/status-bars/waybar.jsonc; do
   [ -s "$place/usr/$file" ] || { echo "not installed: $file" >&2; exit 1; }
 done
 if find "$place" -name 'vamba-sample-service' | grep -q .; then
