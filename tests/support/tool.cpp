@@ -17,12 +17,8 @@
 namespace support {
 namespace {
 
-std::string pathOf(const std::string& program, const std::string& package) {
-  const char* const path = std::getenv("PATH");
-  std::istringstream folders(std::string(path == nullptr ? "" : path) + ":/usr/bin:/usr/sbin:/sbin");
-  for (std::string folder; std::getline(folders, folder, ':');) {
-    if (const std::string file = folder + "/" + program; access(file.c_str(), X_OK) == 0) return file;
-  }
+std::string requiredPathOf(const std::string& program, const std::string& package) {
+  if (auto path = pathOf(program)) return *std::move(path);
   throw std::runtime_error("this test needs " + program + ": apt-get install " + package);
 }
 
@@ -35,11 +31,20 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
 
 }  // namespace
 
+std::optional<std::string> pathOf(const std::string& program) {
+  const char* const path = std::getenv("PATH");
+  std::istringstream folders(std::string(path == nullptr ? "" : path) + ":/usr/bin:/usr/sbin:/sbin");
+  for (std::string folder; std::getline(folders, folder, ':');) {
+    if (std::string file = folder + "/" + program; access(file.c_str(), X_OK) == 0) return file;
+  }
+  return std::nullopt;
+}
+
 RunningTool::RunningTool(const std::string& program, const std::string& package, std::vector<std::string> arguments,
                          const std::string& outputFile, std::optional<int> inherited,
                          std::vector<std::string> extraEnvironment) {
-  std::vector<std::string> words{pathOf("setpriv", "util-linux"), "--pdeathsig", "TERM", "--",
-                                 pathOf(program, package)};
+  std::vector<std::string> words{requiredPathOf("setpriv", "util-linux"), "--pdeathsig", "TERM", "--",
+                                 requiredPathOf(program, package)};
   words.insert(words.end(), arguments.begin(), arguments.end());
   for (char** each = environ; *each != nullptr; ++each) extraEnvironment.emplace_back(*each);
 

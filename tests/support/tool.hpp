@@ -9,6 +9,9 @@
 
 namespace support {
 
+/// The program's file in PATH or the administrator's folders; absent where it is not installed.
+std::optional<std::string> pathOf(const std::string& program);
+
 /// A program that runs until the scope ends. It also ends with the thread that started it, so that a killed test leaves
 /// nothing behind.
 class RunningTool {

@@ -1,15 +1,11 @@
 // Boards in the shells of GNOME and KDE: above icons, below every window, kept when the desktop is shown, with the
 // keyboard after a click, in front when asked for. On Wayland no protocol lists another client's windows, so all of it
 // is judged by what the screen shows.
-#include <cstdlib>
-#include <sstream>
-
-#include <unistd.h>
-
 #include "desktop/end_to_end/desktop_fixture.hpp"
 #include "desktop/end_to_end/sizes_and_keys.hpp"
 #include "displays/sample_window.hpp"
 #include "support/displays/shell_desktop.hpp"
+#include "support/tool.hpp"
 
 namespace end_to_end {
 namespace {
@@ -17,15 +13,6 @@ namespace {
 using support::eventually;
 using support::ScreenArea;
 using support::Shell;
-
-bool isInstalled(const std::string& program) {
-  const char* const path = std::getenv("PATH");
-  std::istringstream folders(path == nullptr ? "/usr/bin" : path);
-  for (std::string folder; std::getline(folders, folder, ':');) {
-    if (access((folder + "/" + program).c_str(), X_OK) == 0) return true;
-  }
-  return false;
-}
 
 std::string nameOf(const testing::TestParamInfo<Shell>& given) {
   constexpr const char* names[] = {"GnomeShellOnX11", "GnomeShellOnWayland", "KwinOnX11", "KwinOnWayland"};
@@ -36,7 +23,7 @@ class Shells : public testing::TestWithParam<Shell> {
  protected:
   void SetUp() override {
     const auto program = support::programOf(GetParam());
-    if (!isInstalled(program)) GTEST_SKIP() << program << " is not installed: ./test --shells installs it";
+    if (!support::pathOf(program)) GTEST_SKIP() << program << " is not installed: ./test --shells installs it";
     desktop_.emplace(GetParam());
     board_ = exportedPicture(desktop_->environment(), settings_, {});
     const auto area = desktop_->workArea();
