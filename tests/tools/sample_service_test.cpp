@@ -8,7 +8,10 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <httplib.h>
+#include <netinet/in.h>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -74,21 +77,58 @@ TEST(SampleService, SaysWhenThePortIsTaken) {
   EXPECT_NE(second.error().find(std::to_string(port)), std::string::npos);
 }
 
-/// Whether the process that listens on the port has accepted a connection: until then its end belongs to no socket.
-bool hasAccepted(const std::string& port) {
-  std::ifstream table("/proc/net/tcp");
-  for (std::string line; std::getline(table, line);) {
-    unsigned localPort = 0;
-    unsigned state = 0;
-    unsigned long inode = 0;
-    constexpr unsigned established = 1;
-    if (std::sscanf(line.c_str(), " %*d: %*x:%x %*x:%*x %x %*s %*s %*s %*s %*s %lu", &localPort, &state, &inode) == 3 &&
-        std::to_string(localPort) == port && state == established && inode != 0) {
-      return true;
-    }
+/// A request that has been sent as it is, and whose answer may come later.
+class SentRequest {
+ public:
+  SentRequest(std::uint16_t port, const std::string& text) : port_(port) {
+    sockaddr_in server{};
+    server.sin_family = AF_INET;
+    server.sin_port = htons(port);
+    server.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(::connect(socket_, reinterpret_cast<const sockaddr*>(&server), sizeof server), 0);
+    EXPECT_EQ(::send(socket_, text.data(), text.size(), 0), static_cast<ssize_t>(text.size()));
   }
-  return false;
-}
+  SentRequest(const SentRequest&) = delete;
+  SentRequest& operator=(const SentRequest&) = delete;
+  ~SentRequest() { ::close(socket_); }
+
+  /// Whether the server's program has read all of it: its system has received it, the connection was accepted, which
+  /// gives it an inode, and nothing waits to be read.
+  bool isRead() const {
+    int unacknowledged = 0;
+    if (::ioctl(socket_, TIOCOUTQ, &unacknowledged) != 0 || unacknowledged > 0) {
+      return false;
+    }
+    std::ifstream table("/proc/net/tcp");
+    for (std::string line; std::getline(table, line);) {
+      unsigned port = 0;
+      unsigned state = 0;
+      unsigned unread = 0;
+      unsigned long inode = 0;
+      constexpr unsigned established = 1;
+      if (std::sscanf(line.c_str(), " %*d: %*x:%x %*x:%*x %x %*x:%x %*s %*s %*s %*s %lu", &port, &state, &unread,
+                      &inode) == 4 &&
+          port == port_ && state == established) {
+        return inode != 0 && unread == 0;
+      }
+    }
+    return false;
+  }
+
+  /// All that comes until the server closes the connection.
+  std::string answer() const {
+    std::string text;
+    std::array<char, 4096> buffer;
+    for (ssize_t count = 0; (count = ::recv(socket_, buffer.data(), buffer.size(), 0)) > 0;) {
+      text.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    return text;
+  }
+
+ private:
+  std::uint16_t port_;
+  int socket_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+};
 
 // The program with standard input and output on pipes. It also ends with the thread that started it.
 class Program {
@@ -187,11 +227,14 @@ TEST(SampleServiceProgram, EndsASlowAnswerWhenStandardInputEnds) {
   Program program({"--until-input-ends", "--fault", "slow"});
   const std::string address = program.line();
   const std::string token = program.line();
-  std::jthread client([&] { EXPECT_EQ(get(address, "/skrzynka", token).status, 200); });
   const auto port = address.substr(address.rfind(':') + 1, address.rfind('/') - address.rfind(':') - 1);
-  EXPECT_TRUE(support::eventually([&] { return hasAccepted(port); }));
+  const SentRequest request(static_cast<std::uint16_t>(std::stoi(port)),
+                            "GET /api/skrzynka HTTP/1.1\r\nHost: 127.0.0.1\r\nAuthorization: Bearer " + token +
+                                "\r\nConnection: close\r\n\r\n");
+  EXPECT_TRUE(support::eventually([&] { return request.isRead(); }));
   program.closeInput();
   EXPECT_EQ(program.waitForStatus(), 0);
+  EXPECT_TRUE(request.answer().starts_with("HTTP/1.1 200 "));
 }
 
 TEST(SampleServiceProgram, RefusesAWrongCommandLineWithStatusTwo) {
