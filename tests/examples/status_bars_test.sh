@@ -4,7 +4,12 @@ set -euo pipefail
 examples=$1
 export PATH=$2:$PATH
 private=$(mktemp -d)
-trap 'for bar in "vamba-$$" "vamba-titled-$$"; do tmux -L "$bar" kill-server 2>/dev/null || true; done; rm -rf -- "$private"' EXIT
+clean_up() {
+  local bar
+  for bar in "vamba-$$" "vamba-titled-$$"; do tmux -L "$bar" kill-server 2>/dev/null || true; done
+  rm -rf -- "$private"
+}
+trap clean_up EXIT
 export HOME=$private XDG_RUNTIME_DIR=$private VAMBA_KEYCHAIN_DIR=$private/keys LANGUAGE=en LC_ALL=C.UTF-8 TMUX_TMPDIR=$private
 unset TMUX DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS
 line='Sign in to the Vamba app.'

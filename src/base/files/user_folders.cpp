@@ -16,4 +16,10 @@ std::optional<std::filesystem::path> userConfigFolder(EnvironmentLookup environm
   return std::nullopt;
 }
 
+std::optional<std::filesystem::path> userDataFolder(EnvironmentLookup environment) {
+  if (auto folder = absolutePath(environment("XDG_DATA_HOME"))) return folder;
+  if (const auto home = absolutePath(environment("HOME"))) return *home / ".local/share";
+  return std::nullopt;
+}
+
 }  // namespace base

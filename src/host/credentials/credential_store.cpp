@@ -1,9 +1,12 @@
 #include "host/credentials/credential_store.hpp"
 
+#include <cstdlib>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "base/files/replace_file.hpp"
+#include "base/files/user_folders.hpp"
 #include "host/credentials/secret_item.hpp"
 #include "host/diagnostics/diagnostics.hpp"
 #include "platform/keychain/keychain_environment.hpp"
@@ -63,7 +66,7 @@ bool isItemFile(const std::filesystem::path& file) {
 
 std::optional<ItemFolder> itemFolder() {
   if (auto alone = platform::environmentText("VAMBA_KEYCHAIN_DIR")) return ItemFolder{*std::move(alone), true};
-  const auto dataFolder = platform::userDataFolder();
+  const auto dataFolder = base::userDataFolder(std::getenv);
   if (!dataFolder) return std::nullopt;
   return ItemFolder{*dataFolder / folderOfLastResort, false};
 }
@@ -94,7 +97,7 @@ std::optional<ItemFolder> CredentialStore::folder() {
 }
 
 platform::FileKeychain CredentialStore::filesIn(const ItemFolder& folder) {
-  const auto dataFolder = platform::userDataFolder();
+  const auto dataFolder = base::userDataFolder(std::getenv);
   if (folder.alone || !dataFolder) return {folder.path, refusals_};
   return platform::FileKeychain::below(*dataFolder, folderOfLastResort, refusals_);
 }

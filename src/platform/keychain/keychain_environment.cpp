@@ -22,12 +22,6 @@ std::string escapedForAddress(std::string_view text) {
   return escaped;
 }
 
-std::optional<std::filesystem::path> absolutePath(const std::string& variable) {
-  auto text = environmentText(variable);
-  if (!text || !text->starts_with('/')) return std::nullopt;
-  return *std::move(text);
-}
-
 }  // namespace
 
 std::optional<std::string> environmentText(const std::string& name) {
@@ -41,12 +35,6 @@ std::optional<std::string> sessionBusAddress() {
   const auto folder = environmentText("XDG_RUNTIME_DIR");
   if (!folder) return std::nullopt;
   return "unix:path=" + escapedForAddress(*folder + "/bus");
-}
-
-std::optional<std::filesystem::path> userDataFolder() {
-  if (auto folder = absolutePath("XDG_DATA_HOME")) return folder;
-  if (const auto home = absolutePath("HOME")) return *home / ".local" / "share";
-  return std::nullopt;
 }
 
 }  // namespace platform

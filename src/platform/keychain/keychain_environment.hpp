@@ -1,7 +1,6 @@
 // Where keychain items are, according to the environment at the time of the call.
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -12,8 +11,5 @@ std::optional<std::string> environmentText(const std::string& name);
 
 /// `DBUS_SESSION_BUS_ADDRESS`, else the socket `bus` in `XDG_RUNTIME_DIR`; absent where neither is set.
 std::optional<std::string> sessionBusAddress();
-
-/// `XDG_DATA_HOME`, else `.local/share` in `HOME`; absent where neither is an absolute path (XDG Base Directory).
-std::optional<std::filesystem::path> userDataFolder();
 
 }  // namespace platform

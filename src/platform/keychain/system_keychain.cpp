@@ -1,7 +1,9 @@
 #include "platform/keychain/system_keychain.hpp"
 
+#include <cstdlib>
 #include <utility>
 
+#include "base/files/user_folders.hpp"
 #include "platform/keychain/keychain_environment.hpp"
 
 namespace platform {
@@ -38,14 +40,14 @@ std::optional<FileKeychain> SystemKeychain::folderUsedAlone() {
 }
 
 std::optional<FileKeychain> SystemKeychain::folderOfLastResort() {
-  const auto dataFolder = userDataFolder();
+  const auto dataFolder = base::userDataFolder(std::getenv);
   if (!dataFolder) return std::nullopt;
   return FileKeychain::below(*dataFolder, folderBelowDataHome_, refusals_);
 }
 
 std::vector<std::filesystem::path> SystemKeychain::folders() const {
   if (const auto folder = environmentText(folderVariable_)) return {*folder};
-  const auto dataFolder = userDataFolder();
+  const auto dataFolder = base::userDataFolder(std::getenv);
   if (!dataFolder) return {};
   std::vector<std::filesystem::path> folders;
   auto path = *dataFolder;

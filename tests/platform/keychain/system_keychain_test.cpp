@@ -162,15 +162,6 @@ TEST_F(SystemKeychainTest, FindsNothingWithoutHomeOrBus) {
   EXPECT_EQ(keychain.deleteItems(itemQuery("token")), KeychainStatus::itemNotFound);
 }
 
-TEST(KeychainEnvironmentTest, RelativeDataFolderIsIgnored) {
-  support::ScopedEnvironment environment;
-  environment.set("HOME", "/home/somebody");
-  environment.set("XDG_DATA_HOME", "data");
-  EXPECT_EQ(userDataFolder(), "/home/somebody/.local/share");
-  environment.set("XDG_DATA_HOME", "/data");
-  EXPECT_EQ(userDataFolder(), "/data");
-}
-
 TEST(KeychainEnvironmentTest, RuntimeFolderIsEscapedInTheBusAddress) {
   support::ScopedEnvironment environment;
   environment.unset("DBUS_SESSION_BUS_ADDRESS");
