@@ -23,9 +23,8 @@ PlacementSaver::~PlacementSaver() {
 void PlacementSaver::save(const DesktopState& state) {
   {
     const std::scoped_lock lock(mutex_);
-    if (wanted_ == state) return;
-    wanted_ = state;
-    unsaved_ = true;
+    if ((unsaved_ ? unsaved_ : saved_) == state) return;
+    unsaved_ = state;
     due_ = std::chrono::steady_clock::now() + rest;
   }
   changed_.notify_one();
@@ -34,16 +33,16 @@ void PlacementSaver::save(const DesktopState& state) {
 void PlacementSaver::run() {
   std::unique_lock lock(mutex_);
   while (true) {
-    changed_.wait(lock, [this] { return ending_ || unsaved_; });
+    changed_.wait(lock, [this] { return ending_ || unsaved_.has_value(); });
     // Each further change moves the due time.
     while (!ending_ && std::chrono::steady_clock::now() < due_) changed_.wait_until(lock, due_);
-    if (std::exchange(unsaved_, false)) {
-      const DesktopState state = *wanted_;
+    if (const auto state = std::exchange(unsaved_, std::nullopt)) {
+      saved_ = state;
       lock.unlock();
-      const auto saved = store_.save(state);
+      const auto saved = store_.save(*state);
       if (!saved) failed_(saved.error());
       lock.lock();
-      if (!saved && !unsaved_) wanted_.reset();
+      if (!saved) saved_.reset();
     } else if (ending_) {
       return;
     }

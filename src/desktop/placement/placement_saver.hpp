@@ -32,8 +32,8 @@ class PlacementSaver {
   std::function<void(const std::string&)> failed_;
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::optional<DesktopState> wanted_;  ///< saved or about to be; none if that has failed
-  bool unsaved_ = false;
+  std::optional<DesktopState> unsaved_;
+  std::optional<DesktopState> saved_;  ///< or being saved; none if that has failed
   std::chrono::steady_clock::time_point due_;
   bool ending_ = false;
   std::jthread thread_;  // last, since it uses the other members

@@ -92,10 +92,13 @@ AddressFinding addressFinding(CredentialStore& store) {
     finding.advice = "Give the right one with \"vamba-host sign-in --address URL\".";
     return {finding, false};
   }
-  const bool encrypted = url->scheme() == "https";
-  finding.what = *url->scheme() + "://" + inUrl(*url->host()) + (url->port() ? ":" + *url->port() : "") +
-                 (place.empty() ? ", the built-in one" : "");
-  if (!encrypted && !isThisMachine(*url->host())) {
+  const std::string scheme = url->scheme().value_or("");
+  const std::string host = url->host().value_or("");
+  const std::string port = url->port().value_or("");
+  const bool encrypted = scheme == "https";
+  finding.what =
+      scheme + "://" + inUrl(host) + (port.empty() ? "" : ":" + port) + (place.empty() ? ", the built-in one" : "");
+  if (!encrypted && !isThisMachine(host)) {
     finding.verdict = Verdict::note;
     finding.what += "; the token crosses the network unencrypted";
     finding.advice = "Use an address that begins with https.";
